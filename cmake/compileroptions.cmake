@@ -1,0 +1,27 @@
+# Every flag of the project, in one interface target that each of our targets links.
+add_library(project_options INTERFACE)
+target_compile_features(project_options INTERFACE cxx_std_20)
+target_compile_definitions(project_options INTERFACE UNICODE _UNICODE)
+
+if(MSVC)
+    # __FILE__ then starts at the source tree, so that failure messages name no machine.
+    target_compile_options(project_options INTERFACE /W4 /WX /permissive- /utf-8 /Zc:__cplusplus
+                                                     /d1trimfile:${PROJECT_SOURCE_DIR}/src/)
+else()
+    target_compile_options(
+        project_options
+        INTERFACE -Wall
+                  -Wextra
+                  -Wpedantic
+                  -Wshadow
+                  -Wconversion
+                  -Woverloaded-virtual
+                  -Wsuggest-override
+                  -Werror
+                  # Messages name sources relative to the source tree; the later map is tried first.
+                  -fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=
+                  -fmacro-prefix-map=${PROJECT_SOURCE_DIR}/src/=)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        target_link_options(project_options INTERFACE -static)
+    endif()
+endif()

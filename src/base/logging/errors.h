@@ -1,0 +1,104 @@
+#pragma once
+
+#include <exception>
+#include <string>
+#include <utility>
+
+#include "platform/win32.h"
+
+namespace base::exception
+{
+/// Where a failure was raised. As a defaulted last argument it names the caller's own line.
+struct SourceLocation
+{
+    const char* file;
+    int line;
+
+    // The builtins, not std::source_location, which clang-tidy 14 cannot parse in libstdc++ 12.
+    static constexpr SourceLocation Current(const char* file = __builtin_FILE(),
+                                            int line = __builtin_LINE()) noexcept
+    {
+        return {file, line};
+    }
+
+    /// The file as messages name it: relative to the source tree, with backslashes and without its ending.
+    std::string Path() const;
+};
+
+/// A failed HRESULT on its way to the COM boundary.
+class HresultError : public std::exception
+{
+public:
+    /// `path` names the raising source file, relative to the source tree.
+    HresultError(HRESULT hr, const char* path, int line);
+    HresultError(const HresultError&) = default;
+    HresultError& operator=(const HresultError&) = default;
+    ~HresultError() override = default;
+
+    const char* what() const noexcept override { return message.c_str(); }
+    virtual HRESULT GetHresult() const noexcept { return hresult; }
+
+private:
+    HRESULT hresult;
+    // Ends in two line ends, the text's own and the format's; both are kept.
+    std::string message;
+};
+
+/// A failure that carries nothing but its text.
+class Error : public std::exception
+{
+public:
+    explicit Error(std::string message) : m_message(std::move(message)) {}
+    const char* what() const noexcept override { return m_message.c_str(); }
+
+private:
+    std::string m_message;
+};
+
+/// A feature accessor was asked for a feature id that it does not have.
+class InvalidFeatureIdError : public Error
+{
+public:
+    using Error::Error;
+};
+
+/// A feature accessor was asked for an option id that it does not have.
+class InvalidOptionIdError : public Error
+{
+public:
+    using Error::Error;
+};
+
+/// A feature accessor was asked for a print-ticket scope that it does not serve.
+class NotSupportedException : public std::exception
+{
+public:
+    const char* what() const noexcept override { return "this scope is not supported in this feature."; }
+};
+
+/// A failure while text for a query is formatted; the DOM operations answer with its HRESULT.
+class CXDException : public std::exception
+{
+public:
+    explicit CXDException(HRESULT hr) noexcept : m_hresult(hr) {}
+    const char* what() const noexcept override { return "text cannot be formatted."; }
+    HRESULT GetHresult() const noexcept { return m_hresult; }
+
+private:
+    HRESULT m_hresult;
+};
+
+/// The line that every located message consists of: path, line and text as "%s(%d) : %s\n".
+std::string DescribeFailure(const char* text, SourceLocation where);
+
+/// Throws `Exception` with `text` located at the caller.
+template <typename Exception>
+[[noreturn]] void Throw(const char* text, SourceLocation where = SourceLocation::Current())
+{
+    throw Exception(DescribeFailure(text, where));
+}
+
+/// Throws HresultError for a failing HRESULT. Success is any other one: print-ticket calls succeed with
+/// codes of their own.
+void ThrowIfFailed(HRESULT hr, SourceLocation where = SourceLocation::Current());
+} // namespace base::exception

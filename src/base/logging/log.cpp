@@ -1,0 +1,133 @@
+#include "base/logging/log.h"
+
+#include <charconv>
+#include <clocale>
+#include <cstdint>
+#include <cstdio>
+#include <cwchar>
+#include <memory>
+#include <new>
+#include <stdexcept>
+
+#include "base/logging/errors.h"
+
+namespace base::logging
+{
+namespace
+{
+_locale_t PlainLocale()
+{
+    // One for the module's life, as every thread formats with it.
+    static const _locale_t locale = _create_locale(LC_ALL, "C");
+    if (locale == nullptr)
+    {
+        throw std::bad_alloc();
+    }
+    return locale;
+}
+
+int CountFormatted(const char* format, std::va_list arguments)
+{
+    return _vscprintf_l(format, PlainLocale(), arguments);
+}
+
+int CountFormatted(const wchar_t* format, std::va_list arguments)
+{
+    return _vscwprintf_l(format, PlainLocale(), arguments);
+}
+
+int Format(char* buffer, std::size_t size, const char* format, std::va_list arguments)
+{
+    return _vsnprintf_l(buffer, size, format, PlainLocale(), arguments);
+}
+
+int Format(wchar_t* buffer, std::size_t size, const wchar_t* format, std::va_list arguments)
+{
+    return _vsnwprintf_l(buffer, size, format, PlainLocale(), arguments);
+}
+
+template <typename Character>
+std::basic_string<Character> FormatText(const Character* format, std::va_list arguments)
+{
+    if (format == nullptr)
+    {
+        exception::Throw<std::invalid_argument>("pMessage is null.");
+    }
+    std::va_list counted;
+    va_copy(counted, arguments);
+    const int length = CountFormatted(format, counted);
+    va_end(counted);
+    if (length < 0)
+    {
+        throw std::runtime_error("a message cannot be formatted.");
+    }
+    const std::size_t size = static_cast<std::size_t>(length) + 1;
+    const auto buffer = std::make_unique<Character[]>(size);
+    Format(buffer.get(), size, format, arguments);
+    return buffer.get();
+}
+
+struct LocalFreeCloser
+{
+    void operator()(char* text) const noexcept { LocalFree(text); }
+};
+} // namespace
+
+std::string FormatStringV(const char* format, std::va_list arguments)
+{
+    return FormatText(format, arguments);
+}
+
+std::wstring FormatWStringV(const wchar_t* format, std::va_list arguments)
+{
+    return FormatText(format, arguments);
+}
+
+// The variadic forms say "pMessage is null" without the period, so that the two entrances can be told apart.
+std::string FormatString(const char* format, ...)
+{
+    if (format == nullptr)
+    {
+        exception::Throw<std::invalid_argument>("pMessage is null");
+    }
+    std::va_list arguments;
+    va_start(arguments, format);
+    std::string text = FormatStringV(format, arguments);
+    va_end(arguments);
+    return text;
+}
+
+std::wstring FormatWString(const wchar_t* format, ...)
+{
+    if (format == nullptr)
+    {
+        exception::Throw<std::invalid_argument>("pMessage is null");
+    }
+    std::va_list arguments;
+    va_start(arguments, format);
+    std::wstring text = FormatWStringV(format, arguments);
+    va_end(arguments);
+    return text;
+}
+
+std::string GetErrorText(HRESULT hr)
+{
+    constexpr DWORD neutralLanguage = MAKELANGID(LANG_NEUTRAL, SUBLANG_DEFAULT);
+    char* allocated = nullptr;
+    const DWORD length = FormatMessageA(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM,
+                                        nullptr,
+                                        static_cast<DWORD>(hr),
+                                        neutralLanguage,
+                                        reinterpret_cast<char*>(&allocated),
+                                        0,
+                                        nullptr);
+    const std::unique_ptr<char, LocalFreeCloser> text(allocated);
+    if (length != 0)
+    {
+        return text.get();
+    }
+    char digits[8];
+    const auto end = std::to_chars(digits, digits + sizeof(digits), static_cast<std::uint32_t>(hr), 16).ptr;
+    return "Unknown error 0x" + std::string(digits, end) + "\n";
+}
+} // namespace base::logging

@@ -1,0 +1,77 @@
+#pragma once
+
+#include <cassert>
+#include <new>
+#include <string_view>
+#include <utility>
+
+#include "platform/win32.h"
+
+namespace base::utility
+{
+/// Owns one BSTR; null when empty. Construction from text throws std::bad_alloc when memory runs out.
+class Bstr
+{
+public:
+    Bstr() = default;
+    explicit Bstr(const wchar_t* text) : m_value(SysAllocString(text)) { RequireMemory(text != nullptr); }
+    explicit Bstr(std::wstring_view text)
+        : m_value(SysAllocStringLen(text.data(), static_cast<UINT>(text.size())))
+    {
+        RequireMemory(true);
+    }
+    /// From UTF-8 text.
+    explicit Bstr(const char* text);
+    /// A copy; null stays null.
+    Bstr(const Bstr& other) : m_value(SysAllocStringLen(other.m_value, other.Length()))
+    {
+        if (other.m_value == nullptr)
+        {
+            SysFreeString(std::exchange(m_value, nullptr));
+        }
+        RequireMemory(other.m_value != nullptr);
+    }
+    Bstr(Bstr&& other) noexcept : m_value(std::exchange(other.m_value, nullptr)) {}
+    Bstr& operator=(Bstr other) noexcept
+    {
+        std::swap(m_value, other.m_value);
+        return *this;
+    }
+    ~Bstr() { SysFreeString(m_value); }
+
+    BSTR Get() const noexcept { return m_value; }
+
+    /// The text; empty for null.
+    std::wstring_view View() const noexcept
+    {
+        return m_value == nullptr ? std::wstring_view() : std::wstring_view(m_value, Length());
+    }
+
+    /// In characters, without the terminator; 0 for null.
+    UINT Length() const noexcept { return SysStringLen(m_value); }
+
+    /// VARCMP_LT, VARCMP_EQ or VARCMP_GT by OLE automation's string comparison in the user's locale.
+    HRESULT Compare(BSTR other) const noexcept;
+
+    /// Address for a callee's out-parameter; the string must be empty.
+    BSTR* Receive() noexcept
+    {
+        assert(m_value == nullptr);
+        return &m_value;
+    }
+
+    /// Gives the string to a new owner.
+    [[nodiscard]] BSTR Detach() noexcept { return std::exchange(m_value, nullptr); }
+
+private:
+    void RequireMemory(bool hasText) const
+    {
+        if (hasText && m_value == nullptr)
+        {
+            throw std::bad_alloc();
+        }
+    }
+
+    BSTR m_value = nullptr;
+};
+} // namespace base::utility
