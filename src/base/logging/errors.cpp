@@ -1,33 +1,43 @@
 #include "base/logging/errors.h"
 
-#include <algorithm>
-
-#include "base/logging/log.h"
+#include <charconv>
+#include <cstdint>
+#include <memory>
 
 namespace base::exception
 {
 namespace
 {
-constexpr const char* kLocatedMessage = "%s(%d) : %s\n";
+struct LocalFreeCloser
+{
+    void operator()(char* text) const noexcept { LocalFree(text); }
+};
 } // namespace
 
-std::string SourceLocation::Path() const
-{
-    std::string path = file;
-    path.erase(std::min(path.rfind('.'), path.size()));
-    std::replace(path.begin(), path.end(), '/', '\\');
-    return path;
-}
-
 HresultError::HresultError(HRESULT hr, const char* path, int line)
-    : hresult(hr),
-      message(logging::FormatString(kLocatedMessage, path, line, logging::GetErrorText(hr).c_str()))
+    : hresult(hr), message(DescribeFailure(GetErrorText(hr).c_str(), path, line))
 {
 }
 
-std::string DescribeFailure(const char* text, SourceLocation where)
+std::string GetErrorText(HRESULT hr)
 {
-    return logging::FormatString(kLocatedMessage, where.Path().c_str(), where.line, text);
+    constexpr DWORD neutralLanguage = MAKELANGID(LANG_NEUTRAL, SUBLANG_DEFAULT);
+    char* allocated = nullptr;
+    const DWORD length = FormatMessageA(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM,
+                                        nullptr,
+                                        static_cast<DWORD>(hr),
+                                        neutralLanguage,
+                                        reinterpret_cast<char*>(&allocated),
+                                        0,
+                                        nullptr);
+    const std::unique_ptr<char, LocalFreeCloser> text(allocated);
+    if (length != 0)
+    {
+        return text.get();
+    }
+    char digits[8];
+    const auto end = std::to_chars(digits, digits + sizeof(digits), static_cast<std::uint32_t>(hr), 16).ptr;
+    return "Unknown error 0x" + std::string(digits, end) + "\n";
 }
 
 void ThrowIfFailed(HRESULT hr, SourceLocation where)

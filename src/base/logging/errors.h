@@ -4,27 +4,11 @@
 #include <string>
 #include <utility>
 
+#include "base/logging/failure.h"
 #include "platform/win32.h"
 
 namespace base::exception
 {
-/// Where a failure was raised. As a defaulted last argument it names the caller's own line.
-struct SourceLocation
-{
-    const char* file;
-    int line;
-
-    // The builtins, not std::source_location, which clang-tidy 14 cannot parse in libstdc++ 12.
-    static constexpr SourceLocation Current(const char* file = __builtin_FILE(),
-                                            int line = __builtin_LINE()) noexcept
-    {
-        return {file, line};
-    }
-
-    /// The file as messages name it: relative to the source tree, with backslashes and without its ending.
-    std::string Path() const;
-};
-
 /// A failed HRESULT on its way to the COM boundary.
 class HresultError : public std::exception
 {
@@ -88,15 +72,9 @@ private:
     HRESULT m_hresult;
 };
 
-/// The line that every located message consists of: path, line and text as "%s(%d) : %s\n".
-std::string DescribeFailure(const char* text, SourceLocation where);
-
-/// Throws `Exception` with `text` located at the caller.
-template <typename Exception>
-[[noreturn]] void Throw(const char* text, SourceLocation where = SourceLocation::Current())
-{
-    throw Exception(DescribeFailure(text, where));
-}
+/// The system's text for an HRESULT, with the line end that system texts carry; for a value unknown to the
+/// system "Unknown error 0x", the value in hexadecimal and a line feed.
+std::string GetErrorText(HRESULT hr);
 
 /// Throws HresultError for a failing HRESULT. Success is any other one: print-ticket calls succeed with
 /// codes of their own.

@@ -1,15 +1,13 @@
 #include "base/logging/log.h"
 
-#include <charconv>
 #include <clocale>
-#include <cstdint>
 #include <cstdio>
 #include <cwchar>
 #include <memory>
 #include <new>
 #include <stdexcept>
 
-#include "base/logging/errors.h"
+#include "base/logging/failure.h"
 
 namespace base::logging
 {
@@ -66,11 +64,6 @@ std::basic_string<Character> FormatText(const Character* format, std::va_list ar
     Format(buffer.get(), size, format, arguments);
     return buffer.get();
 }
-
-struct LocalFreeCloser
-{
-    void operator()(char* text) const noexcept { LocalFree(text); }
-};
 } // namespace
 
 std::string FormatStringV(const char* format, std::va_list arguments)
@@ -108,26 +101,5 @@ std::wstring FormatWString(const wchar_t* format, ...)
     std::wstring text = FormatWStringV(format, arguments);
     va_end(arguments);
     return text;
-}
-
-std::string GetErrorText(HRESULT hr)
-{
-    constexpr DWORD neutralLanguage = MAKELANGID(LANG_NEUTRAL, SUBLANG_DEFAULT);
-    char* allocated = nullptr;
-    const DWORD length = FormatMessageA(FORMAT_MESSAGE_ALLOCATE_BUFFER | FORMAT_MESSAGE_FROM_SYSTEM,
-                                        nullptr,
-                                        static_cast<DWORD>(hr),
-                                        neutralLanguage,
-                                        reinterpret_cast<char*>(&allocated),
-                                        0,
-                                        nullptr);
-    const std::unique_ptr<char, LocalFreeCloser> text(allocated);
-    if (length != 0)
-    {
-        return text.get();
-    }
-    char digits[8];
-    const auto end = std::to_chars(digits, digits + sizeof(digits), static_cast<std::uint32_t>(hr), 16).ptr;
-    return "Unknown error 0x" + std::string(digits, end) + "\n";
 }
 } // namespace base::logging

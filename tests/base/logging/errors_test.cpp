@@ -19,7 +19,7 @@ using exception::HresultError;
 using logging::FormatString;
 using logging::FormatStringV;
 using logging::FormatWString;
-using logging::GetErrorText;
+using exception::GetErrorText;
 
 /// The message of what `act` throws as `Exception`, or a note that it threw nothing.
 template <typename Exception, typename Action>

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <string>
+
+namespace base::exception
+{
+/// Where a failure was raised. As a defaulted last argument it names the caller's own line.
+struct SourceLocation
+{
+    const char* file;
+    int line;
+
+    // The builtins, not std::source_location, which clang-tidy 14 cannot parse in libstdc++ 12.
+    static constexpr SourceLocation Current(const char* file = __builtin_FILE(),
+                                            int line = __builtin_LINE()) noexcept
+    {
+        return {file, line};
+    }
+
+    /// The file as messages name it: relative to the source tree, with backslashes and without its ending.
+    std::string Path() const;
+};
+
+/// The line that every located message consists of: path, line and text as "%s(%d) : %s\n".
+std::string DescribeFailure(const char* text, SourceLocation where);
+std::string DescribeFailure(const char* text, const char* path, int line);
+
+/// Throws `Exception` with `text` located at the caller.
+template <typename Exception>
+[[noreturn]] void Throw(const char* text, SourceLocation where = SourceLocation::Current())
+{
+    throw Exception(DescribeFailure(text, where));
+}
+} // namespace base::exception
