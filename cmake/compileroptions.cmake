@@ -25,3 +25,15 @@ else()
         target_link_options(project_options INTERFACE -static)
     endif()
 endif()
+
+# A program or DLL of the project, PROGRAM or SHARED. The second compiler stops before the link: it is asked
+# for its opinion of the sources only.
+function(add_binary name kind)
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+        add_library(${name} OBJECT ${ARGN})
+    elseif(kind STREQUAL "PROGRAM")
+        add_executable(${name} ${ARGN})
+    else()
+        add_library(${name} SHARED ${ARGN})
+    endif()
+endfunction()

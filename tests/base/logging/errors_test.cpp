@@ -9,32 +9,19 @@
 
 #include "base/logging/boundary.h"
 #include "base/logging/log.h"
+#include "support/thrown.h"
 
 namespace base
 {
 namespace
 {
 using exception::AtBoundary;
+using exception::GetErrorText;
 using exception::HresultError;
 using logging::FormatString;
 using logging::FormatStringV;
 using logging::FormatWString;
-using exception::GetErrorText;
-
-/// The message of what `act` throws as `Exception`, or a note that it threw nothing.
-template <typename Exception, typename Action>
-std::string MessageOf(Action&& act)
-{
-    try
-    {
-        act();
-    }
-    catch (const Exception& error)
-    {
-        return error.what();
-    }
-    return "(nothing was thrown)";
-}
+using support::MessageOf;
 
 std::string ForwardToList(const char* format, ...)
 {

@@ -1,0 +1,72 @@
+#include "base/io/printreadstreamtoistream.h"
+
+namespace base::io
+{
+STDMETHODIMP PrintReadStreamToIStream::Read(void* buffer, ULONG count, ULONG* bytesRead) noexcept
+{
+    if (buffer == nullptr || bytesRead == nullptr)
+    {
+        return E_POINTER;
+    }
+    if (const HRESULT stamped = StampAccess(); FAILED(stamped))
+    {
+        return stamped;
+    }
+    if (count == 0)
+    {
+        return S_OK;
+    }
+    BOOL endOfFile = FALSE;
+    return m_pStream->ReadBytes(buffer, count, bytesRead, &endOfFile);
+}
+
+STDMETHODIMP PrintReadStreamToIStream::Seek(LARGE_INTEGER move,
+                                            DWORD origin,
+                                            ULARGE_INTEGER* newPosition) noexcept
+{
+    ULONGLONG position = 0;
+    const HRESULT hr = m_pStream->Seek(move.QuadPart, origin, &position);
+    if (SUCCEEDED(hr) && newPosition != nullptr)
+    {
+        newPosition->QuadPart = position;
+    }
+    return hr;
+}
+
+STDMETHODIMP PrintReadStreamToIStream::Stat(STATSTG* statstg, DWORD flag) noexcept
+{
+    if (statstg == nullptr)
+    {
+        return E_POINTER;
+    }
+    if (m_size == 0)
+    {
+        if (const HRESULT measured = Measure(); FAILED(measured))
+        {
+            return measured;
+        }
+    }
+    return Describe(L"PrintReadStream", m_size, flag, *statstg);
+}
+
+HRESULT PrintReadStreamToIStream::Measure() noexcept
+{
+    ULONGLONG remembered = 0;
+    if (const HRESULT hr = m_pStream->Seek(0, STREAM_SEEK_CUR, &remembered); FAILED(hr))
+    {
+        return hr;
+    }
+    ULONGLONG length = 0;
+    if (const HRESULT hr = m_pStream->Seek(0, STREAM_SEEK_END, &length); FAILED(hr))
+    {
+        return hr;
+    }
+    ULONGLONG restored = 0;
+    const HRESULT hr = m_pStream->Seek(static_cast<LONGLONG>(remembered), STREAM_SEEK_SET, &restored);
+    if (SUCCEEDED(hr))
+    {
+        m_size = length;
+    }
+    return hr;
+}
+} // namespace base::io

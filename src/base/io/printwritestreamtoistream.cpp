@@ -1,0 +1,31 @@
+#include "base/io/printwritestreamtoistream.h"
+
+namespace base::io
+{
+STDMETHODIMP PrintWriteStreamToIStream::Write(const void* buffer, ULONG count, ULONG* bytesWritten) noexcept
+{
+    if (buffer == nullptr || bytesWritten == nullptr)
+    {
+        return E_POINTER;
+    }
+    // A write counts as access; the time of modification stays that of construction.
+    if (const HRESULT stamped = StampAccess(); FAILED(stamped))
+    {
+        return stamped;
+    }
+    if (count == 0)
+    {
+        return S_OK;
+    }
+    // A failing stream may leave the count alone, and what stood there before was not written.
+    *bytesWritten = 0;
+    const HRESULT hr = m_pStream->WriteBytes(buffer, count, bytesWritten);
+    m_size += *bytesWritten;
+    return hr;
+}
+
+STDMETHODIMP PrintWriteStreamToIStream::Stat(STATSTG* statstg, DWORD flag) noexcept
+{
+    return statstg == nullptr ? E_POINTER : Describe(L"PrintWriteStream", m_size, flag, *statstg);
+}
+} // namespace base::io

@@ -1,0 +1,142 @@
+#include "base/io/printstreambuffer.h"
+
+#include <istream>
+#include <iterator>
+#include <ostream>
+#include <stdexcept>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "support/printstreams.h"
+#include "support/thrown.h"
+
+namespace base::io
+{
+namespace
+{
+using support::MemoryReadStream;
+using support::MemoryWriteStream;
+using support::MessageOf;
+using utility::MakeCom;
+
+const std::streampos kFailed(-1);
+
+TEST(PrintStreamBuffer, WritesEverythingStraightThrough)
+{
+    const auto stream = MakeCom<MemoryWriteStream>();
+    PrintStreamBuffer buffer(stream.Get());
+    std::ostream output(&buffer);
+    output << "page " << 12;
+    EXPECT_EQ(stream->bytes, "page 12");
+    output.put('!');
+    EXPECT_EQ(stream->bytes, "page 12!");
+    EXPECT_EQ(output.tellp(), 8);
+    EXPECT_EQ(stream->closes, 0);
+}
+
+TEST(PrintStreamBuffer, TurnsAFailedWriteIntoAFailedStream)
+{
+    const auto stream = MakeCom<MemoryWriteStream>();
+    stream->writeResult = STG_E_MEDIUMFULL;
+    stream->takenOnFailure = 3;
+    PrintStreamBuffer buffer(stream.Get());
+    EXPECT_EQ(MessageOf<std::overflow_error>([&] { buffer.sputn("abcde", 5); }),
+              "IPrintWriteStream::WriteBytes failed.");
+    EXPECT_EQ(buffer.sputc('x'), std::char_traits<char>::eof());
+    // Three bytes of the bulk and the one that came with the failed character.
+    stream->writeResult = S_OK;
+    EXPECT_EQ(buffer.pubseekoff(0, std::ios::cur, std::ios::out), 4);
+
+    stream->writeResult = STG_E_MEDIUMFULL;
+    std::ostream output(&buffer);
+    output << "abcde";
+    EXPECT_TRUE(output.bad());
+}
+
+TEST(PrintStreamBuffer, ReadsAcrossShortReads)
+{
+    const auto stream = MakeCom<MemoryReadStream>("one two\nthree");
+    stream->longestRead = 2;
+    PrintStreamBuffer buffer(stream.Get());
+    std::istream input(&buffer);
+    std::string line;
+    std::getline(input, line);
+    EXPECT_EQ(line, "one two");
+    EXPECT_EQ(std::string(std::istreambuf_iterator<char>(input), {}), "three");
+}
+
+TEST(PrintStreamBuffer, LooksAtACharacterWithoutTakingIt)
+{
+    const auto stream = MakeCom<MemoryReadStream>("\xFFz");
+    PrintStreamBuffer buffer(stream.Get());
+    EXPECT_EQ(buffer.sgetc(), 0xFF);
+    EXPECT_EQ(stream->position, 0);
+    EXPECT_EQ(buffer.sbumpc(), 0xFF);
+    EXPECT_EQ(buffer.sbumpc(), 'z');
+    EXPECT_EQ(buffer.sgetc(), std::char_traits<char>::eof());
+
+    stream->position = 0;
+    stream->seekResult = E_FAIL;
+    EXPECT_EQ(buffer.sgetc(), std::char_traits<char>::eof());
+    stream->readResult = E_FAIL;
+    EXPECT_EQ(buffer.sbumpc(), std::char_traits<char>::eof());
+}
+
+TEST(PrintStreamBuffer, RefusesTheDirectionThatItWasNotMadeFor)
+{
+    const auto readable = MakeCom<MemoryReadStream>("abc");
+    const auto writable = MakeCom<MemoryWriteStream>();
+    PrintStreamBuffer reading(readable.Get());
+    PrintStreamBuffer writing(writable.Get());
+    char byte = 0;
+    const std::string noRead = "read data from buffer which to use for write.";
+    EXPECT_EQ(MessageOf<std::logic_error>([&] { writing.sbumpc(); }), noRead);
+    EXPECT_EQ(MessageOf<std::logic_error>([&] { writing.sgetc(); }), noRead);
+    EXPECT_EQ(MessageOf<std::logic_error>([&] { writing.sgetn(&byte, 1); }), noRead);
+    EXPECT_EQ(MessageOf<std::logic_error>([&] { reading.sputn("x", 1); }),
+              "write data from buffer which to use for read.");
+    EXPECT_EQ(reading.sputc('x'), std::char_traits<char>::eof());
+}
+
+TEST(PrintStreamBuffer, SeeksForwardFromWhereItStandsOnly)
+{
+    const auto readable = MakeCom<MemoryReadStream>(std::string(10'000, 'r') + "end");
+    readable->longestRead = 3'000;
+    PrintStreamBuffer reading(readable.Get());
+    EXPECT_EQ(reading.pubseekoff(10'000, std::ios::cur, std::ios::in), 10'000);
+    EXPECT_EQ(reading.sbumpc(), 'e');
+    // Beyond the end it stops at the end.
+    EXPECT_EQ(reading.pubseekoff(100, std::ios::cur, std::ios::in), 10'003);
+
+    const auto writable = MakeCom<MemoryWriteStream>();
+    PrintStreamBuffer writing(writable.Get());
+    EXPECT_EQ(writing.pubseekoff(16, std::ios::cur, std::ios::out), 16);
+    EXPECT_EQ(writable->bytes, std::string(16, '\0'));
+    EXPECT_EQ(writing.pubseekoff(9'000, std::ios::cur, std::ios::out), 9'016);
+    EXPECT_EQ(writable->bytes.size(), 9'016U);
+}
+
+TEST(PrintStreamBuffer, FailsEverySeekThatIsNotForward)
+{
+    const auto readable = MakeCom<MemoryReadStream>("abcdef");
+    const auto writable = MakeCom<MemoryWriteStream>();
+    PrintStreamBuffer reading(readable.Get());
+    PrintStreamBuffer writing(writable.Get());
+    static constexpr auto unknown = static_cast<std::ios_base::seekdir>(7);
+    const auto expectFailure = [](PrintStreamBuffer& buffer, std::ios::openmode which) {
+        EXPECT_EQ(buffer.pubseekoff(-1, std::ios::cur, which), kFailed);
+        EXPECT_EQ(buffer.pubseekoff(2, std::ios::beg, which), kFailed);
+        EXPECT_EQ(buffer.pubseekoff(0, std::ios::end, which), kFailed);
+        EXPECT_EQ(buffer.pubseekpos(3, which), kFailed);
+        EXPECT_EQ(MessageOf<std::invalid_argument>([&] { buffer.pubseekoff(1, unknown, which); }),
+                  "invalide std::ios_base::seekdir");
+    };
+    expectFailure(reading, std::ios::in);
+    expectFailure(writing, std::ios::out);
+    EXPECT_EQ(readable->position, 0);
+    EXPECT_EQ(readable->seeks, 0);
+    EXPECT_EQ(writable->bytes, "");
+}
+} // namespace
+} // namespace base::io

@@ -1,0 +1,101 @@
+#pragma once
+
+#include <algorithm>
+#include <limits>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "base/utility/comobject.h"
+#include "platform/filterpipeline.h"
+
+namespace support
+{
+/// Counts the objects of one kind that are alive.
+template <typename Owner>
+class LifeCounted
+{
+public:
+    LifeCounted(const LifeCounted&) = delete;
+    LifeCounted& operator=(const LifeCounted&) = delete;
+    static int Alive() { return s_alive; }
+
+protected:
+    LifeCounted() { ++s_alive; }
+    ~LifeCounted() { --s_alive; }
+
+private:
+    static inline std::atomic<int> s_alive{0};
+};
+
+/// A print stream over bytes in memory. Reads come in pieces of at most `longestRead` bytes.
+class MemoryReadStream final : public base::utility::ComObject<IPrintReadStream>,
+                               LifeCounted<MemoryReadStream>
+{
+public:
+    using LifeCounted<MemoryReadStream>::Alive;
+
+    explicit MemoryReadStream(std::string bytes) : m_bytes(std::move(bytes)) {}
+
+    STDMETHODIMP Seek(LONGLONG move, DWORD origin, ULONGLONG* newPosition) override
+    {
+        ++seeks;
+        if (FAILED(seekResult))
+        {
+            return seekResult;
+        }
+        const LONGLONG bases[] = {0, position, static_cast<LONGLONG>(m_bytes.size())};
+        position = bases[origin] + move;
+        *newPosition = static_cast<ULONGLONG>(position);
+        return S_OK;
+    }
+
+    STDMETHODIMP ReadBytes(void* buffer, ULONG requested, ULONG* read, BOOL* endOfFile) override
+    {
+        ++reads;
+        if (FAILED(readResult))
+        {
+            return readResult;
+        }
+        const auto start = std::min(static_cast<std::size_t>(position), m_bytes.size());
+        const std::size_t count = std::min({m_bytes.size() - start, std::size_t{requested}, longestRead});
+        std::copy_n(m_bytes.begin() + static_cast<std::ptrdiff_t>(start), count, static_cast<char*>(buffer));
+        position += static_cast<LONGLONG>(count);
+        *read = static_cast<ULONG>(count);
+        *endOfFile = start + count == m_bytes.size();
+        return S_OK;
+    }
+
+    LONGLONG position = 0;
+    std::size_t longestRead = std::numeric_limits<std::size_t>::max();
+    int seeks = 0;
+    int reads = 0;
+    HRESULT seekResult = S_OK;
+    HRESULT readResult = S_OK;
+
+private:
+    std::string m_bytes;
+};
+
+/// A print stream that keeps what it is given. A failing write takes `takenOnFailure` bytes.
+class MemoryWriteStream final : public base::utility::ComObject<IPrintWriteStream>,
+                                LifeCounted<MemoryWriteStream>
+{
+public:
+    using LifeCounted<MemoryWriteStream>::Alive;
+
+    STDMETHODIMP WriteBytes(const void* buffer, ULONG count, ULONG* written) override
+    {
+        const ULONG taken = FAILED(writeResult) ? std::min(takenOnFailure, count) : count;
+        bytes.append(static_cast<const char*>(buffer), taken);
+        *written = taken;
+        return writeResult;
+    }
+    STDMETHODIMP_(void) Close() override { ++closes; }
+
+    std::string bytes;
+    HRESULT writeResult = S_OK;
+    ULONG takenOnFailure = 0;
+    int closes = 0;
+};
+} // namespace support
