@@ -1,0 +1,40 @@
+#pragma once
+
+#include <array>
+#include <span>
+
+#include "platform/gdiplus.h"
+
+namespace base::xps
+{
+/// An affine transform of GDI+, kept by its flat functions: (x, y) maps to (x*m11 + y*m21 + dx,
+/// x*m12 + y*m22 + dy). Starts as the identity.
+///
+/// No call throws; a failing status is returned and recorded, and a success does not wipe it out. A matrix
+/// that could not be created fails every call.
+class GdiMatrix
+{
+public:
+    /// m11, m12, m21, m22, dx, dy.
+    using Elements = std::array<Gdiplus::REAL, 6>;
+
+    GdiMatrix() noexcept;
+    GdiMatrix(const GdiMatrix&) = delete;
+    GdiMatrix& operator=(const GdiMatrix&) = delete;
+    ~GdiMatrix();
+
+    Gdiplus::Status GetElements(Elements& elements) noexcept;
+    Gdiplus::Status SetElements(const Elements& elements) noexcept;
+    Gdiplus::Status Scale(Gdiplus::REAL sx, Gdiplus::REAL sy, Gdiplus::MatrixOrder order) noexcept;
+    Gdiplus::Status Rotate(Gdiplus::REAL angleDegrees, Gdiplus::MatrixOrder order) noexcept;
+    Gdiplus::Status TransformPoints(std::span<Gdiplus::PointF> points) noexcept;
+
+    Gdiplus::Status GetLastStatus() const noexcept { return m_lastStatus; }
+
+private:
+    Gdiplus::Status Record(Gdiplus::Status status) noexcept;
+
+    Gdiplus::GpMatrix* m_matrix = nullptr;
+    Gdiplus::Status m_lastStatus;
+};
+} // namespace base::xps

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstdint>
+
+#include "platform/gdiplus.h"
+
+namespace base::xps
+{
+/// Keeps GDI+ started for as long as any guard of the process lives. The status of the start is kept and not
+/// examined: matrices work without it.
+///
+/// The count of guards is changed atomically; start and shutdown themselves do not wait for each other.
+class GdiplusGuard
+{
+public:
+    GdiplusGuard() noexcept;
+    GdiplusGuard(const GdiplusGuard&) = delete;
+    GdiplusGuard& operator=(const GdiplusGuard&) = delete;
+    ~GdiplusGuard();
+
+    static std::uint32_t GetUserCount() noexcept;
+
+    /// GdiplusNotInitialized while no guard lives.
+    static Gdiplus::Status GetStartupStatus() noexcept;
+};
+} // namespace base::xps

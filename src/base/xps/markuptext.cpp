@@ -1,0 +1,86 @@
+#include "base/xps/markuptext.h"
+
+#include <algorithm>
+#include <charconv>
+#include <limits>
+#include <utility>
+
+#include "base/logging/log.h"
+
+namespace base::xps
+{
+namespace
+{
+constexpr std::wstring_view kBlanks = L" \t\r\n\v\f";
+// What the numbers of XPS markup are made of: neither names of infinities nor hexadecimal digits.
+constexpr std::wstring_view kNumberCharacters = L"0123456789.eE+-";
+
+std::wstring_view FromFirstNot(std::wstring_view text, std::wstring_view skipped)
+{
+    text.remove_prefix(std::min(text.find_first_not_of(skipped), text.size()));
+    return text;
+}
+
+/// Of a number outside the range of a double: whether it lies on the side of zero.
+bool IsTooSmall(std::string_view number)
+{
+    const auto exponent = number.find_first_of("eE");
+    if (exponent != std::string_view::npos)
+    {
+        return number.substr(exponent + 1).starts_with('-');
+    }
+    return number.find_first_of("123456789") > number.find('.');
+}
+
+void ReplaceAll(std::wstring& text, wchar_t character, std::wstring_view entity)
+{
+    for (auto at = text.find(character); at != std::wstring::npos;
+         at = text.find(character, at + entity.size()))
+    {
+        text.replace(at, 1, entity);
+    }
+}
+} // namespace
+
+double ToNumber(std::wstring_view text)
+{
+    text = FromFirstNot(text, kBlanks);
+    if (text.starts_with(L'+'))
+    {
+        text.remove_prefix(1);
+        if (text.starts_with(L'-'))
+        {
+            return 0.0;
+        }
+    }
+    text = text.substr(0, text.find_first_not_of(kNumberCharacters));
+    std::string digits(text.size(), '\0');
+    std::transform(text.begin(), text.end(), digits.begin(), [](wchar_t c) { return static_cast<char>(c); });
+
+    double value = 0.0;
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+    if (error != std::errc::result_out_of_range)
+    {
+        return value;
+    }
+    const std::string_view number(digits.data(), static_cast<std::size_t>(end - digits.data()));
+    const double magnitude = IsTooSmall(number) ? 0.0 : std::numeric_limits<double>::infinity();
+    return number.starts_with('-') ? -magnitude : magnitude;
+}
+
+std::wstring FormatNumber(double value)
+{
+    return logging::FormatWString(L"%.2f", value);
+}
+
+void EscapeText(std::wstring& text)
+{
+    // The ampersand first, or it would escape the entities of the others.
+    constexpr std::pair<wchar_t, std::wstring_view> entities[] = {
+        {L'&', L"&amp;"}, {L'<', L"&lt;"}, {L'>', L"&gt;"}, {L'"', L"&quot;"}, {L'\'', L"&apos;"}};
+    for (const auto& [character, entity] : entities)
+    {
+        ReplaceAll(text, character, entity);
+    }
+}
+} // namespace base::xps

@@ -1,0 +1,204 @@
+#include "base/xps/fixedpagesaxconvertor.h"
+
+#include <fstream>
+#include <iterator>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "base/io/printreadstreamtoistream.h"
+#include "base/io/printstreambuffer.h"
+#include "base/logging/errors.h"
+#include "base/xps/markupreader.h"
+#include "support/printstreams.h"
+#include "support/saxattributes.h"
+#include "support/thrown.h"
+
+namespace base::xps
+{
+namespace
+{
+using support::MemoryReadStream;
+using support::MemoryWriteStream;
+using utility::MakeCom;
+
+class Markup : public ::testing::Test
+{
+protected:
+    void SetUp() override { ASSERT_GE(CoInitializeEx(nullptr, COINIT_MULTITHREADED), 0); }
+    void TearDown() override
+    {
+        EXPECT_EQ(MemoryReadStream::Alive(), 0);
+        EXPECT_EQ(MemoryWriteStream::Alive(), 0);
+        CoUninitialize();
+    }
+};
+
+std::string FileContent(const char* path)
+{
+    std::ifstream file(path, std::ios::binary);
+    EXPECT_TRUE(file) << path;
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+void Parse(const std::string& markup, ISAXContentHandler& handler)
+{
+    const auto source = MakeCom<MemoryReadStream>(markup);
+    source->longestRead = 1000;
+    const auto stream = MakeCom<io::PrintReadStreamToIStream>(source.Get());
+    ParseMarkup(*stream, handler);
+}
+
+/// The markup as a page is rewritten: from one print stream into another.
+std::string Turned(const std::string& markup, float angleDegrees = 270.0F)
+{
+    const auto target = MakeCom<MemoryWriteStream>();
+    io::PrintStreamBuffer buffer(target.Get());
+    std::ostream output(&buffer);
+    const auto convertor = MakeCom<FixedPageSaxConvertor>(output, angleDegrees, 1.0F);
+    Parse(markup, *convertor);
+    EXPECT_TRUE(output.good());
+    return target->bytes;
+}
+
+class TurnedMarkup : public Markup
+{
+};
+
+TEST_F(TurnedMarkup, IsByteForByteAsRecorded)
+{
+    EXPECT_EQ(Turned(FileContent("markup/page.fpage")), FileContent("markup/page.turned.fpage"));
+}
+
+TEST_F(TurnedMarkup, DependsNeitherOnEncodingNorOnByteOrderMark)
+{
+    const std::string ascii = R"(<FixedPage Width="10" Height="20" xmlns="urn:p"/>)";
+    const std::string expected =
+        R"(<?xml version="1.0" encoding="utf-8"?><FixedPage Height="10.00" Width="20.00" xmlns="urn:p">)"
+        R"(<Canvas RenderTransform="0.00,-1.00,1.00,0.00,0.00,10.00"></Canvas></FixedPage>)";
+    std::string utf16 = "\xFF\xFE";
+    for (const char c : ascii)
+    {
+        utf16.append({c, '\0'});
+    }
+    EXPECT_EQ(Turned(ascii), expected);
+    EXPECT_EQ(Turned("\xEF\xBB\xBF" + ascii + " \r\n"), expected);
+    EXPECT_EQ(Turned(utf16), expected);
+}
+
+TEST_F(TurnedMarkup, KeepsAPrefixOfThePageAndDropsThatOfItsResources)
+{
+    EXPECT_EQ(
+        Turned(R"(<p:FixedPage xmlns:p="urn:p"><p:FixedPage.Resources/><p:Path/></p:FixedPage>)"),
+        R"(<?xml version="1.0" encoding="utf-8"?><p:FixedPage Height="0.00" Width="0.00" xmlns:p="urn:p">)"
+        R"(<Canvas RenderTransform="0.00,-1.00,1.00,0.00,0.00,0.00"><Canvas.Resources></Canvas.Resources>)"
+        R"(<p:Path></p:Path></Canvas></p:FixedPage>)");
+}
+
+TEST_F(TurnedMarkup, WritesAPageWithoutAnySizeAsAnEmptyOne)
+{
+    EXPECT_EQ(Turned("<FixedPage/>", 0.0F),
+              R"(<?xml version="1.0" encoding="utf-8"?><FixedPage Height="0.00" Width="0.00">)"
+              R"(<Canvas RenderTransform="1.00,0.00,0.00,1.00,0.00,0.00"></Canvas></FixedPage>)");
+}
+
+TEST_F(TurnedMarkup, EndsInAFailureWhereThePageIsMalformed)
+{
+    for (const char* markup : {"", "<FixedPage", "<FixedPage><Path></FixedPage>", "<FixedPage a='1' a='2'/>"})
+    {
+        EXPECT_THROW(Turned(markup), exception::HresultError) << markup;
+    }
+}
+
+TEST(FixedPageSaxConvertor, ReportsAnEndWithoutAStart)
+{
+    std::ostringstream output;
+    const auto convertor = MakeCom<FixedPageSaxConvertor>(output, 270.0F, 1.0F);
+    EXPECT_EQ(convertor->endElement(nullptr, 0, nullptr, 0, nullptr, 0), E_FAIL);
+    EXPECT_EQ(output.str(), "");
+}
+
+TEST(FixedPageSaxConvertor, ClosesWhatAnInterruptedParseLeftOpenFromTheInsideOut)
+{
+    std::ostringstream output;
+    const auto none = MakeCom<support::AttributeList>(support::AttributeList::Attributes{});
+    {
+        const auto convertor = MakeCom<FixedPageSaxConvertor>(output, 270.0F, 1.0F);
+        EXPECT_EQ(convertor->startElement(L"", 0, L"A", 1, L"A", 1, none.Get()), S_OK);
+        EXPECT_EQ(convertor->startElement(L"", 0, L"B", 1, L"p:B", 3, none.Get()), S_OK);
+        EXPECT_EQ(GdiplusGuard::GetUserCount(), 1U);
+    }
+    EXPECT_EQ(output.str(), "<A><p:B></p:B></A>");
+    EXPECT_EQ(GdiplusGuard::GetUserCount(), 0U);
+}
+
+TEST(FixedPageSaxConvertor, LeavesAFailedWriteInTheStreamsState)
+{
+    const auto target = MakeCom<MemoryWriteStream>();
+    target->writeResult = STG_E_MEDIUMFULL;
+    io::PrintStreamBuffer buffer(target.Get());
+    std::ostream output(&buffer);
+    const auto convertor = MakeCom<FixedPageSaxConvertor>(output, 270.0F, 1.0F);
+    EXPECT_EQ(convertor->startDocument(), S_OK);
+    EXPECT_TRUE(output.bad());
+}
+
+TEST(ElementTagWriter, MakesTagsOfItsText)
+{
+    std::ostringstream output;
+    {
+        ElementTagWriter writer(output);
+        EXPECT_EQ(writer.CleanTagText("  <<a b>  "), "a b");
+        EXPECT_EQ(writer.CleanTagText("< a >"), " a ");
+        EXPECT_EQ(writer.CleanTagText(" <> "), "");
+        EXPECT_EQ(writer.MakeStartTag("a b=\"1\""), "<a b=\"1\">");
+        EXPECT_EQ(writer.MakeEndTag("a b=\"1\""), "</a>");
+        EXPECT_EQ(writer.MakeEndTag("a"), "</a>");
+        writer.WriteStartTag("page x=\"1\"");
+        writer.WriteStartTag("canvas");
+        EXPECT_EQ(output.str(), "<page x=\"1\"><canvas>");
+    }
+    EXPECT_EQ(output.str(), "<page x=\"1\"><canvas></canvas></page>");
+}
+
+/// Throws, or answers a failure, at the first element.
+class FailingHandler final : public FixedPageSaxHandlerBase
+{
+public:
+    STDMETHODIMP startElement(
+        const wchar_t*, int, const wchar_t*, int, const wchar_t*, int, ISAXAttributes*) override
+    {
+        ++calls;
+        if (throws)
+        {
+            throw std::out_of_range("first element");
+        }
+        return E_FAIL;
+    }
+
+    bool throws = true;
+    int calls = 0;
+};
+
+using ParseMarkupTest = Markup;
+
+TEST_F(ParseMarkupTest, BringsAHandlersExceptionOutAsItWasThrown)
+{
+    const auto handler = MakeCom<FailingHandler>();
+    EXPECT_EQ(support::MessageOf<std::out_of_range>([&] { Parse("<a><b/><b/></a>", *handler); }),
+              "first element");
+    EXPECT_EQ(handler->calls, 1);
+}
+
+TEST_F(ParseMarkupTest, TurnsAHandlersFailureIntoOneOfTheParse)
+{
+    const auto handler = MakeCom<FailingHandler>();
+    handler->throws = false;
+    EXPECT_THROW(Parse("<a><b/></a>", *handler), exception::HresultError);
+}
+} // namespace
+} // namespace base::xps
