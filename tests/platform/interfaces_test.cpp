@@ -34,8 +34,9 @@ int SlotOf(const std::function<void(Interface&)>& call)
 {
     static constexpr auto table = MakeTable(std::make_index_sequence<24>());
     const auto* object = table.data();
+    void* const handBuilt = &object;
     g_calledSlot = -1;
-    call(*reinterpret_cast<Interface*>(&object));
+    call(*static_cast<Interface*>(handBuilt));
     return g_calledSlot;
 }
 

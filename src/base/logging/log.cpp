@@ -16,7 +16,7 @@ namespace
 _locale_t PlainLocale()
 {
     // One for the module's life, as every thread formats with it.
-    static const _locale_t locale = _create_locale(LC_ALL, "C");
+    static _locale_t locale = _create_locale(LC_ALL, "C");
     if (locale == nullptr)
     {
         throw std::bad_alloc();

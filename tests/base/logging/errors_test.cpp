@@ -89,6 +89,7 @@ TEST(HresultError, JoinsPathLineAndTextAndSurvivesACopy)
     const std::string expected = "base\\utility\\safecoinit(36) : " + GetErrorText(E_OUTOFMEMORY) + "\n";
     EXPECT_EQ(error.what(), expected);
 
+    // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): the copy is what is tested.
     const HresultError copy = error;
     EXPECT_EQ(copy.what(), expected);
     EXPECT_NE(copy.what(), static_cast<const char*>(error.what()));

@@ -1,0 +1,24 @@
+#!/usr/bin/env bash
+# Holds what our programs and DLLs import against the DLLs of the operating system: a driver package ships
+# nothing else. imports_test.sh FOLDER OBJDUMP
+set -euo pipefail
+
+allowed=(advapi32.dll gdi32.dll gdiplus.dll kernel32.dll msvcrt.dll ole32.dll oleaut32.dll prntvpt.dll
+    shell32.dll user32.dll winspool.drv ws2_32.dll)
+
+mapfile -t binaries < <(find "$1" -name '*.exe' -o -name '*.dll')
+if [ ${#binaries[@]} -eq 0 ]; then
+    echo "no binary in $1"
+    exit 1
+fi
+failed=0
+for binary in "${binaries[@]}"; do
+    imports=$("$2" -p "$binary" | sed -n 's/^\s*DLL Name: //p' | tr '[:upper:]' '[:lower:]' | sort -u)
+    foreign=$(grep -vxF "$(printf '%s\n' "${allowed[@]}")" <<<"$imports" || true)
+    echo "${binary##*/}: $(tr '\n' ' ' <<<"$imports")"
+    if [ -n "$foreign" ]; then
+        echo "${binary##*/} imports what the operating system does not bring:" "$foreign"
+        failed=1
+    fi
+done
+exit $failed
