@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+namespace host::opc
+{
+/// What a ZIP item holds: a part as a whole, or one of the pieces that an interleaved part consists of.
+struct ItemRole
+{
+    /// The name without the piece's own segment, as it stands in the item.
+    std::string_view logicalName;
+    /// Counted from 0; empty for a part in one piece.
+    std::optional<std::uint32_t> piece;
+    bool isLastPiece = false;
+};
+
+/// Tells a part's item from a piece's: "1.fpage/[0].piece", "1.fpage/[1].last.piece", in any case (OPC,
+/// mapping logical item names to ZIP item names).
+ItemRole ParseItemName(std::string_view itemName);
+} // namespace host::opc

@@ -1,0 +1,158 @@
+#include "host/opc/package.h"
+
+#include <optional>
+
+#include "host/opc/itemname.h"
+#include "host/opc/packageerror.h"
+#include "host/xml/markuptext.h"
+
+namespace host::opc
+{
+namespace
+{
+/// What one part may take when it is read into memory. The largest real pages have some 15 MB of markup.
+constexpr std::uint64_t kPartLimit = 512ULL << 20;
+
+constexpr std::string_view kContentTypesName = "[content_types].xml";
+
+bool IsContentTypesName(std::string_view logicalName)
+{
+    const std::size_t start = logicalName.find_first_not_of("/\\");
+    return start <= 1 && ToLowerAscii(logicalName.substr(start)) == kContentTypesName;
+}
+
+/// Gathers the items of one part, which may stand in the archive in any order.
+class ItemCollector
+{
+public:
+    bool IsEmpty() const noexcept { return m_indices.empty(); }
+
+    void Add(const ItemRole& role, std::size_t index)
+    {
+        const bool isWhole = !role.piece.has_value();
+        const std::uint32_t number = role.piece.value_or(0);
+        const bool mixes = !IsEmpty() && (isWhole || m_isWhole);
+        if (mixes || !m_indices.emplace(number, index).second)
+        {
+            throw PackageError(std::string(role.logicalName), "is in the package twice");
+        }
+        m_stored.itemName = role.logicalName;
+        m_isWhole = isWhole;
+        if (isWhole || role.isLastPiece)
+        {
+            if (m_lastNumber.has_value())
+            {
+                throw PackageError(m_stored.itemName, "has two last pieces");
+            }
+            m_lastNumber = number;
+        }
+    }
+
+    /// The items in the order of their numbers, when they are complete.
+    StoredPart Finish()
+    {
+        const std::uint64_t highest = m_indices.rbegin()->first;
+        if (m_lastNumber != highest || m_indices.size() != highest + 1)
+        {
+            throw PackageError(m_stored.itemName, "lacks one of its pieces");
+        }
+        for (const auto& [number, index] : m_indices)
+        {
+            m_stored.items.push_back(index);
+        }
+        return std::move(m_stored);
+    }
+
+private:
+    StoredPart m_stored;
+    std::map<std::uint32_t, std::size_t> m_indices;
+    std::optional<std::uint32_t> m_lastNumber;
+    bool m_isWhole = false;
+};
+
+/// Runs the reading of a part's markup so that a fault in it names the part.
+template <typename Action>
+auto ReadingPart(const std::string& name, Action&& act)
+{
+    try
+    {
+        return act();
+    }
+    catch (const xml::MarkupError& fault)
+    {
+        throw PackageError(name, fault.what());
+    }
+}
+} // namespace
+
+Package::Package(const std::filesystem::path& path) : m_path(path), m_archive(path)
+{
+    std::map<PartName, ItemCollector> parts;
+    ItemCollector contentTypes;
+    const auto& items = m_archive.Items();
+    for (std::size_t index = 0; index < items.size(); ++index)
+    {
+        if (StepsUp(items[index].name))
+        {
+            throw PackageError(items[index].name, "leads out of the package");
+        }
+        const ItemRole role = ParseItemName(items[index].name);
+        if (IsContentTypesName(role.logicalName))
+        {
+            contentTypes.Add(role, index);
+        }
+        else if (const auto name = PartName::FromItem(role.logicalName))
+        {
+            parts[*name].Add(role, index);
+        }
+    }
+    for (auto& [name, collector] : parts)
+    {
+        m_parts.emplace(name, collector.Finish());
+    }
+    if (contentTypes.IsEmpty())
+    {
+        throw PackageError("/[Content_Types].xml", "is missing from the package");
+    }
+    m_contentTypesStream = contentTypes.Finish();
+    ReadContentTypes();
+}
+
+std::string Package::Read(const PartName& part) const
+{
+    const auto found = m_parts.find(part);
+    if (found == m_parts.end())
+    {
+        throw PackageError(part.Text(), "is missing from the package");
+    }
+    return ReadItems(found->second);
+}
+
+Relationships Package::RelationshipsOf(const PartName& source) const
+{
+    const PartName part = source.RelationshipsPart();
+    if (!Has(part))
+    {
+        return Relationships(source);
+    }
+    const std::string markup = Read(part);
+    return ReadingPart(part.Text(), [&] { return Relationships::Parse(source, markup); });
+}
+
+std::string Package::ReadItems(const StoredPart& stored) const
+{
+    std::string content;
+    for (const std::size_t item : stored.items)
+    {
+        m_archive.Append(item, content, kPartLimit);
+    }
+    return content;
+}
+
+void Package::ReadContentTypes()
+{
+    const std::string markup = ReadItems(m_contentTypesStream);
+    m_contentTypes =
+        ReadingPart("/" + m_contentTypesStream.itemName, [&] { return ContentTypes::Parse(markup); });
+}
+} // namespace host::opc

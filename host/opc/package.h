@@ -1,0 +1,63 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/opc/contenttypes.h"
+#include "host/opc/partname.h"
+#include "host/opc/relationships.h"
+#include "host/opc/ziparchive.h"
+
+namespace host::opc
+{
+/// Where a part's content lies: the item or, for an interleaved part, the items of its pieces in their order.
+struct StoredPart
+{
+    /// The item's name without the segment of a piece, as the producer wrote it.
+    std::string itemName;
+    std::vector<std::size_t> items;
+};
+
+/// An Open Packaging Conventions package open for reading. Contents are read on demand and not kept.
+///
+/// Used on one thread. A PackageWriter that builds on a package must not outlive it.
+class Package
+{
+public:
+    /// Opens a package and reads its directory and content types. Throws PackageError for a file that is not
+    /// a package, for two parts of equal names, for an interleaved part that lacks a piece, and for item
+    /// names that step out of the package.
+    explicit Package(const std::filesystem::path& path);
+
+    bool Has(const PartName& part) const { return m_parts.contains(part); }
+
+    /// The decompressed content. Throws PackageError when the package has no such part or cannot give it.
+    std::string Read(const PartName& part) const;
+
+    /// Empty when the package declares no type for the part.
+    std::string_view ContentTypeOf(const PartName& part) const { return m_contentTypes.Find(part); }
+
+    /// Empty when the source has none. Throws PackageError when they cannot be read.
+    Relationships RelationshipsOf(const PartName& source) const;
+
+    const std::filesystem::path& Path() const noexcept { return m_path; }
+    const ZipArchive& Archive() const noexcept { return m_archive; }
+    const std::map<PartName, StoredPart>& Parts() const noexcept { return m_parts; }
+    const ContentTypes& Types() const noexcept { return m_contentTypes; }
+    const StoredPart& ContentTypesStream() const noexcept { return m_contentTypesStream; }
+
+private:
+    std::string ReadItems(const StoredPart& stored) const;
+    void ReadContentTypes();
+
+    std::filesystem::path m_path;
+    ZipArchive m_archive;
+    std::map<PartName, StoredPart> m_parts;
+    StoredPart m_contentTypesStream;
+    ContentTypes m_contentTypes;
+};
+} // namespace host::opc

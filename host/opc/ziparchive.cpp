@@ -1,0 +1,123 @@
+#include "host/opc/ziparchive.h"
+
+#include <array>
+#include <string_view>
+
+#include "host/opc/packageerror.h"
+
+namespace host::opc
+{
+namespace
+{
+struct FileCloser
+{
+    void operator()(zip_file_t* file) const noexcept { zip_fclose(file); }
+};
+
+[[noreturn]] void FailToOpen(int code)
+{
+    switch (code)
+    {
+    case ZIP_ER_NOENT:
+        throw PackageError("there is no such file");
+    case ZIP_ER_NOZIP:
+        throw PackageError("is not a ZIP archive");
+    case ZIP_ER_INCONS:
+        throw PackageError("is a damaged ZIP archive");
+    default:
+        throw PackageError("cannot be opened as a ZIP archive: " + DescribeZipError(code));
+    }
+}
+
+[[noreturn]] void FailToRead(const ZipItem& item, int code)
+{
+    if (code == ZIP_ER_COMPNOTSUPP)
+    {
+        throw PackageError(item.name,
+                           "is compressed with method " + std::to_string(item.method) +
+                               ", which is not supported");
+    }
+    if (code == ZIP_ER_NOPASSWD || code == ZIP_ER_ENCRNOTSUPP)
+    {
+        throw PackageError(item.name, "is encrypted");
+    }
+    throw PackageError(item.name, "cannot be decompressed: " + DescribeZipError(code));
+}
+} // namespace
+
+ZipArchive::ZipArchive(const std::filesystem::path& path)
+{
+    int code = 0;
+    m_archive.reset(zip_open(ToUtf8Path(path).c_str(), ZIP_RDONLY, &code));
+    if (m_archive == nullptr)
+    {
+        FailToOpen(code);
+    }
+    ReadDirectory();
+}
+
+void ZipArchive::ReadDirectory()
+{
+    const zip_int64_t count = zip_get_num_entries(m_archive.get(), 0);
+    for (zip_uint64_t index = 0; index < static_cast<zip_uint64_t>(count); ++index)
+    {
+        zip_stat_t entry;
+        if (zip_stat_index(m_archive.get(), index, 0, &entry) != 0)
+        {
+            FailToOpen(zip_error_code_zip(zip_get_error(m_archive.get())));
+        }
+        m_items.push_back(
+            {entry.name, entry.size, entry.comp_size, entry.crc, entry.comp_method, entry.mtime});
+    }
+}
+
+void ZipArchive::Append(std::size_t index, std::string& content, std::uint64_t limit) const
+{
+    const ZipItem& item = m_items.at(index);
+    const std::unique_ptr<zip_file_t, FileCloser> file(zip_fopen_index(m_archive.get(), index, 0));
+    if (file == nullptr)
+    {
+        FailToRead(item, zip_error_code_zip(zip_get_error(m_archive.get())));
+    }
+    // Grows with what there is, not with what the directory promises.
+    std::array<char, 65536> chunk;
+    std::uint64_t total = 0;
+    zip_int64_t read = 0;
+    while ((read = zip_fread(file.get(), chunk.data(), chunk.size())) > 0)
+    {
+        total += static_cast<std::uint64_t>(read);
+        if (total > item.size)
+        {
+            throw PackageError(item.name, "is longer than its directory entry says");
+        }
+        if (content.size() + static_cast<std::uint64_t>(read) > limit)
+        {
+            throw PackageError(item.name, "is longer than " + std::to_string(limit) + " bytes");
+        }
+        content.append(chunk.data(), static_cast<std::size_t>(read));
+    }
+    if (read < 0)
+    {
+        FailToRead(item, zip_error_code_zip(zip_file_get_error(file.get())));
+    }
+    if (total != item.size)
+    {
+        throw PackageError(item.name, "is shorter than its directory entry says");
+    }
+}
+
+std::string ToUtf8Path(const std::filesystem::path& path)
+{
+    const std::u8string text = path.u8string();
+    return {text.begin(), text.end()};
+}
+
+std::string DescribeZipError(int code)
+{
+    zip_error_t error;
+    zip_error_init_with_code(&error, code);
+    std::string text = zip_error_strerror(&error);
+    zip_error_fini(&error);
+    return text;
+}
+} // namespace host::opc

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstdint>
+#include <ctime>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <zip.h>
+
+namespace host::opc
+{
+/// One entry of an archive, as its central directory describes it. The sizes are claims until the item has
+/// been read.
+struct ZipItem
+{
+    std::string name;
+    std::uint64_t size;
+    std::uint64_t storedSize;
+    std::uint32_t crc;
+    std::uint16_t method;
+    std::time_t modified;
+};
+
+/// A ZIP archive open for reading. The items keep the order of the central directory, and their indices are
+/// the library's.
+class ZipArchive
+{
+public:
+    /// Throws PackageError when there is no such file or when it is not an archive.
+    explicit ZipArchive(const std::filesystem::path& path);
+
+    const std::vector<ZipItem>& Items() const noexcept { return m_items; }
+
+    /// Appends an item's decompressed content to `content`. Throws PackageError, naming the item, when it
+    /// cannot be decompressed, differs from what the directory says about it, or would make `content`
+    /// longer than `limit` bytes.
+    void Append(std::size_t index, std::string& content, std::uint64_t limit) const;
+
+    /// Lent for copying items into another archive, which must be closed first.
+    zip_t* Handle() const noexcept { return m_archive.get(); }
+
+private:
+    struct Closer
+    {
+        void operator()(zip_t* archive) const noexcept { zip_discard(archive); }
+    };
+
+    void ReadDirectory();
+
+    std::unique_ptr<zip_t, Closer> m_archive;
+    std::vector<ZipItem> m_items;
+};
+
+/// The library wants UTF-8 on every system.
+std::string ToUtf8Path(const std::filesystem::path& path);
+
+/// The library's own words for an error code.
+std::string DescribeZipError(int code);
+} // namespace host::opc

@@ -1,0 +1,224 @@
+#include "host/xml/markuptext.h"
+
+#include <algorithm>
+#include <cstdint>
+
+namespace host::xml
+{
+namespace
+{
+constexpr std::string_view kBlanks = " \t\r\n";
+
+enum class ByteOrder
+{
+    LittleEndian,
+    BigEndian
+};
+
+class Utf16Reader
+{
+public:
+    Utf16Reader(std::string_view bytes, ByteOrder order) : m_bytes(bytes), m_order(order) {}
+
+    bool AtEnd() const noexcept { return m_bytes.empty(); }
+
+    std::uint32_t NextCodePoint()
+    {
+        const std::uint32_t lead = NextUnit();
+        if (lead < 0xD800 || lead > 0xDFFF)
+        {
+            return lead;
+        }
+        const std::uint32_t trail = lead < 0xDC00 && !AtEnd() ? NextUnit() : 0;
+        if (trail < 0xDC00 || trail > 0xDFFF)
+        {
+            throw MarkupError("is not valid UTF-16");
+        }
+        return 0x10000 + ((lead - 0xD800) << 10) + (trail - 0xDC00);
+    }
+
+private:
+    std::uint32_t NextUnit()
+    {
+        if (m_bytes.size() < 2)
+        {
+            throw MarkupError("ends within a UTF-16 character");
+        }
+        const auto first = static_cast<unsigned char>(m_bytes[0]);
+        const auto second = static_cast<unsigned char>(m_bytes[1]);
+        m_bytes.remove_prefix(2);
+        return m_order == ByteOrder::LittleEndian ? first + second * 256U : first * 256U + second;
+    }
+
+    std::string_view m_bytes;
+    ByteOrder m_order;
+};
+
+void AppendUtf8(std::string& text, std::uint32_t codePoint)
+{
+    const auto append = [&](std::uint32_t value) { text += static_cast<char>(value); };
+    const auto appendTail = [&](int shift) { append(0x80 | ((codePoint >> shift) & 0x3F)); };
+    if (codePoint < 0x80)
+    {
+        append(codePoint);
+    }
+    else if (codePoint < 0x800)
+    {
+        append(0xC0 | (codePoint >> 6));
+        appendTail(0);
+    }
+    else if (codePoint < 0x10000)
+    {
+        append(0xE0 | (codePoint >> 12));
+        appendTail(6);
+        appendTail(0);
+    }
+    else
+    {
+        append(0xF0 | (codePoint >> 18));
+        appendTail(12);
+        appendTail(6);
+        appendTail(0);
+    }
+}
+
+std::string FromUtf16(std::string_view bytes, ByteOrder order)
+{
+    std::string text;
+    text.reserve(bytes.size() / 2);
+    for (Utf16Reader reader(bytes, order); !reader.AtEnd();)
+    {
+        AppendUtf8(text, reader.NextCodePoint());
+    }
+    return text;
+}
+
+std::string ToUtf8(std::string_view bytes)
+{
+    if (bytes.starts_with("\xEF\xBB\xBF"))
+    {
+        return std::string(bytes.substr(3));
+    }
+    if (bytes.starts_with("\xFF\xFE"))
+    {
+        return FromUtf16(bytes.substr(2), ByteOrder::LittleEndian);
+    }
+    if (bytes.starts_with("\xFE\xFF"))
+    {
+        return FromUtf16(bytes.substr(2), ByteOrder::BigEndian);
+    }
+    // Without a mark the first character decides, which is ASCII in every well-formed document.
+    if (bytes.size() >= 2 && bytes[0] != '\0' && bytes[1] == '\0')
+    {
+        return FromUtf16(bytes, ByteOrder::LittleEndian);
+    }
+    if (bytes.size() >= 2 && bytes[0] == '\0' && bytes[1] != '\0')
+    {
+        return FromUtf16(bytes, ByteOrder::BigEndian);
+    }
+    return std::string(bytes);
+}
+
+/// The encoding that an XML declaration names, in lower case; empty when it names none.
+std::string DeclaredEncoding(std::string_view declaration)
+{
+    const std::size_t name = declaration.find("encoding");
+    const std::size_t open = declaration.find_first_of("\"'", std::min(name, declaration.size()));
+    if (open == std::string_view::npos)
+    {
+        return {};
+    }
+    const std::size_t close = declaration.find(declaration[open], open + 1);
+    std::string encoding(declaration.substr(open + 1, close - open - 1));
+    std::transform(encoding.begin(), encoding.end(), encoding.begin(), [](char c) {
+        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    });
+    return encoding;
+}
+
+void BlankDeclaration(std::string& text)
+{
+    if (!text.starts_with("<?xml") || kBlanks.find(text[5]) == std::string_view::npos)
+    {
+        return;
+    }
+    const std::size_t end = text.find("?>");
+    if (end == std::string::npos)
+    {
+        throw MarkupError("has an XML declaration without end");
+    }
+    const std::string encoding = DeclaredEncoding(std::string_view(text).substr(0, end));
+    if (!encoding.empty() && encoding != "utf-8" && encoding != "utf-16")
+    {
+        throw MarkupError("is encoded in " + encoding + ", neither in UTF-8 nor in UTF-16");
+    }
+    std::replace_if(
+        text.begin(),
+        text.begin() + static_cast<std::ptrdiff_t>(end) + 2,
+        [](char c) { return c != '\n'; },
+        ' ');
+}
+
+/// What follows the first comment or processing instruction; the same text where neither stands.
+std::string_view SkipMiscellany(std::string_view text)
+{
+    const std::string_view end = text.starts_with("<!--") ? "-->" : text.starts_with("<?") ? "?>" : "";
+    const std::size_t found = end.empty() ? 0 : text.find(end, 2);
+    return found == std::string_view::npos ? std::string_view() : text.substr(found + end.size());
+}
+
+bool DeclaresDocumentType(std::string_view text)
+{
+    while (true)
+    {
+        text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
+        const std::string_view rest = SkipMiscellany(text);
+        if (rest.size() == text.size())
+        {
+            return text.starts_with("<!DOCTYPE");
+        }
+        text = rest;
+    }
+}
+} // namespace
+
+std::string DecodeMarkup(std::string_view bytes)
+{
+    std::string text = ToUtf8(bytes);
+    BlankDeclaration(text);
+    if (DeclaresDocumentType(text))
+    {
+        throw MarkupError("declares a document type");
+    }
+    return text;
+}
+
+std::string EscapeAttribute(std::string_view text)
+{
+    std::string escaped;
+    for (const char c : text)
+    {
+        switch (c)
+        {
+        case '&':
+            escaped += "&amp;";
+            break;
+        case '<':
+            escaped += "&lt;";
+            break;
+        case '"':
+            escaped += "&quot;";
+            break;
+        case '\t':
+        case '\n':
+        case '\r':
+            // Written plainly, they would be read back as blanks.
+            escaped.append("&#").append(std::to_string(static_cast<int>(c))).append(";");
+            break;
+        default:
+            escaped += c;
+        }
+    }
+    return escaped;
+}
+} // namespace host::xml

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace host::xml
+{
+/// Markup that cannot be read; the text says why and, where it is known, in which line.
+class MarkupError : public std::runtime_error
+{
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// The markup of a part as UTF-8 without byte-order mark and without XML declaration, whose place is left
+/// blank so that line numbers hold. Takes UTF-8 and UTF-16, with a mark or without, as packages may hold no
+/// other encoding. Throws MarkupError for another one, for malformed UTF-16 and for a document type
+/// declaration, which neither OPC nor XPS allows.
+std::string DecodeMarkup(std::string_view bytes);
+
+/// Text as it stands in an attribute between double quotes.
+std::string EscapeAttribute(std::string_view text);
+} // namespace host::xml

@@ -1,0 +1,205 @@
+#include "host/xps/xpsdocument.h"
+
+#include <algorithm>
+#include <string>
+
+#include "host/opc/packageerror.h"
+#include "host/xml/elementreader.h"
+#include "host/xml/markuptext.h"
+#include "host/xps/xpsvocabulary.h"
+
+namespace host::xps
+{
+namespace
+{
+using opc::PackageError;
+using opc::PartName;
+
+std::optional<PartName> FindTarget(const opc::Package& package,
+                                   const PartName& source,
+                                   std::string_view Vocabulary::*type)
+{
+    const opc::Relationships relationships = package.RelationshipsOf(source);
+    for (const Vocabulary& vocabulary : kVocabularies)
+    {
+        if (auto target = relationships.FindTarget(vocabulary.*type))
+        {
+            return target;
+        }
+    }
+    return std::nullopt;
+}
+
+PartName FindSequence(const opc::Package& package)
+{
+    const PartName root = PartName::PackageRoot();
+    auto sequence = FindTarget(package, root, &Vocabulary::fixedRepresentation);
+    if (!sequence.has_value())
+    {
+        throw PackageError(root.RelationshipsPart().Text(), "names no fixed document sequence");
+    }
+    return std::move(*sequence);
+}
+
+bool IsXpsNamespace(std::string_view uri)
+{
+    return std::any_of(std::begin(kVocabularies), std::end(kVocabularies), [&](const Vocabulary& vocabulary) {
+        return vocabulary.markupNamespace == uri;
+    });
+}
+
+/// Passes over what this reader must not see: the choices of alternate content, each of which needs an
+/// extension that is unknown here, so that the fallback holds.
+class ChoiceFilter
+{
+public:
+    bool Hides(const xml::Element& element)
+    {
+        if (m_choiceDepth.has_value() && element.depth > *m_choiceDepth)
+        {
+            return true;
+        }
+        m_choiceDepth.reset();
+        if (element.namespaceUri == kMarkupCompatibilityNamespace && element.localName == "Choice")
+        {
+            m_choiceDepth = element.depth;
+        }
+        return false;
+    }
+
+private:
+    std::optional<int> m_choiceDepth;
+};
+
+/// Collects the Source attributes of the elements that a structural part consists of.
+class SourceCollector
+{
+public:
+    SourceCollector(std::string_view root, std::string_view reference) : m_root(root), m_reference(reference)
+    {
+    }
+
+    void Take(const xml::Element& element)
+    {
+        if (m_choices.Hides(element) || !IsXpsNamespace(element.namespaceUri))
+        {
+            return;
+        }
+        if (!m_rootSeen && element.localName != m_root)
+        {
+            throw xml::MarkupError("is not a " + std::string(m_root));
+        }
+        m_rootSeen = true;
+        if (element.localName == m_reference)
+        {
+            const std::string* const source = element.Find("Source");
+            if (source == nullptr)
+            {
+                throw xml::MarkupError("has a " + std::string(m_reference) + " without Source");
+            }
+            m_sources.push_back(*source);
+        }
+    }
+
+    const std::vector<std::string>& Finish() const
+    {
+        if (!m_rootSeen)
+        {
+            throw xml::MarkupError("is not a " + std::string(m_root));
+        }
+        return m_sources;
+    }
+
+private:
+    std::string_view m_root;
+    std::string_view m_reference;
+    ChoiceFilter m_choices;
+    bool m_rootSeen = false;
+    std::vector<std::string> m_sources;
+};
+
+std::vector<std::string> ReadSources(std::string_view markup,
+                                     std::string_view root,
+                                     std::string_view reference)
+{
+    SourceCollector collector(root, reference);
+    xml::ReadElements(markup, [&](const xml::Element& element) { collector.Take(element); });
+    return collector.Finish();
+}
+} // namespace
+
+XpsDocument::XpsDocument(const opc::Package& package) : m_package(package), m_sequence(FindSequence(package))
+{
+    RequirePart(m_sequence, PartName::PackageRoot().RelationshipsPart());
+}
+
+std::optional<JobPart> XpsDocument::Next()
+{
+    if (!m_sequencePassed)
+    {
+        m_sequencePassed = true;
+        JobPart sequence = Enter(JobPartKind::FixedDocumentSequence, m_sequence);
+        ListReferences(m_sequence, "FixedDocumentSequence", "DocumentReference", m_documents);
+        return sequence;
+    }
+    if (!m_pages.empty())
+    {
+        const PartName page = m_pages.back();
+        m_pages.pop_back();
+        return Enter(JobPartKind::FixedPage, page);
+    }
+    if (m_documents.empty())
+    {
+        return std::nullopt;
+    }
+    const PartName name = m_documents.back();
+    m_documents.pop_back();
+    JobPart document = Enter(JobPartKind::FixedDocument, name);
+    ListReferences(name, "FixedDocument", "PageContent", m_pages);
+    return document;
+}
+
+JobPart XpsDocument::Enter(JobPartKind kind, const PartName& name)
+{
+    if (!m_passed.insert(name).second)
+    {
+        throw PackageError(name.Text(), "stands in the document twice");
+    }
+    JobPart part{kind, name, FindTarget(m_package, name, &Vocabulary::printTicket)};
+    if (part.printTicket.has_value())
+    {
+        RequirePart(*part.printTicket, name);
+    }
+    return part;
+}
+
+void XpsDocument::ListReferences(const PartName& part,
+                                 std::string_view root,
+                                 std::string_view reference,
+                                 std::vector<PartName>& references) const
+{
+    const std::string markup = m_package.Read(part);
+    try
+    {
+        for (const std::string& source : ReadSources(markup, root, reference))
+        {
+            references.push_back(part.Resolve(source));
+            RequirePart(references.back(), part);
+        }
+    }
+    catch (const xml::MarkupError& fault)
+    {
+        throw PackageError(part.Text(), fault.what());
+    }
+    std::reverse(references.begin(), references.end());
+}
+
+void XpsDocument::RequirePart(const PartName& part, const PartName& referrer) const
+{
+    if (!m_package.Has(part))
+    {
+        throw PackageError(part.Text(),
+                           "is missing from the package, and " + referrer.Text() + " refers to it");
+    }
+}
+} // namespace host::xps

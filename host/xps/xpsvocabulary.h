@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string_view>
+
+// The two vocabularies of one format: the original XPS and ECMA-388 OpenXPS. Names are compared as they
+// stand.
+namespace host::xps
+{
+struct Vocabulary
+{
+    std::string_view markupNamespace;
+    std::string_view fixedRepresentation;
+    std::string_view printTicket;
+};
+
+inline constexpr Vocabulary kVocabularies[] = {
+    {"http://schemas.microsoft.com/xps/2005/06",
+     "http://schemas.microsoft.com/xps/2005/06/fixedrepresentation",
+     "http://schemas.microsoft.com/xps/2005/06/printticket"},
+    {"http://schemas.openxps.org/oxps/v1.0",
+     "http://schemas.openxps.org/oxps/v1.0/fixedrepresentation",
+     "http://schemas.openxps.org/oxps/v1.0/printticket"},
+};
+
+inline constexpr std::string_view kMarkupCompatibilityNamespace =
+    "http://schemas.openxmlformats.org/markup-compatibility/2006";
+
+/// Both vocabularies type print tickets alike.
+inline constexpr std::string_view kPrintTicketContentType = "application/vnd.ms-printing.printticket+xml";
+} // namespace host::xps

@@ -1,0 +1,94 @@
+#pragma once
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "host/opc/package.h"
+#include "host/opc/packageerror.h"
+#include "host/opc/partname.h"
+
+namespace host
+{
+/// A package that the build made from tests/data/packages; the suite runs in the build's folder of tests.
+inline std::filesystem::path TestPackage(const std::string& name)
+{
+    return std::filesystem::path("packages") / (name + ".xps");
+}
+
+inline opc::PartName Part(const std::string& name)
+{
+    return opc::PartName::FromItem(name).value();
+}
+
+/// The text of the PackageError that `act` throws, or a note that it threw none.
+template <typename Action>
+std::string FaultOf(Action&& act)
+{
+    try
+    {
+        act();
+    }
+    catch (const opc::PackageError& fault)
+    {
+        return fault.what();
+    }
+    return "(no fault)";
+}
+
+/// An empty folder for one test's output, removed with all that is in it.
+class OutputFolder
+{
+public:
+    OutputFolder() : m_path(std::filesystem::path("output") / Name())
+    {
+        std::filesystem::remove_all(m_path);
+        std::filesystem::create_directories(m_path);
+    }
+    OutputFolder(const OutputFolder&) = delete;
+    OutputFolder& operator=(const OutputFolder&) = delete;
+    ~OutputFolder()
+    {
+        std::error_code ignored;
+        std::filesystem::remove_all(m_path, ignored);
+    }
+
+    std::filesystem::path operator/(const std::string& file) const { return m_path / file; }
+
+    std::vector<std::string> Files() const
+    {
+        std::vector<std::string> names;
+        for (const auto& entry : std::filesystem::directory_iterator(m_path))
+        {
+            names.push_back(entry.path().filename().string());
+        }
+        return names;
+    }
+
+private:
+    static std::string Name()
+    {
+        const auto* const test = testing::UnitTest::GetInstance()->current_test_info();
+        std::string name = std::string(test->test_suite_name()) + "." + test->name();
+        std::replace(name.begin(), name.end(), '/', '.');
+        return name;
+    }
+
+    std::filesystem::path m_path;
+};
+
+inline void WriteFile(const std::filesystem::path& path, const std::string& text)
+{
+    std::ofstream(path, std::ios::binary) << text;
+}
+
+inline std::string ReadFile(const std::filesystem::path& path)
+{
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+} // namespace host
