@@ -1,0 +1,223 @@
+#include "host/opc/packagewriter.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "host/opc/packageerror.h"
+#include "host/opc/zipwriter.h"
+
+namespace host::opc
+{
+namespace
+{
+constexpr std::string_view kRelationshipsType = "application/vnd.openxmlformats-package.relationships+xml";
+} // namespace
+
+PackageWriter::PackageWriter(const Package& source, std::filesystem::path target)
+    : m_source(source), m_target(std::move(target)), m_contentTypes(source.Types())
+{
+    if (std::filesystem::exists(m_target) && std::filesystem::equivalent(m_target, source.Path()))
+    {
+        throw PackageError("the output would replace the input");
+    }
+}
+
+PartContent PackageWriter::NewContent()
+{
+    if (m_spill == nullptr)
+    {
+        m_spill = std::make_shared<SpillFile>(m_target);
+    }
+    return PartContent(m_spill);
+}
+
+PartContent PackageWriter::NewContent(std::string_view bytes)
+{
+    PartContent content = NewContent();
+    content.Append(bytes);
+    return content;
+}
+
+void PackageWriter::ReplacePart(const PartName& part, PartContent content)
+{
+    Require(part);
+    m_changes[part].content = std::move(content);
+}
+
+void PackageWriter::AddPart(const PartName& part, std::string_view contentType, PartContent content)
+{
+    if (Exists(part))
+    {
+        throw PackageError(part.Text(), "is in the package already");
+    }
+    m_changes[part].content = std::move(content);
+    m_removed.erase(part);
+    if (!m_source.Has(part))
+    {
+        m_added.push_back(part);
+    }
+    m_contentTypes.Set(part, contentType);
+    m_typesChanged = true;
+}
+
+void PackageWriter::RemovePart(const PartName& part)
+{
+    Require(part);
+    Drop(part);
+    m_removed.insert(part);
+    m_relationships.erase(part);
+    if (Exists(part.RelationshipsPart()))
+    {
+        Drop(part.RelationshipsPart());
+    }
+}
+
+Relationships& PackageWriter::EditRelationships(const PartName& source)
+{
+    const auto known = m_relationships.find(source);
+    if (known != m_relationships.end())
+    {
+        return known->second;
+    }
+    // Those of a removed part have gone with it.
+    return m_relationships
+        .emplace(source,
+                 Exists(source.RelationshipsPart()) ? m_source.RelationshipsOf(source)
+                                                    : Relationships(source))
+        .first->second;
+}
+
+void PackageWriter::Commit()
+{
+    DropRelationshipsToRemovedParts();
+    StoreRelationships();
+    ZipWriter writer(m_target);
+    WriteItems(writer);
+    writer.Close();
+}
+
+bool PackageWriter::Exists(const PartName& part) const
+{
+    const auto change = m_changes.find(part);
+    return change != m_changes.end() ? change->second.content.has_value() : m_source.Has(part);
+}
+
+void PackageWriter::Require(const PartName& part) const
+{
+    if (!Exists(part))
+    {
+        throw PackageError(part.Text(), "is missing from the package");
+    }
+}
+
+void PackageWriter::Drop(const PartName& part)
+{
+    m_changes[part].content.reset();
+    std::erase(m_added, part);
+    m_contentTypes.Remove(part);
+    m_typesChanged = true;
+}
+
+void PackageWriter::DropRelationshipsToRemovedParts()
+{
+    if (m_removed.empty())
+    {
+        return;
+    }
+    for (auto& [source, relationships] : m_relationships)
+    {
+        relationships.RemoveTargets(m_removed);
+    }
+    for (const auto& [part, stored] : m_source.Parts())
+    {
+        const auto source = part.RelationshipsSource();
+        if (source.has_value() && Exists(part) && !m_relationships.contains(*source))
+        {
+            Relationships relationships = m_source.RelationshipsOf(*source);
+            if (relationships.RemoveTargets(m_removed))
+            {
+                m_relationships.emplace(*source, std::move(relationships));
+            }
+        }
+    }
+}
+
+void PackageWriter::StoreRelationships()
+{
+    for (const auto& [source, relationships] : m_relationships)
+    {
+        StoreRelationships(relationships, source.RelationshipsPart());
+    }
+}
+
+void PackageWriter::StoreRelationships(const Relationships& relationships, const PartName& part)
+{
+    if (relationships.All().empty())
+    {
+        if (Exists(part))
+        {
+            Drop(part);
+        }
+        return;
+    }
+    PartContent content = NewContent(relationships.Serialize());
+    if (Exists(part))
+    {
+        ReplacePart(part, std::move(content));
+    }
+    else
+    {
+        AddPart(part, kRelationshipsType, std::move(content));
+    }
+}
+
+std::vector<PackageWriter::ItemPlan> PackageWriter::PlanItems(PartContent& contentTypes)
+{
+    std::vector<ItemPlan> plan(m_source.Archive().Items().size());
+    const auto place = [&](const StoredPart& stored, PartContent* content) {
+        for (const std::size_t item : stored.items)
+        {
+            plan[item].isCopied = false;
+        }
+        plan[*std::min_element(stored.items.begin(), stored.items.end())] = {
+            false, &stored.itemName, content};
+    };
+    for (auto& [part, change] : m_changes)
+    {
+        const auto stored = m_source.Parts().find(part);
+        if (stored != m_source.Parts().end())
+        {
+            place(stored->second, change.content.has_value() ? &*change.content : nullptr);
+        }
+    }
+    if (m_typesChanged)
+    {
+        place(m_source.ContentTypesStream(), &contentTypes);
+    }
+    return plan;
+}
+
+void PackageWriter::WriteItems(ZipWriter& writer)
+{
+    PartContent contentTypes = NewContent(m_contentTypes.Serialize());
+    const std::vector<ItemPlan> plan = PlanItems(contentTypes);
+    const auto& items = m_source.Archive().Items();
+    for (std::size_t index = 0; index < plan.size(); ++index)
+    {
+        if (plan[index].isCopied)
+        {
+            writer.Copy(m_source.Archive(), index);
+        }
+        else if (plan[index].content != nullptr)
+        {
+            writer.Add(*plan[index].name, std::move(*plan[index].content), items[index].modified);
+        }
+    }
+    // A time of the source's, not now: the same job gives the same bytes.
+    const std::time_t modified = items[m_source.ContentTypesStream().items.front()].modified;
+    for (const PartName& part : m_added)
+    {
+        writer.Add(part.Text().substr(1), std::move(*m_changes.at(part).content), modified);
+    }
+}
+} // namespace host::opc

@@ -1,0 +1,92 @@
+#pragma once
+
+#include <filesystem>
+#include <map>
+#include <memory>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/opc/contenttypes.h"
+#include "host/opc/package.h"
+#include "host/opc/partcontent.h"
+#include "host/opc/partname.h"
+#include "host/opc/relationships.h"
+
+namespace host::opc
+{
+class ZipWriter;
+
+/// A new package made of an existing one and of changes to it. What is not changed is copied as it is stored,
+/// item by item in the same order; a changed part takes the place of its first item; new parts follow.
+///
+/// Changes are collected, the contents in a temporary file beside the target, and written by Commit. A writer
+/// that is destroyed without Commit, or whose Commit throws, leaves the target as it was and no other file.
+/// Used on one thread.
+class PackageWriter
+{
+public:
+    /// `source` must outlive the writer. Throws PackageError when the target is the source's own file.
+    PackageWriter(const Package& source, std::filesystem::path target);
+    PackageWriter(const PackageWriter&) = delete;
+    PackageWriter& operator=(const PackageWriter&) = delete;
+
+    /// An empty content to be filled and given to ReplacePart or AddPart.
+    PartContent NewContent();
+
+    /// The same, filled.
+    PartContent NewContent(std::string_view bytes);
+
+    /// Throws PackageError when there is no such part.
+    void ReplacePart(const PartName& part, PartContent content);
+
+    /// Throws PackageError when there is such a part already. A relationship is added separately.
+    void AddPart(const PartName& part, std::string_view contentType, PartContent content);
+
+    /// Removes a part with its own relationships, its content type and all relationships to it. Throws
+    /// PackageError when there is no such part.
+    void RemovePart(const PartName& part);
+
+    /// The relationships of a part, or of the package, to be changed in place; they belong to the writer.
+    Relationships& EditRelationships(const PartName& source);
+
+    /// Writes the package. To be called once; throws PackageError when that fails.
+    void Commit();
+
+private:
+    /// What becomes of a part; without content it is removed.
+    struct Change
+    {
+        std::optional<PartContent> content;
+    };
+
+    /// What becomes of an item of the source: copied, or left out, or left out with a new item in its place.
+    struct ItemPlan
+    {
+        bool isCopied = true;
+        const std::string* name = nullptr;
+        PartContent* content = nullptr;
+    };
+
+    bool Exists(const PartName& part) const;
+    void Require(const PartName& part) const;
+    void Drop(const PartName& part);
+    void DropRelationshipsToRemovedParts();
+    void StoreRelationships();
+    void StoreRelationships(const Relationships& relationships, const PartName& part);
+    std::vector<ItemPlan> PlanItems(PartContent& contentTypes);
+    void WriteItems(ZipWriter& writer);
+
+    const Package& m_source;
+    std::filesystem::path m_target;
+    std::shared_ptr<SpillFile> m_spill;
+    std::map<PartName, Change> m_changes;
+    std::vector<PartName> m_added;
+    std::set<PartName> m_removed;
+    std::map<PartName, Relationships> m_relationships;
+    ContentTypes m_contentTypes;
+    bool m_typesChanged = false;
+};
+} // namespace host::opc

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/opc/spillfile.h"
+
+namespace host::opc
+{
+/// The new content of one part while it is collected and until it is written out. Several may grow in turns
+/// over one spill file, which they keep alive.
+class PartContent
+{
+public:
+    explicit PartContent(std::shared_ptr<SpillFile> spill) : m_spill(std::move(spill)) {}
+
+    PartContent(PartContent&&) = default;
+    PartContent& operator=(PartContent&&) = default;
+
+    /// Throws PackageError when the spill file cannot take it.
+    void Append(std::string_view bytes);
+
+    /// In bytes.
+    std::uint64_t Size() const noexcept { return m_spilled + m_pending.size(); }
+
+    /// Reads from `position` on and gives the count of bytes, which is less than `size` only at the end.
+    std::size_t Read(std::uint64_t position, char* buffer, std::size_t size) const;
+
+private:
+    /// A run of bytes in the spill file.
+    struct Extent
+    {
+        std::uint64_t offset;
+        std::uint64_t size;
+    };
+
+    void Spill();
+
+    std::shared_ptr<SpillFile> m_spill;
+    std::vector<Extent> m_extents;
+    std::uint64_t m_spilled = 0;
+    // The last bytes: markup comes in writes of a few characters each.
+    std::string m_pending;
+};
+} // namespace host::opc

@@ -1,0 +1,143 @@
+#include "host/opc/zipwriter.h"
+
+#include <utility>
+
+#include "host/opc/packageerror.h"
+
+namespace host::opc
+{
+namespace
+{
+/// Feeds the library from a collected content; the library owns it.
+class ContentSource
+{
+public:
+    ContentSource(PartContent content, std::time_t modified)
+        : m_content(std::move(content)), m_modified(modified)
+    {
+        zip_error_init(&m_error);
+    }
+    ContentSource(const ContentSource&) = delete;
+    ContentSource& operator=(const ContentSource&) = delete;
+    ~ContentSource() { zip_error_fini(&m_error); }
+
+    static zip_int64_t Serve(void* state, void* data, zip_uint64_t size, zip_source_cmd_t command)
+    {
+        auto* const source = static_cast<ContentSource*>(state);
+        switch (command)
+        {
+        case ZIP_SOURCE_OPEN:
+            source->m_position = 0;
+            return 0;
+        case ZIP_SOURCE_READ:
+            return source->Read(static_cast<char*>(data), static_cast<std::size_t>(size));
+        case ZIP_SOURCE_CLOSE:
+            return 0;
+        case ZIP_SOURCE_STAT:
+            return source->Describe(static_cast<zip_stat_t*>(data));
+        case ZIP_SOURCE_ERROR:
+            return zip_error_to_data(&source->m_error, data, size);
+        case ZIP_SOURCE_FREE:
+            std::unique_ptr<ContentSource>(source).reset();
+            return 0;
+        case ZIP_SOURCE_SUPPORTS:
+            return ZIP_SOURCE_SUPPORTS_READABLE;
+        default:
+            zip_error_set(&source->m_error, ZIP_ER_OPNOTSUPP, 0);
+            return -1;
+        }
+    }
+
+private:
+    // No exception may cross the library's frames.
+    zip_int64_t Read(char* buffer, std::size_t size) noexcept
+    {
+        try
+        {
+            const std::size_t count = m_content.Read(m_position, buffer, size);
+            m_position += count;
+            return static_cast<zip_int64_t>(count);
+        }
+        catch (const std::exception&)
+        {
+            zip_error_set(&m_error, ZIP_ER_READ, 0);
+            return -1;
+        }
+    }
+
+    zip_int64_t Describe(zip_stat_t* description) const noexcept
+    {
+        zip_stat_init(description);
+        description->valid = ZIP_STAT_SIZE | ZIP_STAT_MTIME;
+        description->size = m_content.Size();
+        description->mtime = m_modified;
+        return sizeof(*description);
+    }
+
+    PartContent m_content;
+    std::time_t m_modified;
+    std::uint64_t m_position = 0;
+    zip_error_t m_error;
+};
+} // namespace
+
+ZipWriter::ZipWriter(const std::filesystem::path& target)
+{
+    int code = 0;
+    m_archive.reset(zip_open(ToUtf8Path(target).c_str(), ZIP_CREATE | ZIP_TRUNCATE, &code));
+    if (m_archive == nullptr)
+    {
+        throw PackageError("the output cannot be created: " + DescribeZipError(code));
+    }
+}
+
+void ZipWriter::Copy(const ZipArchive& source, std::size_t index)
+{
+    const ZipItem& item = source.Items().at(index);
+    const zip_uint64_t added = AddItem(
+        item.name, Source(zip_source_zip(m_archive.get(), source.Handle(), index, ZIP_FL_COMPRESSED, 0, -1)));
+    // The library would compress what is only stored.
+    if (item.method == ZIP_CM_STORE && zip_set_file_compression(m_archive.get(), added, ZIP_CM_STORE, 0) != 0)
+    {
+        Fail(item.name);
+    }
+}
+
+void ZipWriter::Add(const std::string& name, PartContent content, std::time_t modified)
+{
+    auto feed = std::make_unique<ContentSource>(std::move(content), modified);
+    Source source(zip_source_function(m_archive.get(), &ContentSource::Serve, feed.get()));
+    if (source == nullptr)
+    {
+        Fail(name);
+    }
+    static_cast<void>(feed.release());
+    AddItem(name, std::move(source));
+}
+
+zip_uint64_t ZipWriter::AddItem(const std::string& name, Source source)
+{
+    const zip_int64_t index =
+        source == nullptr ? -1 : zip_file_add(m_archive.get(), name.c_str(), source.get(), ZIP_FL_ENC_UTF_8);
+    if (index < 0)
+    {
+        Fail(name);
+    }
+    static_cast<void>(source.release());
+    return static_cast<zip_uint64_t>(index);
+}
+
+void ZipWriter::Close()
+{
+    if (zip_close(m_archive.get()) != 0)
+    {
+        throw PackageError(std::string("the output cannot be written: ") + zip_strerror(m_archive.get()));
+    }
+    static_cast<void>(m_archive.release());
+}
+
+void ZipWriter::Fail(const std::string& name) const
+{
+    throw PackageError(name, std::string("cannot be written: ") + zip_strerror(m_archive.get()));
+}
+} // namespace host::opc

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstddef>
+#include <ctime>
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include <zip.h>
+
+#include "host/opc/partcontent.h"
+#include "host/opc/ziparchive.h"
+
+namespace host::opc
+{
+/// A ZIP archive in the making. Nothing of it is on disk before Close, which writes it under a temporary name
+/// and renames that to the target's, and nothing is left of one that is not closed.
+class ZipWriter
+{
+public:
+    /// Throws PackageError when the target cannot be an archive. An existing file is replaced by Close.
+    explicit ZipWriter(const std::filesystem::path& target);
+
+    /// Takes an item over as it is stored, without decompressing it. The source must stay open until Close.
+    void Copy(const ZipArchive& source, std::size_t index);
+
+    /// Adds an item that is compressed on closing.
+    void Add(const std::string& name, PartContent content, std::time_t modified);
+
+    /// Throws PackageError when the archive cannot be written; the target is then as it was.
+    void Close();
+
+private:
+    struct Discarder
+    {
+        void operator()(zip_t* archive) const noexcept { zip_discard(archive); }
+    };
+    struct SourceFreer
+    {
+        void operator()(zip_source_t* source) const noexcept { zip_source_free(source); }
+    };
+    using Source = std::unique_ptr<zip_source_t, SourceFreer>;
+
+    zip_uint64_t AddItem(const std::string& name, Source source);
+    [[noreturn]] void Fail(const std::string& name) const;
+
+    std::unique_ptr<zip_t, Discarder> m_archive;
+};
+} // namespace host::opc

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <string>
+
+#include "base/utility/comobject.h"
+#include "host/opc/partcontent.h"
+#include "platform/filterpipeline.h"
+
+namespace host::pipeline
+{
+/// The content of one part, held in memory, as the pipeline's filters read it.
+class PartReadStream final : public base::utility::ComObject<IPrintReadStream>
+{
+public:
+    /// No single read gives more than `longestRead` bytes: the pipeline may cut reads short wherever it
+    /// likes.
+    explicit PartReadStream(std::string content, ULONG longestRead = ~0UL);
+
+    /// As IStream::Seek. Positions beyond the end are good, those before the start are not.
+    STDMETHODIMP Seek(LONGLONG move, DWORD origin, ULONGLONG* newPosition) override;
+
+    /// Tells the end of file together with the last bytes. Null pointers are E_POINTER.
+    STDMETHODIMP ReadBytes(void* buffer, ULONG requested, ULONG* read, BOOL* endOfFile) override;
+
+private:
+    std::string m_content;
+    ULONGLONG m_position = 0;
+    ULONG m_longestRead;
+};
+
+/// Takes the new content of one part from a filter, which closes the stream exactly once.
+class PartWriteStream final : public base::utility::ComObject<IPrintWriteStream>
+{
+public:
+    explicit PartWriteStream(opc::PartContent content) : m_content(std::move(content)) {}
+
+    /// E_UNEXPECTED once the stream is closed.
+    STDMETHODIMP WriteBytes(const void* buffer, ULONG count, ULONG* written) override;
+    STDMETHODIMP_(void) Close() override { ++m_closeCount; }
+
+    /// How often the filter has closed the stream: a second time is its fault as well as none.
+    int CloseCount() const noexcept { return m_closeCount; }
+
+    /// Gives away what was written. To be called once, after the stream was closed.
+    opc::PartContent DetachContent() { return std::move(m_content); }
+
+private:
+    opc::PartContent m_content;
+    int m_closeCount = 0;
+};
+} // namespace host::pipeline
