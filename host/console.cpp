@@ -1,0 +1,82 @@
+#include "host/console.h"
+
+#include <cstdio>
+
+#include <io.h>
+
+namespace host
+{
+namespace
+{
+/// In one call: a console cannot put characters together that come in single bytes.
+void Write(std::FILE* stream, std::string_view text)
+{
+    _write(_fileno(stream), text.data(), static_cast<unsigned>(text.size()));
+}
+} // namespace
+
+Console::Console() : m_isTerminal(_isatty(_fileno(stderr)) != 0), m_formerCodePage(GetConsoleOutputCP())
+{
+    SetConsoleOutputCP(CP_UTF8);
+}
+
+Console::~Console()
+{
+    WipeProgress();
+    SetConsoleOutputCP(m_formerCodePage);
+}
+
+void Console::PrintOut(std::string_view text)
+{
+    WipeProgress();
+    Write(stdout, text);
+}
+
+void Console::PrintError(std::string_view text)
+{
+    WipeProgress();
+    Write(stderr, text);
+}
+
+void Console::ShowProgress(std::string_view text)
+{
+    constexpr std::chrono::milliseconds interval(100);
+    const auto now = std::chrono::steady_clock::now();
+    if (!m_isTerminal || now - m_shownAt < interval)
+    {
+        return;
+    }
+    WipeProgress();
+    Write(stderr, text);
+    m_shownLength = text.size();
+    m_shownAt = now;
+}
+
+void Console::WipeProgress()
+{
+    if (m_shownLength > 0)
+    {
+        Write(stderr, "\r" + std::string(m_shownLength, ' ') + "\r");
+        m_shownLength = 0;
+    }
+}
+
+std::string ToOneLine(std::string_view text)
+{
+    std::string line;
+    for (const char c : text)
+    {
+        const bool isControl = static_cast<unsigned char>(c) < ' ' || c == '\x7F';
+        const char shown = isControl ? ' ' : c;
+        if (shown != ' ' || (!line.empty() && line.back() != ' '))
+        {
+            line += shown;
+        }
+    }
+    while (line.ends_with(' '))
+    {
+        line.pop_back();
+    }
+    return line;
+}
+} // namespace host

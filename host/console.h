@@ -1,0 +1,40 @@
+#pragma once
+
+#include <chrono>
+#include <string>
+#include <string_view>
+
+#include "platform/win32.h"
+
+namespace host
+{
+/// The program's two output streams, which take UTF-8, and the progress line on stderr.
+///
+/// The progress line is shown on a terminal only. It is wiped before anything else is written and on
+/// destruction.
+class Console
+{
+public:
+    Console();
+    Console(const Console&) = delete;
+    Console& operator=(const Console&) = delete;
+    ~Console();
+
+    void PrintOut(std::string_view text);
+    void PrintError(std::string_view text);
+
+    /// Shows a new state in place of the last one, at most some ten times a second.
+    void ShowProgress(std::string_view text);
+
+private:
+    void WipeProgress();
+
+    bool m_isTerminal;
+    UINT m_formerCodePage;
+    std::size_t m_shownLength = 0;
+    std::chrono::steady_clock::time_point m_shownAt{};
+};
+
+/// Text of any origin as one line: control characters and line ends become single blanks.
+std::string ToOneLine(std::string_view text);
+} // namespace host
