@@ -10,6 +10,7 @@
 #include "host/opc/packagewriter.h"
 #include "host/pipeline/printstreams.h"
 #include "host/xml/elementreader.h"
+#include "host/xml/markuptext.h"
 #include "host/xps/xpsdocument.h"
 
 namespace host
@@ -38,6 +39,7 @@ void RewritePage(const opc::Package& package,
     const std::string markup = package.Read(page);
     try
     {
+        xml::RefuseForeignMarkup(markup);
         writer.ReplacePart(page, Rewrite(markup, writer.NewContent(), rewrite));
     }
     catch (const std::exception& failure)

@@ -93,7 +93,16 @@ void PackageWriter::Commit()
     StoreRelationships();
     ZipWriter writer(m_target);
     WriteItems(writer);
-    writer.Close();
+    try
+    {
+        writer.Close();
+    }
+    catch (const PackageError&)
+    {
+        // The archive library does not say which item it could not copy.
+        m_source.Archive().RequireReadable();
+        throw;
+    }
 }
 
 bool PackageWriter::Exists(const PartName& part) const

@@ -106,6 +106,25 @@ void ZipArchive::Append(std::size_t index, std::string& content, std::uint64_t l
     }
 }
 
+void ZipArchive::RequireReadable() const
+{
+    std::array<char, 65536> chunk;
+    for (zip_uint64_t index = 0; index < m_items.size(); ++index)
+    {
+        const std::unique_ptr<zip_file_t, FileCloser> file(
+            zip_fopen_index(m_archive.get(), index, ZIP_FL_COMPRESSED));
+        zip_int64_t read = file == nullptr ? -1 : 1;
+        while (read > 0)
+        {
+            read = zip_fread(file.get(), chunk.data(), chunk.size());
+        }
+        if (read < 0)
+        {
+            throw PackageError(m_items[index].name, "cannot be read from the archive");
+        }
+    }
+}
+
 std::string ToUtf8Path(const std::filesystem::path& path)
 {
     const std::u8string text = path.u8string();

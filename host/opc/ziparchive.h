@@ -38,6 +38,9 @@ public:
     /// longer than `limit` bytes.
     void Append(std::size_t index, std::string& content, std::uint64_t limit) const;
 
+    /// Reads the stored bytes of every item. Throws PackageError, naming the first one that cannot be read.
+    void RequireReadable() const;
+
     /// Lent for copying items into another archive, which must be closed first.
     zip_t* Handle() const noexcept { return m_archive.get(); }
 

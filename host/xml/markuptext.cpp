@@ -193,6 +193,11 @@ std::string DecodeMarkup(std::string_view bytes)
     return text;
 }
 
+void RefuseForeignMarkup(std::string_view bytes)
+{
+    static_cast<void>(DecodeMarkup(bytes));
+}
+
 std::string EscapeAttribute(std::string_view text)
 {
     std::string escaped;

@@ -31,7 +31,8 @@ from pathlib import Path
 TIME = (2021, 3, 4, 5, 6, 8)
 
 # Offsets in the local and in the central header, and the format, of what can be falsified.
-FIELDS = {"flags": (6, 8, "<H"), "method": (8, 10, "<H"), "crc": (14, 16, "<I"), "size": (22, 24, "<I")}
+FIELDS = {"flags": (6, 8, "<H"), "method": (8, 10, "<H"), "crc": (14, 16, "<I"), "size": (22, 24, "<I"),
+          "stored": (18, 20, "<I")}
 
 
 def draw_png(width, height):

@@ -266,6 +266,14 @@ TEST(PackageWriter, LeavesNothingBehindWhenTheCommitFails)
     EXPECT_EQ(FaultOf([&] { nowhere.NewContent(); }), "no temporary file can be created beside the output");
 }
 
+TEST(PackageWriter, NamesTheItemThatCannotBeCopied)
+{
+    const OutputFolder folder;
+    EXPECT_EQ(FaultOf([&] { Write(folder, "claims-more-stored", [](PackageWriter&) {}); }),
+              "Resources/logo.png: cannot be read from the archive");
+    EXPECT_EQ(folder.Files(), std::vector<std::string>());
+}
+
 TEST(PackageWriter, WritesTheSameBytesForTheSameChangesAndReplacesAnOldFile)
 {
     const OutputFolder folder;
