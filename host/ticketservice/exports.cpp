@@ -1,0 +1,218 @@
+#include "ticketservice/ticketservice.h"
+
+#include <optional>
+#include <string>
+#include <utility>
+
+#include <prntvpt.h>
+
+#include "base/logging/boundary.h"
+#include "base/logging/errors.h"
+#include "base/utility/bstr.h"
+#include "ticketservice/capabilities.h"
+#include "ticketservice/currentdevice.h"
+#include "ticketservice/documentreader.h"
+#include "ticketservice/documentwriter.h"
+#include "ticketservice/merge.h"
+#include "ticketservice/providers.h"
+#include "ticketservice/streams.h"
+#include "ticketservice/validate.h"
+
+namespace host::ticketservice
+{
+namespace
+{
+using base::exception::AtBoundary;
+using base::exception::SourceLocation;
+
+constexpr DWORD kSchemaVersion = 1;
+
+// MinGW's constants of the failing codes are unsigned.
+constexpr auto kTicketFormat = static_cast<HRESULT>(E_PRINTTICKET_FORMAT);
+constexpr auto kDeltaFormat = static_cast<HRESULT>(E_DELTA_PRINTTICKET_FORMAT);
+constexpr auto kCapabilitiesFormat = static_cast<HRESULT>(E_PRINTCAPABILITIES_FORMAT);
+
+/// A document of the caller's breaks the rules: the code to answer with, and the reason in place of the
+/// code's own text.
+class RefusedInput : public base::exception::HresultError
+{
+public:
+    RefusedInput(HRESULT hr, std::string reason, SourceLocation where = SourceLocation::Current())
+        : HresultError(hr, where.Path().c_str(), where.line), m_reason(std::move(reason))
+    {
+    }
+    const char* what() const noexcept override { return m_reason.c_str(); }
+
+private:
+    std::string m_reason;
+};
+
+/// Reads something of the caller's, for which a fault in the format has a code of its own.
+template <typename Read>
+auto ReadOrRefuse(HRESULT formatFault, Read&& read)
+{
+    try
+    {
+        return read();
+    }
+    catch (const FormatError& error)
+    {
+        throw RefusedInput(formatFault, error.what());
+    }
+}
+
+/// The boundary of the functions that explain a refusal. The text is null in every other case.
+template <typename Body>
+[[nodiscard]] HRESULT AtExplainingBoundary(BSTR* reason, Body&& body) noexcept
+{
+    if (reason != nullptr)
+    {
+        *reason = nullptr;
+    }
+    const auto explain = [&]() -> HRESULT {
+        try
+        {
+            return body();
+        }
+        catch (const RefusedInput& refused)
+        {
+            if (reason != nullptr)
+            {
+                *reason = base::utility::Bstr(refused.what()).Detach();
+            }
+            throw;
+        }
+    };
+    return AtBoundary(explain);
+}
+
+/// Without a stream, a ticket without settings.
+Document ReadTicket(IStream* stream, HRESULT formatFault)
+{
+    if (stream == nullptr)
+    {
+        return {};
+    }
+    return ReadOrRefuse(formatFault, [&] { return ReadDocument(ReadToEnd(*stream), Kind::PrintTicket); });
+}
+
+std::optional<Scope> FindScope(EPrintTicketScope scope)
+{
+    switch (scope)
+    {
+    case kPTPageScope:
+        return Scope::Page;
+    case kPTDocumentScope:
+        return Scope::Document;
+    case kPTJobScope:
+        return Scope::Job;
+    }
+    return std::nullopt;
+}
+
+// For the library's life, as any thread may open a provider.
+OpenProviders g_openProviders;
+CurrentDevice g_currentDevice;
+
+HRESULT OpenProvider(PCWSTR printerName, DWORD version, HPTPROVIDER* provider)
+{
+    if (provider == nullptr)
+    {
+        return E_INVALIDARG;
+    }
+    *provider = nullptr;
+    if (printerName == nullptr || *printerName == L'\0' || version != kSchemaVersion)
+    {
+        return E_INVALIDARG;
+    }
+    *provider = g_openProviders.Open(g_currentDevice.Get());
+    return S_OK;
+}
+
+HRESULT GetPrintCapabilities(HPTPROVIDER provider, IStream* ticket, IStream* capabilities)
+{
+    const std::shared_ptr<const Device> device = g_openProviders.GetDevice(provider);
+    if (capabilities == nullptr)
+    {
+        return E_INVALIDARG;
+    }
+    const Document requested = ReadTicket(ticket, kTicketFormat);
+    WriteAll(*capabilities, WriteDocument(DescribeFor(*device, requested.root)));
+    return S_OK;
+}
+
+HRESULT MergeAndValidate(
+    HPTPROVIDER provider, IStream* base, IStream* delta, EPrintTicketScope scope, IStream* result)
+{
+    const std::shared_ptr<const Device> device = g_openProviders.GetDevice(provider);
+    const std::optional<Scope> mergedScope = FindScope(scope);
+    if (base == nullptr || result == nullptr || !mergedScope)
+    {
+        return E_INVALIDARG;
+    }
+    Document baseTicket = ReadTicket(base, kTicketFormat);
+    Document deltaTicket = ReadTicket(delta, kDeltaFormat);
+    Document merged = Merge(std::move(baseTicket), std::move(deltaTicket), *mergedScope);
+    const bool hasReplaced = ResolveConflicts(merged.root, *device);
+    WriteAll(*result, WriteDocument(merged));
+    return hasReplaced ? S_PT_CONFLICT_RESOLVED : S_PT_NO_CONFLICT;
+}
+
+HRESULT DescribeDevice(const void* xml, ULONG byteCount)
+{
+    if (xml == nullptr)
+    {
+        g_currentDevice.Set(nullptr);
+        return S_OK;
+    }
+    const std::string_view bytes(static_cast<const char*>(xml), byteCount);
+    g_currentDevice.Set(ReadOrRefuse(kCapabilitiesFormat, [&] { return ReadDevice(bytes); }));
+    return S_OK;
+}
+} // namespace
+} // namespace host::ticketservice
+
+namespace service = host::ticketservice;
+
+extern "C"
+{
+    HRESULT WINAPI PTOpenProvider(PCWSTR printerName, DWORD version, HPTPROVIDER* provider)
+    {
+        return service::AtBoundary([&] { return service::OpenProvider(printerName, version, provider); });
+    }
+
+    HRESULT WINAPI PTCloseProvider(HPTPROVIDER provider)
+    {
+        return service::AtBoundary([&] { return service::g_openProviders.Close(provider); });
+    }
+
+    HRESULT WINAPI PTGetPrintCapabilities(HPTPROVIDER provider,
+                                          IStream* ticket,
+                                          IStream* capabilities,
+                                          BSTR* errorMessage)
+    {
+        return service::AtExplainingBoundary(
+            errorMessage, [&] { return service::GetPrintCapabilities(provider, ticket, capabilities); });
+    }
+
+    HRESULT WINAPI PTMergeAndValidatePrintTicket(HPTPROVIDER provider,
+                                                 IStream* base,
+                                                 IStream* delta,
+                                                 EPrintTicketScope scope,
+                                                 IStream* result,
+                                                 BSTR* errorMessage)
+    {
+        return service::AtExplainingBoundary(
+            errorMessage, [&] { return service::MergeAndValidate(provider, base, delta, scope, result); });
+    }
+
+    HRESULT WINAPI SetDeviceDescription(const void* xml, ULONG byteCount, BSTR* reason)
+    {
+        return service::AtExplainingBoundary(reason, [&] { return service::DescribeDevice(xml, byteCount); });
+    }
+
+    ULONG WINAPI GetOpenProviderCount()
+    {
+        return service::g_openProviders.Count();
+    }
+}

@@ -1,0 +1,4 @@
+#pragma once
+
+// Read by the resource compiler too.
+#define IDR_BUILT_IN_DEVICE 1
