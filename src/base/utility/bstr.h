@@ -39,6 +39,14 @@ public:
     }
     ~Bstr() { SysFreeString(m_value); }
 
+    /// Takes over a string that its creator gives away.
+    static Bstr Adopt(BSTR owned) noexcept
+    {
+        Bstr result;
+        result.m_value = owned;
+        return result;
+    }
+
     BSTR Get() const noexcept { return m_value; }
 
     /// The text; empty for null.

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <concepts>
+
+#include "base/utility/bstr.h"
 #include "platform/win32.h"
 
 namespace base::utility
@@ -9,6 +12,33 @@ class Variant
 {
 public:
     Variant() noexcept { VariantInit(&m_value); }
+    explicit Variant(LONG number) noexcept : Variant()
+    {
+        V_VT(&m_value) = VT_I4;
+        V_I4(&m_value) = number;
+    }
+    // Nothing but bool itself: pointers convert to it, string literals among them.
+    explicit Variant(std::same_as<bool> auto truth) noexcept : Variant()
+    {
+        V_VT(&m_value) = VT_BOOL;
+        V_BOOL(&m_value) = truth ? VARIANT_TRUE : VARIANT_FALSE;
+    }
+    /// Takes the string over.
+    explicit Variant(Bstr text) noexcept : Variant()
+    {
+        V_VT(&m_value) = VT_BSTR;
+        V_BSTR(&m_value) = text.Detach();
+    }
+    /// Shares the object.
+    explicit Variant(IUnknown* object) noexcept : Variant()
+    {
+        V_VT(&m_value) = VT_UNKNOWN;
+        V_UNKNOWN(&m_value) = object;
+        if (object != nullptr)
+        {
+            object->AddRef();
+        }
+    }
     Variant(const Variant&) = delete;
     Variant& operator=(const Variant&) = delete;
     // A bare VT_BYREF, as the pipeline hands out for handles, owns nothing; that clearing refuses it is no
@@ -23,6 +53,9 @@ public:
         VariantClear(&m_value);
         return &m_value;
     }
+
+    /// Empties it before its time, for callers that answer for the result.
+    [[nodiscard]] HRESULT Clear() noexcept { return VariantClear(&m_value); }
 
 private:
     VARIANT m_value;
