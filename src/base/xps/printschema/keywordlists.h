@@ -1,0 +1,85 @@
+#pragma once
+
+#include "base/xps/printschema/schemabase.h"
+
+// The names of the features that the filter reads and writes, and of their options. A list of feature names
+// with three entries holds those of the job, the document and the page, in this order; one with a single
+// entry serves the page.
+namespace base::xps::printschema
+{
+class PageMediaSizeFeatureSchema final : public SchemaBase
+{
+public:
+    PageMediaSizeFeatureSchema();
+};
+
+/// The options of MediaSizeTable: an option's index is its value there.
+class MediaSizeOptionSchema final : public SchemaBase
+{
+public:
+    MediaSizeOptionSchema();
+};
+
+class InputBinFeatureSchema final : public SchemaBase
+{
+public:
+    InputBinFeatureSchema();
+};
+
+class InputBinOptionSchema final : public SchemaBase
+{
+public:
+    InputBinOptionSchema();
+};
+
+/// The values of an input bin's FeedDirection.
+class FeedDirectionSchema final : public SchemaBase
+{
+public:
+    FeedDirectionSchema();
+};
+
+class PageOrientationFeatureSchema final : public SchemaBase
+{
+public:
+    PageOrientationFeatureSchema();
+};
+
+class PageOrientationOptionSchema final : public SchemaBase
+{
+public:
+    PageOrientationOptionSchema();
+};
+
+class PageScalingFeatureSchema final : public SchemaBase
+{
+public:
+    PageScalingFeatureSchema();
+};
+
+class PageScalingOptionSchema final : public SchemaBase
+{
+public:
+    PageScalingOptionSchema();
+};
+
+class PrintableMediaSizeFeatureSchema final : public SchemaBase
+{
+public:
+    PrintableMediaSizeFeatureSchema();
+};
+
+class PrintableMediaSizeOptionSchema final : public SchemaBase
+{
+public:
+    PrintableMediaSizeOptionSchema();
+};
+
+/// The one shared instance of a list.
+template <typename List>
+const List& SharedList()
+{
+    static const List list;
+    return list;
+}
+} // namespace base::xps::printschema
