@@ -1,0 +1,32 @@
+#pragma once
+
+#include "base/utility/bstr.h"
+#include "base/utility/comptr.h"
+#include "platform/msxml6.h"
+
+// Single steps on a DOM that throw HresultError where the DOM fails. An empty result means that there is
+// nothing.
+namespace base::xps::printschema
+{
+/// OLE automation's comparison: exact, and null equals empty.
+bool AreEqual(const utility::Bstr& left, const utility::Bstr& right);
+
+/// The value of a node's attribute; false, and nothing read, for a node without attributes or without this
+/// one.
+bool ReadAttribute(IXMLDOMNode* node, const wchar_t* name, utility::Bstr& value);
+
+/// The text of an element, those of its descendants joined.
+utility::Bstr ReadTypedValue(IXMLDOMNode* element);
+
+long CountOf(IXMLDOMNodeList* nodes);
+utility::ComPtr<IXMLDOMNode> ItemOf(IXMLDOMNodeList* nodes, long index);
+
+/// The first node whose "name" attribute has this value.
+utility::ComPtr<IXMLDOMNode> FindNamed(IXMLDOMNodeList* nodes, const utility::Bstr& name);
+
+/// The name of an element's first attribute with this value, namespace declarations included; null without
+/// any.
+utility::Bstr FindAttributeByValue(IXMLDOMNode* element, const utility::Bstr& value);
+
+void AppendChild(IXMLDOMNode* parent, IXMLDOMNode* child);
+} // namespace base::xps::printschema

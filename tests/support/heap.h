@@ -1,0 +1,21 @@
+#pragma once
+
+#include <cstddef>
+
+#include "platform/win32.h"
+
+namespace tests
+{
+/// The blocks in use on the process heap, where objects, strings and the DOM live. A few come and go with the
+/// system's caches: what is to leave nothing behind is run many times between two counts.
+inline std::size_t CountHeapBlocks()
+{
+    std::size_t count = 0;
+    PROCESS_HEAP_ENTRY entry{};
+    while (HeapWalk(GetProcessHeap(), &entry))
+    {
+        count += (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0 ? 1 : 0;
+    }
+    return count;
+}
+} // namespace tests
