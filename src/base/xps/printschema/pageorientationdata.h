@@ -1,0 +1,22 @@
+#pragma once
+
+#include "base/xps/printschema/printticketfunctionoption.h"
+
+namespace base::xps::printschema
+{
+/// PageOrientation. Starts out as "Portrait".
+class PageOrientationData final : public SingleScopeFeature
+{
+public:
+    PageOrientationData() noexcept;
+
+    static bool IsLandscapeOrientation(std::int32_t optionId) noexcept;
+
+    /// Turns by a quarter: Landscape, Portrait, ReverseLandscape, ReversePortrait and around. Throws
+    /// std::logic_error for any other option.
+    void RotateOption();
+
+    const SchemaBase& GetFeatureSchema() const override;
+    const SchemaBase& GetOptionSchema() const override;
+};
+} // namespace base::xps::printschema

@@ -1,0 +1,106 @@
+#include "base/xps/printschema/scalingdata.h"
+
+#include <stdexcept>
+
+#include "base/logging/errors.h"
+#include "base/xps/printschema/keywordlists.h"
+
+namespace base::xps::printschema
+{
+using exception::ThrowIfFailed;
+using utility::ComPtr;
+
+namespace
+{
+bool IsCustom(std::int32_t optionId)
+{
+    return optionId == ScalingData::kCustom || optionId == ScalingData::kCustomSquare;
+}
+
+std::int32_t ReadParameter(const PrintSchemaHandler& handler, const Qname& feature, const wchar_t* property)
+{
+    std::int32_t value = 0;
+    ThrowIfFailed(handler.GetScoredPropertyInteger(feature.localName.c_str(),
+                                                   property,
+                                                   &value,
+                                                   feature.namespaceId,
+                                                   NamespaceId::Keywords,
+                                                   NamespaceId::Keywords));
+    return value;
+}
+} // namespace
+
+ScalingData::ScalingData() noexcept : SingleScopeFeature(0, kFitMediaSizeToMediaSize) {}
+
+const SchemaBase& ScalingData::GetFeatureSchema() const
+{
+    return SharedList<PageScalingFeatureSchema>();
+}
+
+const SchemaBase& ScalingData::GetOptionSchema() const
+{
+    return SharedList<PageScalingOptionSchema>();
+}
+
+void ScalingData::ReadParameters(PrintSchemaHandler handler, const Qname& feature)
+{
+    PageScale scale;
+    if (IsCustom(GetOptionId()))
+    {
+        scale.offsetWidthMicrometres = ReadParameter(handler, feature, L"OffsetWidth");
+        scale.offsetHeightMicrometres = ReadParameter(handler, feature, L"OffsetHeight");
+        if (GetOptionId() == kCustom)
+        {
+            scale.widthPercent = ReadParameter(handler, feature, L"ScaleWidth");
+            scale.heightPercent = ReadParameter(handler, feature, L"ScaleHeight");
+        }
+        else
+        {
+            scale.widthPercent = ReadParameter(handler, feature, L"Scale");
+            scale.heightPercent = scale.widthPercent;
+        }
+    }
+    m_scale = scale;
+}
+
+void ScalingData::WriteParameters(PrintSchemaHandler handler, IXMLDOMElement* option, Scope scope) const
+{
+    if (!IsCustom(GetOptionId()))
+    {
+        return;
+    }
+    WriteParameter(handler, option, scope, L"OffsetWidth", m_scale.offsetWidthMicrometres);
+    WriteParameter(handler, option, scope, L"OffsetHeight", m_scale.offsetHeightMicrometres);
+    if (GetOptionId() == kCustom)
+    {
+        WriteParameter(handler, option, scope, L"ScaleWidth", m_scale.widthPercent);
+        WriteParameter(handler, option, scope, L"ScaleHeight", m_scale.heightPercent);
+        return;
+    }
+    if (m_scale.widthPercent != m_scale.heightPercent)
+    {
+        exception::Throw<std::logic_error>("CustomSquare needs same values of Width and Height.");
+    }
+    WriteParameter(handler, option, scope, L"Scale", m_scale.widthPercent);
+}
+
+void ScalingData::WriteParameter(const PrintSchemaHandler& handler,
+                                 IXMLDOMElement* option,
+                                 Scope scope,
+                                 const wchar_t* property,
+                                 std::int32_t value) const
+{
+    // The schema names a feature's parameters after feature and property: PageScalingOffsetWidth.
+    const std::wstring parameter = GetFeatureQname(scope).localName + property;
+    ComPtr<IXMLDOMElement> parameterRef;
+    ComPtr<IXMLDOMElement> parameterInit;
+    ThrowIfFailed(handler.CreateIntegerParameter(
+        parameter.c_str(), value, parameterRef.Receive(), parameterInit.Receive()));
+    ComPtr<IXMLDOMElement> scoredProperty;
+    ThrowIfFailed(
+        handler.CreateScoredPropertyWithChild(property, parameterRef.Get(), scoredProperty.Receive()));
+    ComPtr<IXMLDOMNode> appended;
+    ThrowIfFailed(option->appendChild(scoredProperty.Get(), appended.Receive()));
+    ThrowIfFailed(handler.AppendToElement(L"PrintTicket", parameterInit.Get()));
+}
+} // namespace base::xps::printschema

@@ -1,0 +1,51 @@
+#pragma once
+
+#include "base/xps/printschema/printticketfunctionoption.h"
+
+namespace base::xps::printschema
+{
+/// Where PageScaling's custom options put the page, relative to the imageable area, and how large they make
+/// it.
+struct PageScale
+{
+    std::int32_t offsetWidthMicrometres = 0;
+    std::int32_t offsetHeightMicrometres = 0;
+    std::int32_t widthPercent = 0;
+    std::int32_t heightPercent = 0;
+
+    bool operator==(const PageScale&) const = default;
+};
+
+/// PageScaling. Starts out as "FitApplicationMediaSizeToPageMediaSize".
+class ScalingData final : public SingleScopeFeature
+{
+public:
+    static constexpr std::int32_t kCustom = 0;
+    static constexpr std::int32_t kCustomSquare = 1;
+    static constexpr std::int32_t kFitMediaSizeToMediaSize = 5;
+
+    ScalingData() noexcept;
+
+    /// Counts for the custom options only; all 0 for the others after reading.
+    const PageScale& GetScale() const noexcept { return m_scale; }
+    void SetScale(const PageScale& scale) noexcept { m_scale = scale; }
+
+    const SchemaBase& GetFeatureSchema() const override;
+    const SchemaBase& GetOptionSchema() const override;
+
+    /// Throws HresultError for a custom option that lacks a parameter, and changes nothing then.
+    void ReadParameters(PrintSchemaHandler handler, const Qname& feature) override;
+
+    /// Throws std::logic_error when "CustomSquare" has two different scales; its offsets are written by then.
+    void WriteParameters(PrintSchemaHandler handler, IXMLDOMElement* option, Scope scope) const override;
+
+private:
+    void WriteParameter(const PrintSchemaHandler& handler,
+                        IXMLDOMElement* option,
+                        Scope scope,
+                        const wchar_t* property,
+                        std::int32_t value) const;
+
+    PageScale m_scale;
+};
+} // namespace base::xps::printschema

@@ -1,0 +1,131 @@
+#include "base/xps/printschema/printticketfunctionoption.h"
+
+#include <gtest/gtest.h>
+
+#include "base/xml/xmlutility.h"
+#include "base/xps/printschema/inputbindata.h"
+#include "base/xps/printschema/mediasizedata.h"
+#include "base/xps/printschema/pageorientationdata.h"
+#include "base/xps/printschema/printablemediasizedata.h"
+#include "base/xps/printschema/scalingdata.h"
+#include "support/failures.h"
+#include "support/tickets.h"
+
+namespace base::xps::printschema
+{
+namespace
+{
+using tests::Document;
+using tests::Feature;
+using tests::HandlerOf;
+using tests::HresultOf;
+using tests::MakeTicket;
+using tests::MessageOf;
+using tests::Names;
+
+TEST(PrintTicketFunctionOption, MapsIdsAndScopes)
+{
+    const auto scopeOf = [](auto accessor, std::int32_t featureId) {
+        accessor.SetFeatureId(featureId);
+        return accessor.GetScope();
+    };
+    const Scope scopes[] = {Scope::Job, Scope::Document, Scope::Page};
+    for (std::int32_t id = 0; id < 3; ++id)
+    {
+        EXPECT_EQ(scopeOf(InputBinData(), id), scopes[id]);
+        EXPECT_EQ(InputBinData().GetFeatureIdOfScope(scopes[id]), id);
+        EXPECT_EQ(scopeOf(ScalingData(), id), id == 0 ? Scope::Page : Scope::None);
+        EXPECT_EQ(ScalingData().GetFeatureIdOfScope(scopes[id]), 0);
+    }
+    EXPECT_EQ(InputBinData().GetFeatureQname(Scope::Document).localName, L"DocumentInputBin");
+    for (const std::int32_t id : {-1, 3, 1000})
+    {
+        EXPECT_EQ(scopeOf(PrintableMediaSizeData(), id), Scope::None);
+        EXPECT_EQ(scopeOf(MediaSizeData(), id), Scope::None);
+    }
+    const std::string unsupported = "this scope is not supported in this feature.";
+    for (const Scope scope : {Scope::None, static_cast<Scope>(4)})
+    {
+        EXPECT_EQ(
+            MessageOf<exception::NotSupportedException>([&] { InputBinData().GetFeatureIdOfScope(scope); }),
+            unsupported);
+        EXPECT_EQ(
+            MessageOf<exception::NotSupportedException>([&] { ScalingData().GetFeatureIdOfScope(scope); }),
+            unsupported);
+    }
+}
+
+TEST(PrintTicketFunctionOption, RefusesIdsThatAreNotSet)
+{
+    const std::string source = "base\\xps\\printschema\\printticketfunctionoption(...) : ";
+    PageOrientationData data;
+    data.SetFeatureId(-1);
+    EXPECT_EQ(MessageOf<exception::InvalidFeatureIdError>([&] { data.GetFeatureQname(); }),
+              source + "feature id has not set yet.\n");
+    const std::string noOption = source + "option id has not set yet or invalid feature id has set.\n";
+    EXPECT_EQ(MessageOf<exception::InvalidOptionIdError>([&] { data.GetOptionId(); }), noOption);
+    data.SetFeatureId(0);
+    data.SetOptionId(-1);
+    const Document document = MakeTicket(L"");
+    EXPECT_EQ(MessageOf<exception::InvalidOptionIdError>([&] { data.Write(HandlerOf(document)); }), noOption);
+    EXPECT_EQ(Names(document, L"//psf:Feature"), L"");
+}
+
+TEST(PrintTicketFunctionOption, ReadsTheFirstNameAndLeavesTheUnknownAlone)
+{
+    InputBinData bin;
+    const Document both =
+        MakeTicket(Feature(L"psk:PageInputBin", L"psk:Tray2") + Feature(L"psk:JobInputBin", L"psk:Tray1"));
+    EXPECT_TRUE(bin.Exists(HandlerOf(both)));
+    bin.Read(HandlerOf(both));
+    EXPECT_EQ(bin.GetFeatureId(), 0);
+    EXPECT_EQ(bin.GetOptionId(), 5);
+    bin.Read(HandlerOf(MakeTicket(Feature(L"psk:PageInputBin", L"psk:Tray2"))));
+    EXPECT_EQ(bin.GetScope(), Scope::Page);
+    EXPECT_EQ(bin.GetOptionId(), 6);
+    for (const std::wstring& content : {std::wstring(),
+                                        Feature(L"psk:JobInputBin", L"psk:Tray99"),
+                                        Feature(L"psk:JobInputBin", L""),
+                                        Feature(L"psk:JobInputBin", L"ns0000:Tray1"),
+                                        Feature(L"ns0000:JobInputBin", L"psk:Tray1")})
+    {
+        bin.Read(HandlerOf(MakeTicket(content)));
+        EXPECT_EQ(bin.GetFeatureId(), 2);
+        EXPECT_EQ(bin.GetOptionId(), 6);
+    }
+    EXPECT_FALSE(bin.Exists(HandlerOf(MakeTicket(Feature(L"psk:JobInputBin", L"ns0000:Tray1")))));
+    EXPECT_TRUE(bin.Exists(HandlerOf(MakeTicket(Feature(L"psk:JobInputBin", L"psk:Tray99")))));
+}
+
+TEST(PrintTicketFunctionOption, WritesUnderItsScopeAndRemovesEveryName)
+{
+    InputBinData bin;
+    bin.SetOptionId(6);
+    bin.SetFeatureId(1);
+    const Document document = MakeTicket(Feature(L"psk:Kept", L"psk:O"));
+    bin.Write(HandlerOf(document));
+    bin.Write(HandlerOf(document), Scope::Page);
+    bin.Write(HandlerOf(document), Scope::Page);
+    EXPECT_EQ(Names(document, L"/psf:PrintTicket/psf:Feature"),
+              L"psk:Kept psk:DocumentInputBin psk:PageInputBin psk:PageInputBin");
+    EXPECT_EQ(Names(document, L"//psf:Option"), L"psk:O psk:Tray2 psk:Tray2 psk:Tray2");
+    bin.Remove(HandlerOf(document));
+    EXPECT_EQ(Names(document, L"//psf:Feature"), L"psk:Kept");
+}
+
+TEST(PrintTicketFunctionOption, FailsToWriteIntoCapabilities)
+{
+    const Document document = xml::XmlUtility::LoadDocumentFromString(
+        L"<psf:PrintCapabilities xmlns:psf='http://schemas.microsoft.com/windows/2003/08/printing/"
+        L"printschemaframework' xmlns:psk='http://schemas.microsoft.com/windows/2003/08/printing/"
+        L"printschemakeywords'/>");
+    std::string source;
+    EXPECT_EQ(
+        HresultOf(
+            [&] { PageOrientationData().Write(PrintSchemaDocumentHandler::ForPrintCapabilities(document)); },
+            &source),
+        kNotFound);
+    EXPECT_EQ(source, "base\\xps\\printschema\\printticketfunctionoption");
+}
+} // namespace
+} // namespace base::xps::printschema
