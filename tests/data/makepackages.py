@@ -114,10 +114,9 @@ def write_zip(entries, options):
         zipfile.ZIP64_LIMIT, zipfile.ZIP_FILECOUNT_LIMIT = 1, 0
     with zipfile.ZipFile(target, "w") as archive:
         for name, content in entries:
-            info = zipfile.ZipInfo(name, TIME)
-            info.compress_type = zipfile.ZIP_STORED if options.get("stored") else zipfile.ZIP_DEFLATED
-            with archive.open(info, "w", force_zip64=options.get("zip64", False)) as item:
-                item.write(content)
+            method = zipfile.ZIP_STORED if options.get("stored") else zipfile.ZIP_DEFLATED
+            # The lowest level, which nobody takes by default: a copy that was compressed anew differs.
+            archive.writestr(zipfile.ZipInfo(name, TIME), content, method, compresslevel=1)
     zipfile.ZIP64_LIMIT, zipfile.ZIP_FILECOUNT_LIMIT = limits
     return bytes(target.data) if options.get("descriptors") else target.getvalue()
 

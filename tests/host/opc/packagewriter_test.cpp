@@ -108,7 +108,9 @@ TEST(PackageWriter, PutsAReplacedPartWhereItsFirstItemStood)
 
         std::vector<StoredItem> written = ReadStored(target);
         ASSERT_EQ(written.size(), expected.size());
-        EXPECT_EQ(written[static_cast<std::size_t>(place)].name, page);
+        const StoredItem& replaced = written[static_cast<std::size_t>(place)];
+        EXPECT_EQ(replaced.name, page);
+        EXPECT_EQ(replaced.modified, expected[static_cast<std::size_t>(place)].modified);
         written.erase(written.begin() + place);
         expected.erase(expected.begin() + place);
         EXPECT_EQ(written, expected);
@@ -153,6 +155,7 @@ TEST(PackageWriter, AddsPartsWithTheirTypesAndRelationships)
     const std::vector<StoredItem> after = ReadStored(target);
     ASSERT_EQ(after.size(), before.size() + 4);
     EXPECT_EQ(after[before.size()].name, "Documents/1/Metadata/a&b.XML");
+    EXPECT_EQ(after[before.size()].modified, before[0].modified);
     EXPECT_EQ(after[before.size() + 2].name, "no-extension");
     EXPECT_EQ(after[before.size() + 3].name, "Documents/1/_rels/FixedDocument.fdoc.rels");
     const std::vector<std::string> changed = {"[Content_Types].xml", "Documents/1/Pages/_rels/1.fpage.rels"};

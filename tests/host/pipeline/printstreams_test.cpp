@@ -104,7 +104,7 @@ TEST(PartWriteStream, CollectsUntilItIsClosedAndCountsTheClosing)
     const auto second = MakeCom<PartWriteStream>(opc::PartContent(spill));
     std::string expected;
     ULONG written = 0;
-    for (int round = 0; round < 3; ++round)
+    for (int round = 0; round < 5; ++round)
     {
         const std::string bytes(50'000, static_cast<char>('a' + round));
         ASSERT_EQ(first->WriteBytes(bytes.data(), 50'000, &written), S_OK);
