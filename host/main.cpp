@@ -7,6 +7,7 @@
 #include "base/utility/utf8.h"
 #include "host/commandline.h"
 #include "host/console.h"
+#include "host/interrupt.h"
 #include "host/opc/ziparchive.h"
 #include "host/pagerewriter.h"
 #include "host/rewritejob.h"
@@ -30,11 +31,14 @@ std::string CountOf(std::size_t count, const char* what)
     return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
 }
 
-std::string Describe(JobStage stage, const JobCount& done)
+std::string Describe(const JobProgress& progress)
 {
-    return stage == JobStage::Writing
-               ? "writing " + CountOf(done.pages, "page")
-               : "page " + std::to_string(done.pages) + " (document " + std::to_string(done.documents) + ")";
+    if (progress.stage == JobStage::Writing)
+    {
+        return "writing, " + std::to_string(static_cast<int>(progress.written * 100)) + " %";
+    }
+    return "page " + std::to_string(progress.done.pages) + " (document " +
+           std::to_string(progress.done.documents) + ")";
 }
 
 ExitStatus Run(const TurnCommand& command, Console& console)
@@ -43,10 +47,12 @@ ExitStatus Run(const TurnCommand& command, Console& console)
     try
     {
         const ComApartment apartment;
-        const JobCount done = RewritePages(
-            command.input, command.output, &RewritePage, [&](JobStage stage, const JobCount& soFar) {
-                console.ShowProgress(Describe(stage, soFar));
-            });
+        const Interrupt interrupt;
+        const auto onProgress = [&](const JobProgress& progress) {
+            interrupt.ThrowIfRaised();
+            console.ShowProgress(Describe(progress));
+        };
+        const JobCount done = RewritePages(command.input, command.output, &RewritePage, onProgress);
         console.PrintOut("turned " + CountOf(done.pages, "page") + " in " +
                          CountOf(done.documents, "document") + ": " + opc::ToUtf8Path(command.output) + "\n");
         return ExitStatus::Success;

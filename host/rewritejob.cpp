@@ -70,11 +70,10 @@ JobCount RewritePages(const std::filesystem::path& input,
         {
             RewritePage(package, writer, part->name, rewrite);
             ++done.pages;
-            listener(JobStage::Rewriting, done);
+            listener({JobStage::Rewriting, done, 0});
         }
     }
-    listener(JobStage::Writing, done);
-    writer.Commit();
+    writer.Commit([&](double fraction) { listener({JobStage::Writing, done, fraction}); });
     return done;
 }
 } // namespace host

@@ -23,12 +23,21 @@ enum class JobStage
     Writing
 };
 
-/// Told after every page and once more before the output is written.
-using JobListener = std::function<void(JobStage stage, const JobCount& done)>;
+struct JobProgress
+{
+    JobStage stage;
+    JobCount done;
+    /// Of the output, from 0 to 1.
+    double written;
+};
+
+/// Told after every page and then while the output is written. What it throws stops the job, which leaves the
+/// output as it was.
+using JobListener = std::function<void(const JobProgress& progress)>;
 
 /// Copies the XPS document `input` to `output` with every fixed page rewritten, in document order. Throws
 /// opc::PackageError when the document cannot be read or a page cannot be rewritten; the output is then as
-/// it was before. COM must be initialised on the thread.
+/// it was. COM must be initialised on the thread.
 JobCount RewritePages(const std::filesystem::path& input,
                       const std::filesystem::path& output,
                       const PageRewriter& rewrite,

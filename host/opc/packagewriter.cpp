@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "host/opc/packageerror.h"
-#include "host/opc/zipwriter.h"
 
 namespace host::opc
 {
@@ -87,7 +86,7 @@ Relationships& PackageWriter::EditRelationships(const PartName& source)
         .first->second;
 }
 
-void PackageWriter::Commit()
+void PackageWriter::Commit(const WriteListener& listener)
 {
     DropRelationshipsToRemovedParts();
     StoreRelationships();
@@ -95,7 +94,7 @@ void PackageWriter::Commit()
     WriteItems(writer);
     try
     {
-        writer.Close();
+        writer.Close(listener);
     }
     catch (const PackageError&)
     {

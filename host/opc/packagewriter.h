@@ -14,11 +14,10 @@
 #include "host/opc/partcontent.h"
 #include "host/opc/partname.h"
 #include "host/opc/relationships.h"
+#include "host/opc/zipwriter.h"
 
 namespace host::opc
 {
-class ZipWriter;
-
 /// A new package made of an existing one and of changes to it. What is not changed is copied as it is stored,
 /// item by item in the same order; a changed part takes the place of its first item; new parts follow.
 ///
@@ -52,8 +51,9 @@ public:
     /// The relationships of a part, or of the package, to be changed in place; they belong to the writer.
     Relationships& EditRelationships(const PartName& source);
 
-    /// Writes the package. To be called once; throws PackageError when that fails.
-    void Commit();
+    /// Writes the package. To be called once; throws PackageError when that fails, and what the listener
+    /// throws to stop it.
+    void Commit(const WriteListener& listener = [](double) {});
 
 private:
     /// What becomes of a part; without content it is removed.

@@ -1,5 +1,6 @@
 #include "host/opc/zipwriter.h"
 
+#include <exception>
 #include <utility>
 
 #include "host/opc/packageerror.h"
@@ -79,6 +80,50 @@ private:
     std::uint64_t m_position = 0;
     zip_error_t m_error;
 };
+
+/// Forwards the library's progress. An exception of the listener is kept, and the library asked to cancel.
+class CloseWatch
+{
+public:
+    explicit CloseWatch(const WriteListener& listener) : m_listener(listener) {}
+
+    void Register(zip_t* archive)
+    {
+        constexpr double step = 0.01;
+        zip_register_progress_callback_with_state(archive, step, &CloseWatch::Progress, nullptr, this);
+        zip_register_cancel_callback_with_state(archive, &CloseWatch::IsCancelled, nullptr, this);
+    }
+
+    void RethrowKept() const
+    {
+        if (m_kept != nullptr)
+        {
+            std::rethrow_exception(m_kept);
+        }
+    }
+
+private:
+    static void Progress(zip_t*, double fraction, void* state) noexcept
+    {
+        auto* const watch = static_cast<CloseWatch*>(state);
+        try
+        {
+            watch->m_listener(fraction);
+        }
+        catch (...)
+        {
+            watch->m_kept = std::current_exception();
+        }
+    }
+
+    static int IsCancelled(zip_t*, void* state) noexcept
+    {
+        return static_cast<CloseWatch*>(state)->m_kept != nullptr ? 1 : 0;
+    }
+
+    const WriteListener& m_listener;
+    std::exception_ptr m_kept;
+};
 } // namespace
 
 ZipWriter::ZipWriter(const std::filesystem::path& target)
@@ -127,10 +172,13 @@ zip_uint64_t ZipWriter::AddItem(const std::string& name, Source source)
     return static_cast<zip_uint64_t>(index);
 }
 
-void ZipWriter::Close()
+void ZipWriter::Close(const WriteListener& listener)
 {
+    CloseWatch watch(listener);
+    watch.Register(m_archive.get());
     if (zip_close(m_archive.get()) != 0)
     {
+        watch.RethrowKept();
         throw PackageError(std::string("the output cannot be written: ") + zip_strerror(m_archive.get()));
     }
     static_cast<void>(m_archive.release());

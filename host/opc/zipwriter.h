@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <ctime>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -13,6 +14,9 @@
 
 namespace host::opc
 {
+/// Told now and then which fraction of an archive has been written.
+using WriteListener = std::function<void(double fraction)>;
+
 /// A ZIP archive in the making. Nothing of it is on disk before Close, which writes it under a temporary name
 /// and renames that to the target's, and nothing is left of one that is not closed.
 class ZipWriter
@@ -27,8 +31,9 @@ public:
     /// Adds an item that is compressed on closing.
     void Add(const std::string& name, PartContent content, std::time_t modified);
 
-    /// Throws PackageError when the archive cannot be written; the target is then as it was.
-    void Close();
+    /// Throws PackageError when the archive cannot be written, and what the listener throws to stop the
+    /// writing; the target is then as it was.
+    void Close(const WriteListener& listener);
 
 private:
     struct Discarder

@@ -19,8 +19,8 @@ public:
 /// declaration, which neither OPC nor XPS allows.
 std::string DecodeMarkup(std::string_view bytes);
 
-/// Throws what DecodeMarkup throws: for markup that goes to a reader which does not refuse document types, and
-/// with them the files that they name.
+/// Throws what DecodeMarkup throws: for markup that goes to a reader which does not refuse document types,
+/// and with them the files that they name.
 void RefuseForeignMarkup(std::string_view bytes);
 
 /// Text as it stands in an attribute between double quotes.

@@ -1,5 +1,6 @@
 #include "host/rewritejob.h"
 
+#include <algorithm>
 #include <stdexcept>
 
 #include <gtest/gtest.h>
@@ -31,13 +32,14 @@ void WriteAll(IPrintWriteStream& stream, const std::string& text)
     EXPECT_EQ(written, text.size());
 }
 
-void IgnoreProgress(JobStage, const JobCount&) {}
+void IgnoreProgress(const JobProgress&) {}
 
 TEST(RewritePages, HandsOverEveryPageInDocumentOrder)
 {
     const OutputFolder folder;
     std::vector<std::string> markups;
     std::vector<JobCount> progress;
+    std::vector<double> written;
     const JobCount done = RewritePages(
         TestPackage("odd-names"),
         folder / "out.xps",
@@ -46,12 +48,15 @@ TEST(RewritePages, HandsOverEveryPageInDocumentOrder)
             WriteAll(*output, "page " + std::to_string(markups.size()));
             output->Close();
         },
-        [&](JobStage stage, const JobCount& soFar) {
-            progress.push_back(soFar);
-            EXPECT_EQ(stage == JobStage::Writing, progress.size() == 4);
+        [&](const JobProgress& soFar) {
+            EXPECT_EQ(soFar.done.pages, markups.size());
+            soFar.stage == JobStage::Rewriting ? progress.push_back(soFar.done)
+                                               : written.push_back(soFar.written);
         });
     EXPECT_EQ(done, (JobCount{2, 3}));
-    EXPECT_EQ(progress, (std::vector<JobCount>{{1, 1}, {1, 2}, {2, 3}, {2, 3}}));
+    EXPECT_EQ(progress, (std::vector<JobCount>{{1, 1}, {1, 2}, {2, 3}}));
+    EXPECT_TRUE(std::is_sorted(written.begin(), written.end()));
+    EXPECT_EQ(written.back(), 1.0);
 
     const opc::Package before(TestPackage("odd-names"));
     const opc::Package after(folder / "out.xps");
@@ -63,6 +68,25 @@ TEST(RewritePages, HandsOverEveryPageInDocumentOrder)
         EXPECT_EQ(after.Read(Part(pages[page])), "page " + std::to_string(page + 1));
     }
     EXPECT_EQ(after.Parts().size(), before.Parts().size());
+}
+
+TEST(RewritePages, StopsWhereTheListenerThrows)
+{
+    for (const JobStage stage : {JobStage::Rewriting, JobStage::Writing})
+    {
+        const OutputFolder folder;
+        WriteFile(folder / "out.xps", "old");
+        const auto stop = [&](const JobProgress& progress) {
+            if (progress.stage == stage)
+            {
+                throw std::out_of_range("enough");
+            }
+        };
+        const auto close = [](IPrintReadStream*, IPrintWriteStream* output) { output->Close(); };
+        EXPECT_THROW(RewritePages(TestPackage("sample"), folder / "out.xps", close, stop), std::out_of_range);
+        EXPECT_EQ(folder.Files(), std::vector<std::string>{"out.xps"});
+        EXPECT_EQ(ReadFile(folder / "out.xps"), "old");
+    }
 }
 
 struct FailingRewriter

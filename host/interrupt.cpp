@@ -1,0 +1,39 @@
+#include "host/interrupt.h"
+
+#include <atomic>
+
+#include "platform/win32.h"
+
+namespace host
+{
+namespace
+{
+std::atomic<bool> raised{false};
+
+// Called on a thread of the system's own.
+BOOL WINAPI OnConsoleEvent(DWORD)
+{
+    raised = true;
+    return TRUE;
+}
+} // namespace
+
+Interrupt::Interrupt()
+{
+    raised = false;
+    SetConsoleCtrlHandler(&OnConsoleEvent, TRUE);
+}
+
+Interrupt::~Interrupt()
+{
+    SetConsoleCtrlHandler(&OnConsoleEvent, FALSE);
+}
+
+void Interrupt::ThrowIfRaised() const
+{
+    if (raised)
+    {
+        throw InterruptedError();
+    }
+}
+} // namespace host
