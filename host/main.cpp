@@ -72,6 +72,7 @@ ExitStatus Run(const Notice& notice, Console& console)
 } // namespace
 } // namespace host
 
+// NOLINTNEXTLINE(readability-identifier-naming): the runtime library gives the name.
 int wmain(int count, wchar_t** arguments)
 {
     std::vector<std::string> texts;
