@@ -56,7 +56,9 @@ void Console::WipeProgress()
 {
     if (m_shownLength > 0)
     {
-        Write(stderr, "\r" + std::string(m_shownLength, ' ') + "\r");
+        std::string blanks(m_shownLength + 2, ' ');
+        blanks.front() = blanks.back() = '\r';
+        Write(stderr, blanks);
         m_shownLength = 0;
     }
 }

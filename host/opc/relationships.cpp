@@ -95,7 +95,8 @@ std::string Relationships::UnusedId() const
 {
     for (std::size_t number = m_all.size() + 1;; ++number)
     {
-        std::string id = "R" + std::to_string(number);
+        std::string id("R");
+        id += std::to_string(number);
         const bool isUsed = std::any_of(m_all.begin(), m_all.end(), [&](const Relationship& relationship) {
             return relationship.id == id;
         });

@@ -22,7 +22,9 @@ namespace
 std::filesystem::path NewName(const std::filesystem::path& target)
 {
     std::filesystem::path name = target;
-    name += "." + std::to_string(std::random_device()()) + ".tmp";
+    name += ".";
+    name += std::to_string(std::random_device()());
+    name += ".tmp";
     return name;
 }
 
