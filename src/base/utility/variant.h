@@ -3,6 +3,7 @@
 #include <concepts>
 
 #include "base/utility/bstr.h"
+#include "base/utility/comptr.h"
 #include "platform/win32.h"
 
 namespace base::utility
@@ -47,7 +48,7 @@ public:
 
     const VARIANT& Get() const noexcept { return m_value; }
 
-    /// Address for a callee's out-parameter; the value must be empty.
+    /// Address for a callee's out-parameter; what it held is cleared.
     VARIANT* Receive() noexcept
     {
         VariantClear(&m_value);
@@ -56,6 +57,21 @@ public:
 
     /// Empties it before its time, for callers that answer for the result.
     [[nodiscard]] HRESULT Clear() noexcept { return VariantClear(&m_value); }
+
+    /// Asks the object that it holds for an interface; empty when it holds no object or one without it.
+    template <typename T>
+    ComPtr<T> QueryHeld() const noexcept
+    {
+        const bool holdsObject = m_value.vt == VT_UNKNOWN || m_value.vt == VT_DISPATCH;
+        if (!holdsObject || m_value.punkVal == nullptr)
+        {
+            return {};
+        }
+        return ComPtr<IUnknown>(m_value.punkVal).TryQuery<T>();
+    }
+
+    /// The handle that it holds as the pipeline passes handles, as a bare VT_BYREF; null for anything else.
+    HANDLE GetHandle() const noexcept { return m_value.vt == VT_BYREF ? m_value.byref : nullptr; }
 
 private:
     VARIANT m_value;

@@ -1,0 +1,26 @@
+#include "base/utility/impersonation.h"
+
+namespace base::utility
+{
+namespace
+{
+HRESULT Assume(HANDLE token) noexcept
+{
+    if (token == nullptr)
+    {
+        return HRESULT_FROM_WIN32(ERROR_INVALID_HANDLE);
+    }
+    return SetThreadToken(nullptr, token) ? S_OK : HRESULT_FROM_WIN32(GetLastError());
+}
+} // namespace
+
+Impersonation::Impersonation(HANDLE token) noexcept : m_result(Assume(token)) {}
+
+Impersonation::~Impersonation()
+{
+    if (SUCCEEDED(m_result))
+    {
+        SetThreadToken(nullptr, nullptr);
+    }
+}
+} // namespace base::utility
