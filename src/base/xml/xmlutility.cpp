@@ -27,12 +27,12 @@ void RequireLoaded(VARIANT_BOOL loaded,
 }
 } // namespace
 
-ComPtr<IXMLDOMDocument2> CreateDocument()
+ComPtr<IXMLDOMDocument2> CreateDocument(DWORD classContext)
 {
     ComPtr<IXMLDOMDocument2> document;
     ThrowIfFailed(CoCreateInstance(platform::kDomDocument60,
                                    nullptr,
-                                   CLSCTX_INPROC_SERVER,
+                                   classContext,
                                    __uuidof(IXMLDOMDocument2),
                                    document.ReceiveUntyped()));
     ThrowIfFailed(document->put_async(VARIANT_FALSE));

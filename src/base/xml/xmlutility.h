@@ -11,7 +11,7 @@ namespace base::xml::XmlUtility
 {
 /// A new empty document that loads synchronously, neither validates nor fetches anything, and refuses
 /// document types.
-utility::ComPtr<IXMLDOMDocument2> CreateDocument();
+utility::ComPtr<IXMLDOMDocument2> CreateDocument(DWORD classContext = CLSCTX_INPROC_SERVER);
 
 /// Throws HresultError: with the parser's HRESULT, or E_FAIL where it only reports that nothing was loaded.
 utility::ComPtr<IXMLDOMDocument2> LoadDocumentFromFile(const std::wstring& path);
