@@ -1,0 +1,98 @@
+#include "base/xps/printschema/imageableareareader.h"
+
+#include "base/logging/errors.h"
+#include "base/utility/bstr.h"
+#include "base/xps/printschema/mediasizedata.h"
+
+namespace base::xps::printschema
+{
+using exception::ThrowIfFailed;
+using utility::Bstr;
+using utility::ComPtr;
+
+namespace
+{
+// Jobs have few different tickets. One that has more asks again, rather than holding on to them all.
+constexpr std::size_t kMostRemembered = 64;
+
+ComPtr<IXMLDOMDocument2> CopyOf(IXMLDOMDocument2* ticket)
+{
+    ComPtr<IXMLDOMNode> copy;
+    ThrowIfFailed(ticket->cloneNode(VARIANT_TRUE, copy.Receive()));
+    ComPtr<IXMLDOMDocument2> document;
+    ThrowIfFailed(copy->QueryInterface(__uuidof(IXMLDOMDocument2), document.ReceiveUntyped()));
+    return document;
+}
+
+std::wstring TextOf(IXMLDOMDocument2* ticket)
+{
+    Bstr text;
+    ThrowIfFailed(ticket->get_xml(text.Receive()));
+    return std::wstring(text.View());
+}
+
+/// Reads one number of the area; false when the capabilities do not have it.
+bool ReadNumber(const PrintSchemaHandler& capabilities, const wchar_t* name, std::int32_t& value)
+{
+    const std::wstring property(capabilities.GetPrefix(NamespaceId::Framework).View());
+    const std::wstring keyword(capabilities.GetPrefix(NamespaceId::Keywords).View());
+    std::wstring path;
+    for (const wchar_t* level : {L"PageImageableSize", L"ImageableArea", name})
+    {
+        path.append(path.empty() ? L"//" : L"/")
+            .append(property)
+            .append(L"Property[@name = \"")
+            .append(keyword)
+            .append(level)
+            .append(L"\"]");
+    }
+    return SUCCEEDED(capabilities.GetValueInteger(path.c_str(), &value));
+}
+} // namespace
+
+ImageableArea ImageableAreaReader::Read(const MediaSizeEntry& media)
+{
+    ComPtr<IXMLDOMDocument2> pageTicket;
+    ThrowIfFailed(m_provider.GetLevelTicket(kPTPageScope, pageTicket.Receive()));
+    const ComPtr<IXMLDOMDocument2> ticket = CopyOf(pageTicket.Get());
+    const auto handler = PrintSchemaDocumentHandler::ForPrintTicket(ticket);
+    const MediaSizeData mediaSize(media);
+    mediaSize.Remove(handler);
+    mediaSize.Write(handler);
+
+    std::wstring text = TextOf(ticket.Get());
+    if (const auto known = m_remembered.find(text); known != m_remembered.end())
+    {
+        return known->second;
+    }
+    const ImageableArea area = Ask(ticket.Get(), media.size);
+    if (m_remembered.size() == kMostRemembered)
+    {
+        m_remembered.clear();
+    }
+    m_remembered.emplace(std::move(text), area);
+    return area;
+}
+
+ImageableArea ImageableAreaReader::Ask(IXMLDOMDocument2* ticket, MediaSize sheet)
+{
+    const ImageableArea wholeSheet{0, 0, sheet.widthMicrometres, sheet.heightMicrometres};
+    ComPtr<IXMLDOMDocument2> document;
+    const HRESULT asked = m_provider.GetCapabilities(ticket, document.Receive());
+    if (asked == E_OUTOFMEMORY)
+    {
+        ThrowIfFailed(asked);
+    }
+    if (FAILED(asked))
+    {
+        return wholeSheet;
+    }
+    const auto capabilities = PrintSchemaDocumentHandler::ForPrintCapabilities(document);
+    ImageableArea area;
+    const bool isComplete = ReadNumber(capabilities, L"OriginWidth", area.leftMicrometres) &&
+                            ReadNumber(capabilities, L"OriginHeight", area.topMicrometres) &&
+                            ReadNumber(capabilities, L"ExtentWidth", area.widthMicrometres) &&
+                            ReadNumber(capabilities, L"ExtentHeight", area.heightMicrometres);
+    return isComplete ? area : wholeSheet;
+}
+} // namespace base::xps::printschema

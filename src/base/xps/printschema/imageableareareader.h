@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+
+#include "base/xps/printschema/mediasizetable.h"
+#include "base/xps/printschema/printticketprovider.h"
+
+namespace base::xps::printschema
+{
+/// The part of a sheet that the printer can print on, from the sheet's top left corner.
+struct ImageableArea
+{
+    std::int32_t leftMicrometres = 0;
+    std::int32_t topMicrometres = 0;
+    std::int32_t widthMicrometres = 0;
+    std::int32_t heightMicrometres = 0;
+
+    bool operator==(const ImageableArea&) const = default;
+};
+
+/// Reads imageable areas from the printer's capabilities (PageImageableSize) under the page's ticket. Answers
+/// are remembered, as the platform is slow to give them; so a reader serves one job. Borrows the provider.
+class ImageableAreaReader
+{
+public:
+    explicit ImageableAreaReader(PrintTicketProvider& provider) noexcept : m_provider(provider) {}
+
+    /// For the page's ticket with this sheet in the place of its own. A printer that does not tell prints on
+    /// the whole sheet. Throws HresultError where the page has no ticket or memory runs out.
+    ImageableArea Read(const MediaSizeEntry& media);
+
+private:
+    ImageableArea Ask(IXMLDOMDocument2* ticket, MediaSize sheet);
+
+    PrintTicketProvider& m_provider;
+    // By the text of the ticket.
+    std::map<std::wstring, ImageableArea, std::less<>> m_remembered;
+};
+} // namespace base::xps::printschema
