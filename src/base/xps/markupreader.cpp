@@ -5,6 +5,7 @@
 #include "base/logging/errors.h"
 #include "base/utility/comobject.h"
 #include "base/utility/comptr.h"
+#include "base/utility/variant.h"
 
 namespace base::xps
 {
@@ -140,11 +141,7 @@ void ParseMarkup(IStream& markup, ISAXContentHandler& handler)
     const auto forwarder = utility::MakeCom<ForwardingHandler>(handler);
     ThrowIfFailed(reader->putContentHandler(forwarder.Get()));
 
-    VARIANT input;
-    VariantInit(&input);
-    input.vt = VT_UNKNOWN;
-    input.punkVal = &markup;
-    const HRESULT parsed = reader->parse(input);
+    const HRESULT parsed = reader->parse(utility::Variant(&markup).Get());
     forwarder->RethrowFailure();
     ThrowIfFailed(parsed);
 }

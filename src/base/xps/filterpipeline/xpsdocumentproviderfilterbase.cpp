@@ -1,0 +1,119 @@
+#include "base/xps/filterpipeline/xpsdocumentproviderfilterbase.h"
+
+#include <stdexcept>
+
+#include "base/logging/errors.h"
+#include "base/utility/variant.h"
+#include "base/xml/xmlutility.h"
+#include "base/xps/printschema/defaulttickets.h"
+
+namespace base::xps::filterpipeline
+{
+using exception::ThrowIfFailed;
+using utility::ComPtr;
+using utility::Variant;
+
+namespace
+{
+/// What the print ticket provider is opened with, as the pipeline's property bag has it.
+struct TicketProperties
+{
+    Variant userTicket;
+    Variant printerName;
+    Variant userToken;
+    ComPtr<IPrintReadStream> ticketStream;
+};
+
+[[nodiscard]] HRESULT Read(IPrintPipelinePropertyBag& bag, TicketProperties& properties)
+{
+    if (const HRESULT hr = bag.GetProperty(L"PerUserPrintTicket", properties.userTicket.Receive());
+        FAILED(hr))
+    {
+        return hr;
+    }
+    if (const HRESULT hr = bag.GetProperty(L"PrinterName", properties.printerName.Receive()); FAILED(hr))
+    {
+        return hr;
+    }
+    if (const HRESULT hr = bag.GetProperty(L"UserSecurityToken", properties.userToken.Receive()); FAILED(hr))
+    {
+        return hr;
+    }
+    const auto factory = properties.userTicket.QueryHeld<IPrintReadStreamFactory>();
+    return factory ? factory->GetStream(properties.ticketStream.Receive()) : E_NOINTERFACE;
+}
+} // namespace
+
+XpsDocumentProviderFilterBase::XpsDocumentProviderFilterBase()
+    : m_pPrintTicketProvider(std::make_unique<printschema::PrintTicketProvider>())
+{
+}
+
+void XpsDocumentProviderFilterBase::RunOperation()
+{
+    OpenPrintTicketProvider();
+    m_pReader = {};
+    GetReader(&m_pReader);
+    if (!m_pReader)
+    {
+        throw std::logic_error("m_pReader could not get.");
+    }
+    const std::wstring selected = printschema::SelectDefaultPrintTicket(*GetPropertyBag());
+    const ComPtr<IXMLDOMDocument2> defaultTicket = xml::XmlUtility::LoadDocumentFromString(selected);
+    for (;;)
+    {
+        ComPtr<IUnknown> part;
+        ThrowIfFailed(m_pReader->GetXpsPart(part.Receive()));
+        if (!part)
+        {
+            return;
+        }
+        HandlePart(part, defaultTicket.Get());
+    }
+}
+
+void XpsDocumentProviderFilterBase::EndOperation()
+{
+    // What the operation came to is its own result, not this one's.
+    static_cast<void>(m_pPrintTicketProvider->Close());
+}
+
+void XpsDocumentProviderFilterBase::CancelOperation() {}
+
+void XpsDocumentProviderFilterBase::OpenPrintTicketProvider()
+{
+    TicketProperties properties;
+    ThrowIfFailed(Read(*GetPropertyBag(), properties));
+    const VARIANT& name = properties.printerName.Get();
+    ThrowIfFailed(m_pPrintTicketProvider->Open(properties.ticketStream.Get(),
+                                               name.vt == VT_BSTR ? name.bstrVal : nullptr,
+                                               properties.userToken.GetHandle()));
+}
+
+void XpsDocumentProviderFilterBase::HandlePart(const ComPtr<IUnknown>& part, IXMLDOMDocument2* defaultTicket)
+{
+    if (const auto document = part.TryQuery<IXpsDocument>())
+    {
+        OnXpsDocument(document);
+    }
+    else if (const auto sequence = part.TryQuery<IFixedDocumentSequence>())
+    {
+        ThrowIfFailed(m_pPrintTicketProvider->ApplyJobTicket(sequence.Get(), defaultTicket));
+        OnFixedDocumentSequence(sequence);
+    }
+    else if (const auto fixedDocument = part.TryQuery<IFixedDocument>())
+    {
+        ThrowIfFailed(m_pPrintTicketProvider->ApplyDocumentTicket(fixedDocument.Get(), defaultTicket));
+        OnFixedDocument(fixedDocument);
+    }
+    else if (const auto page = part.TryQuery<IFixedPage>())
+    {
+        ThrowIfFailed(m_pPrintTicketProvider->ApplyPageTicket(page.Get(), defaultTicket));
+        OnFixedPage(page);
+    }
+    else
+    {
+        OnUnknownPart(part);
+    }
+}
+} // namespace base::xps::filterpipeline

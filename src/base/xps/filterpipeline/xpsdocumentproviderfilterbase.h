@@ -1,0 +1,40 @@
+#pragma once
+
+#include <memory>
+
+#include "base/xps/filterpipeline/xpsfilterbase.h"
+#include "base/xps/printschema/printticketprovider.h"
+
+namespace base::xps::filterpipeline
+{
+/// A filter whose work is to pull the parts of an XPS document until it ends, and to hand each to a handler
+/// of its kind. The ticket of a part is taken in by the print ticket provider before its handler runs.
+class XpsDocumentProviderFilterBase : public XpsFilterBase
+{
+protected:
+    XpsDocumentProviderFilterBase();
+
+    void RunOperation() override;
+    void EndOperation() override;
+    void CancelOperation() override;
+
+    // Each may keep the part or pass it on.
+    virtual void OnUnknownPart(const utility::ComPtr<IUnknown>& part) = 0;
+    virtual void OnFixedPage(const utility::ComPtr<IFixedPage>& page) = 0;
+    virtual void OnFixedDocument(const utility::ComPtr<IFixedDocument>& document) = 0;
+    virtual void OnFixedDocumentSequence(const utility::ComPtr<IFixedDocumentSequence>& sequence) = 0;
+    virtual void OnXpsDocument(const utility::ComPtr<IXpsDocument>& document) = 0;
+
+    printschema::PrintTicketProvider& GetPrintTicketProvider() const noexcept
+    {
+        return *m_pPrintTicketProvider;
+    }
+
+private:
+    void OpenPrintTicketProvider();
+    void HandlePart(const utility::ComPtr<IUnknown>& part, IXMLDOMDocument2* defaultTicket);
+
+    std::unique_ptr<printschema::PrintTicketProvider> m_pPrintTicketProvider;
+    utility::ComPtr<IXpsDocumentProvider> m_pReader;
+};
+} // namespace base::xps::filterpipeline

@@ -1,0 +1,257 @@
+#include "base/xps/fixedpagevalidator.h"
+
+#include <atomic>
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+#include "base/io/printreadstreamtoistream.h"
+#include "base/io/printstreambuffer.h"
+#include "base/io/printwritestreamtoistream.h"
+#include "base/io/scopedwritestream.h"
+#include "base/logging/errors.h"
+#include "base/logging/log.h"
+#include "base/utility/bstr.h"
+#include "base/utility/variant.h"
+#include "base/xml/xmlutility.h"
+#include "base/xps/fixedpagesaxconvertor.h"
+#include "base/xps/markupreader.h"
+#include "base/xps/mediafit.h"
+#include "base/xps/printschema/emptyticket.h"
+#include "base/xps/printschema/mediasizeresolver.h"
+#include "base/xps/printschema/mediasizetable.h"
+
+namespace base::xps
+{
+using exception::ThrowIfFailed;
+using printschema::PrintSchemaDocumentHandler;
+using utility::Bstr;
+using utility::ComPtr;
+
+namespace
+{
+constexpr float kTurnDegrees = 270.0F;
+constexpr float kTurnScale = 1.0F;
+
+// Of all replaced tickets of the process, so that their part names differ.
+std::atomic<std::uint32_t> g_pageCounter{0};
+
+/// The tickets of a job as the resolver asks for them.
+class ProviderTickets final : public printschema::TicketSource
+{
+public:
+    explicit ProviderTickets(printschema::PrintTicketProvider& provider) noexcept : m_provider(provider) {}
+
+    printschema::PrintSchemaHandler GetTicket(EPrintTicketScope scope) override
+    {
+        ComPtr<IXMLDOMDocument2> ticket;
+        ThrowIfFailed(m_provider.GetLevelTicket(scope, ticket.Receive()));
+        return PrintSchemaDocumentHandler::ForPrintTicket(ticket);
+    }
+
+private:
+    printschema::PrintTicketProvider& m_provider;
+};
+
+printschema::MediaSizeEntry ResolveTarget(printschema::PrintTicketProvider& provider,
+                                          const printschema::MediaSizeLimits& limits)
+{
+    ProviderTickets tickets(provider);
+    return printschema::MediaSizeResolver(tickets, limits).Resolve(printschema::Scope::Document);
+}
+
+/// The name of the part that replaces `oldName`. A name without a folder stands for both of its halves.
+std::wstring MakeTicketName(const std::wstring& oldName)
+{
+    const auto separator = oldName.find_last_of(L"/\\");
+    const bool hasFolder = separator != std::wstring::npos;
+    const std::wstring folder = hasFolder ? oldName.substr(0, separator) : oldName;
+    const std::wstring file = hasFolder ? oldName.substr(separator + 1) : oldName;
+    return folder + L"\\" + logging::FormatWString(L"pagevalidator_%d_%s", ++g_pageCounter, file.c_str());
+}
+
+struct OldTicket
+{
+    ComPtr<IXMLDOMDocument2> document;
+    std::wstring name;
+};
+
+/// Takes the page's ticket off the page; an empty one where it has none.
+OldTicket DetachTicket(IFixedPage& page)
+{
+    ComPtr<IPartPrintTicket> part;
+    if (FAILED(page.GetPrintTicket(part.Receive())) || !part)
+    {
+        return {xml::XmlUtility::LoadDocumentFromString(printschema::kEmptyPrintTicket), L".xml"};
+    }
+    ComPtr<IPrintReadStream> reader;
+    ThrowIfFailed(part->GetStream(reader.Receive()));
+    auto document = FixedPageValidator::LoadTicket(reader.Get());
+    Bstr name;
+    ThrowIfFailed(part->GetUri(name.Receive()));
+    ThrowIfFailed(page.DeleteResource(name.Get()));
+    return {std::move(document), std::wstring(name.View())};
+}
+} // namespace
+
+FixedPageValidator::FixedPageValidator(printschema::PrintTicketProvider& provider,
+                                       IXpsDocumentConsumer* consumer,
+                                       IFixedPage* page,
+                                       const printschema::InputBinData& inputBin,
+                                       const printschema::MediaSizeData& mediaSize,
+                                       const printschema::PageOrientationData& orientation,
+                                       const printschema::ScalingData& scaling,
+                                       const printschema::PrintableMediaSizeData& printableMediaSize,
+                                       printschema::ImageableAreaReader& imageableAreas)
+    : m_pPage(page),
+      m_pConsumer(consumer),
+      m_mediaSize(mediaSize),
+      m_orientation(orientation),
+      m_scaling(scaling),
+      m_inputBin(inputBin),
+      m_limits(printableMediaSize.GetLimits()),
+      m_imageableAreas(imageableAreas)
+{
+    if (consumer == nullptr)
+    {
+        exception::Throw<std::invalid_argument>("pXpsDocuConsumer is null.");
+    }
+    if (page == nullptr)
+    {
+        exception::Throw<std::invalid_argument>("pPage is null.");
+    }
+    m_targetMedia = ResolveTarget(provider, m_limits);
+    NormaliseOrientation();
+}
+
+void FixedPageValidator::Process()
+{
+    const bool isOriented = m_orientation.GetScope() != printschema::Scope::None;
+    const bool turns = isOriented && MustTurn(m_orientation.GetOptionId(), m_mediaSize.IsPortrait());
+    if (turns)
+    {
+        m_mediaSize.Rotate();
+    }
+    const bool fits = m_limits.Contains(m_mediaSize.GetSize());
+    if (!fits)
+    {
+        FitToTarget();
+    }
+    if (turns || !fits)
+    {
+        ReplacePrintTicket();
+    }
+    if (turns)
+    {
+        RewriteMarkup();
+    }
+}
+
+void FixedPageValidator::ReplacePrintTicket()
+{
+    const OldTicket old = DetachTicket(*m_pPage.Get());
+    WriteAccessors(old.document);
+
+    ComPtr<IPartPrintTicket> part;
+    io::ScopedWriteStream writer;
+    ThrowIfFailed(m_pConsumer->GetNewEmptyPart(MakeTicketName(old.name).c_str(),
+                                               __uuidof(IPartPrintTicket),
+                                               part.ReceiveUntyped(),
+                                               writer.Receive()));
+    SaveTicket(old.document.Get(), writer.Get());
+    writer.Close();
+    ThrowIfFailed(m_pPage->SetPrintTicket(part.Get()));
+}
+
+void FixedPageValidator::RewriteMarkup()
+{
+    ComPtr<IPrintReadStream> reader;
+    ThrowIfFailed(m_pPage->GetStream(reader.Receive()));
+    io::ScopedWriteStream writer;
+    ThrowIfFailed(m_pPage->GetWriteStream(writer.Receive()));
+
+    io::PrintStreamBuffer buffer(writer.Get());
+    std::ostream output(&buffer);
+    const auto markup = utility::MakeCom<io::PrintReadStreamToIStream>(reader.Get());
+    ParseMarkup(*markup, *CreateContentHandler(output));
+    if (!output)
+    {
+        exception::Throw<std::runtime_error>("the page's markup could not be written.");
+    }
+    writer.Close();
+}
+
+ComPtr<ISAXContentHandler> FixedPageValidator::CreateContentHandler(std::ostream& output)
+{
+    // Of fixed angle and scale, whatever the ticket says of scaling.
+    return ComPtr<ISAXContentHandler>::Adopt(new FixedPageSaxConvertor(output, kTurnDegrees, kTurnScale));
+}
+
+ComPtr<IXMLDOMDocument2> FixedPageValidator::LoadTicket(IPrintReadStream* reader)
+{
+    if (reader == nullptr)
+    {
+        exception::Throw<std::invalid_argument>("pReader is null.");
+    }
+    const auto stream = utility::MakeCom<io::PrintReadStreamToIStream>(reader);
+    auto document = xml::XmlUtility::CreateDocument(CLSCTX_ALL);
+    VARIANT_BOOL loaded = VARIANT_FALSE;
+    ThrowIfFailed(document->load(utility::Variant(stream.Get()).Get(), &loaded));
+    if (loaded != VARIANT_TRUE)
+    {
+        ThrowIfFailed(E_FAIL);
+    }
+    return document;
+}
+
+void FixedPageValidator::SaveTicket(IXMLDOMDocument2* document, IPrintWriteStream* writer)
+{
+    if (document == nullptr)
+    {
+        exception::Throw<std::invalid_argument>("pDOMDocument is null.");
+    }
+    if (writer == nullptr)
+    {
+        exception::Throw<std::invalid_argument>("pWriter is null.");
+    }
+    const auto stream = utility::MakeCom<io::PrintWriteStreamToIStream>(writer);
+    ThrowIfFailed(document->save(utility::Variant(stream.Get()).Get()));
+}
+
+void FixedPageValidator::NormaliseOrientation()
+{
+    const bool isOriented = m_orientation.GetScope() != printschema::Scope::None;
+    if (isOriented && printschema::PageOrientationData::IsLandscapeOrientation(m_orientation.GetOptionId()))
+    {
+        m_mediaSize.Rotate();
+        m_orientation.RotateOption();
+    }
+}
+
+void FixedPageValidator::FitToTarget()
+{
+    using printschema::ScalingData;
+    if (m_scaling.GetOptionId() == ScalingData::kFitMediaSizeToMediaSize)
+    {
+        const auto source = m_imageableAreas.Read(m_mediaSize.GetMediaSizeEntry());
+        const auto target = m_imageableAreas.Read(m_targetMedia);
+        m_scaling.SetOptionId(ScalingData::kCustom);
+        m_scaling.SetScale(FitOnto(source, target));
+    }
+    m_mediaSize.SetFromEntry(printschema::MediaSizeTable::Shared().Lookup(m_targetMedia.value));
+    // The table knows no size for a custom sheet.
+    m_mediaSize.SetSize(m_targetMedia.size);
+}
+
+void FixedPageValidator::WriteAccessors(const ComPtr<IXMLDOMDocument2>& ticket) const
+{
+    const auto handler = PrintSchemaDocumentHandler::ForPrintTicket(ticket);
+    const printschema::PrintTicketFunctionOption* accessors[] = {&m_mediaSize, &m_orientation, &m_scaling};
+    for (const auto* accessor : accessors)
+    {
+        // Writing appends, and a ticket holds a feature once.
+        accessor->Remove(handler);
+        accessor->Write(handler);
+    }
+}
+} // namespace base::xps
