@@ -1,0 +1,50 @@
+#pragma once
+
+#include <mutex>
+
+#include "base/xps/filterpipeline/xpsdocumentproviderfilterbase.h"
+#include "base/xps/printschema/imageableareareader.h"
+#include "base/xps/printschema/inputbindata.h"
+#include "base/xps/printschema/mediasizedata.h"
+#include "base/xps/printschema/pageorientationdata.h"
+#include "base/xps/printschema/printablemediasizedata.h"
+#include "base/xps/printschema/scalingdata.h"
+#include "pagevalidatefilter/modulecount.h"
+
+namespace pagevalidatefilter
+{
+/// The module's filter: passes every part on in order, and makes each fixed page agree with its print ticket
+/// on the way.
+class PageValidateXpsFilter final : public base::xps::filterpipeline::XpsDocumentProviderFilterBase
+{
+public:
+    PageValidateXpsFilter();
+
+protected:
+    void RunOperation() override;
+    void EndOperation() override;
+    void CancelOperation() override;
+
+    // All throw std::invalid_argument for a null part, and HresultError for what the consumer refuses.
+    void OnUnknownPart(const base::utility::ComPtr<IUnknown>& part) override;
+    void OnFixedPage(const base::utility::ComPtr<IFixedPage>& page) override;
+    void OnFixedDocument(const base::utility::ComPtr<IFixedDocument>& document) override;
+    void OnFixedDocumentSequence(const base::utility::ComPtr<IFixedDocumentSequence>& sequence) override;
+    void OnXpsDocument(const base::utility::ComPtr<IXpsDocument>& document) override;
+
+private:
+    void ReadTicket(EPrintTicketScope scope);
+    void CloseWriter() const;
+
+    // Guards the writer alone, which a cancelling thread closes.
+    mutable std::mutex m_writerLock;
+    base::utility::ComPtr<IXpsDocumentConsumer> m_pWriter;
+    base::xps::printschema::ScalingData m_scalingData;
+    base::xps::printschema::InputBinData m_inputBinData;
+    base::xps::printschema::MediaSizeData m_mediaSizeData;
+    base::xps::printschema::PageOrientationData m_orientationData;
+    base::xps::printschema::PrintableMediaSizeData m_printableMediaSizeData;
+    base::xps::printschema::ImageableAreaReader m_imageableAreas;
+    ModuleReference m_moduleReference;
+};
+} // namespace pagevalidatefilter
