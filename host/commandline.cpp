@@ -8,50 +8,156 @@ namespace host
 {
 namespace
 {
-constexpr const char* kFooter = R"(Examples:
-  xpsfilterhost turn letter.xps -o turned.xps
-  xpsfilterhost turn "C:\print jobs\report.oxps" -o report-turned.oxps
+constexpr const char* kFooter = R"(Examples (sample.xps stands for any XPS or OpenXPS document):
+  xpsfilterhost run sample.xps -o out.xps
+  xpsfilterhost run sample.xps --dry-run --orientation Landscape --media ISOA4
+  xpsfilterhost tickets sample.xps
 
-Exit status: 0 done, 1 wrong usage, 2 the document could not be processed;
-then one line on stderr names the part at fault and the reason.)";
+Exit status: 0 done; 1 the filter failed, with its HRESULT and the part it was at;
+2 the document, a file or an argument cannot be used. Failures are one line on stderr.)";
 
-constexpr const char* kTurnFooter =
-    R"(The output appears only when the whole document has been written; an existing
-file of that name is then replaced. It must not be the input itself.
+constexpr const char* kRunFooter =
+    R"(Prints one line a page: its size before and after in 1/96 inch, the orientation, the
+medium and the limits that its ticket asks for, what the filter decided and why, and its
+ticket parts. The output appears only when the whole document has been written; an
+existing file of that name is then replaced. It must not be the input itself.
 
-Example:
-  xpsfilterhost turn letter.xps -o turned.xps)";
+Lengths of --media and --limits are millimetres.
+
+Examples (sample.xps stands for any XPS or OpenXPS document):
+  xpsfilterhost run sample.xps -o out.xps
+  xpsfilterhost run sample.xps -o out.xps --media ISOA3 --limits 76.2x127-215.9x355.6
+  xpsfilterhost run sample.xps --dry-run --json --orientation Landscape)";
+
+/// The options as they are typed, before they are taken for a command.
+struct Typed
+{
+    std::string input;
+    std::string output;
+    std::string userTicket;
+    std::string device;
+    std::string printer;
+    std::string privatePrefix;
+    std::string orientation;
+    std::string media;
+    std::string limits;
+    std::string module;
+    std::int32_t tesselType = 0;
+    bool isDryRun = false;
+    bool showsCalls = false;
+    bool asJson = false;
+};
 
 std::filesystem::path FromUtf8Path(const std::string& text)
 {
     return std::u8string(text.begin(), text.end());
 }
+
+std::optional<std::filesystem::path> ToPath(const std::string& text)
+{
+    return text.empty() ? std::nullopt : std::optional(FromUtf8Path(text));
+}
+
+std::optional<std::string> ToText(const std::string& text)
+{
+    return text.empty() ? std::nullopt : std::optional(text);
+}
+
+void AddSettingOptions(CLI::App& command, Typed& typed)
+{
+    command.add_option("IN", typed.input, "The XPS or OpenXPS document to read")->required();
+    command
+        .add_option("--user-ticket", typed.userTicket, "The user's print ticket (default: Letter, upright)")
+        ->type_name("FILE");
+    command
+        .add_option(
+            "--device", typed.device, "The device, as a print capabilities document (default: built-in)")
+        ->type_name("FILE");
+    command.add_option("--printer", typed.printer, "A printer of the spooler, with the platform's provider")
+        ->type_name("NAME");
+    command.add_option("--tessel-type", typed.tesselType, "The driver's page-description type: 1, 7 or 76")
+        ->type_name("N");
+    command
+        .add_option(
+            "--ns-prefix", typed.privatePrefix, "The driver's private namespace prefix (default: ns0000)")
+        ->type_name("P");
+    command.add_option("--orientation", typed.orientation, "What if: the user's PageOrientation")
+        ->type_name("NAME");
+    command.add_option("--media", typed.media, "What if: the user's PageMediaSize, as ISOA4 or 210x297 (mm)")
+        ->type_name("MEDIA");
+    command.add_option("--limits", typed.limits, "What if: the printable sheets, MINWxMINH-MAXWxMAXH (mm)")
+        ->type_name("LIMITS");
+    command.add_option("--module", typed.module, "The filter's DLL (default: the one beside this program)")
+        ->type_name("FILE");
+    command.get_option("--device")->excludes("--printer");
+}
+
+JobSetting ToSetting(const CLI::App& command, const Typed& typed)
+{
+    JobSetting setting;
+    setting.userTicket = ToPath(typed.userTicket);
+    setting.device = ToPath(typed.device);
+    setting.printer = ToText(typed.printer);
+    setting.privatePrefix = ToText(typed.privatePrefix);
+    setting.module = ToPath(typed.module);
+    if (command.count("--tessel-type") > 0)
+    {
+        setting.tesselType = typed.tesselType;
+    }
+    setting.overrides.orientation = ToText(typed.orientation);
+    setting.overrides.media = ToText(typed.media);
+    setting.overrides.limits = ToText(typed.limits);
+    if (setting.privatePrefix)
+    {
+        setting.overrides.privatePrefix = *setting.privatePrefix;
+    }
+    return setting;
+}
 } // namespace
 
-std::variant<TurnCommand, Notice> ParseCommandLine(const std::vector<std::string>& arguments)
+Command ParseCommandLine(const std::vector<std::string>& arguments)
 {
-    std::string input;
-    std::string output;
-    CLI::App app("Runs XPS documents through page filters, offline: no printer, no spooler.",
+    Typed typed;
+    CLI::App app("Runs XPS documents through the page-validation filter, offline: no printer, no spooler.",
                  "xpsfilterhost");
     app.require_subcommand(1);
     app.set_version_flag("--version", HOST_VERSION, "Print the version and exit");
     app.footer(kFooter);
-    CLI::App* const turn = app.add_subcommand("turn", "Turn every page of a document a quarter turn");
-    turn->footer(kTurnFooter);
-    turn->add_option("IN", input, "The XPS or OpenXPS document to read")->required();
-    turn->add_option("-o,--output", output, "The document to write")->required()->type_name("OUT");
+
+    CLI::App* const run = app.add_subcommand("run", "Run the filter over a document");
+    run->footer(kRunFooter);
+    AddSettingOptions(*run, typed);
+    run->add_option("-o,--output", typed.output, "The document to write")->type_name("OUT");
+    run->add_flag("--dry-run", typed.isDryRun, "Write no document")->excludes("-o");
+    run->add_flag("--trace", typed.showsCalls, "Print each pipeline call and its HRESULT on stderr");
+    run->add_flag("--json", typed.asJson, "Print one JSON object a page in place of the table");
+
+    CLI::App* const tickets =
+        app.add_subcommand("tickets", "Show each level's ticket and where its values come from");
+    AddSettingOptions(*tickets, typed);
     try
     {
         // The parser takes its arguments from the back.
         app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
+        if (run->parsed() && typed.output.empty() && !typed.isDryRun)
+        {
+            throw CLI::RequiredError("--output or --dry-run");
+        }
     }
     catch (const CLI::ParseError& stop)
     {
         std::ostringstream text;
         const bool isHelp = app.exit(stop, text, text) == 0;
-        return Notice{isHelp ? ExitStatus::Success : ExitStatus::WrongUsage, text.str()};
+        return Notice{isHelp ? ExitStatus::Done : ExitStatus::Unusable, text.str()};
     }
-    return TurnCommand{FromUtf8Path(input), FromUtf8Path(output)};
+    if (tickets->parsed())
+    {
+        return TicketsCommand{FromUtf8Path(typed.input), ToSetting(*tickets, typed)};
+    }
+    return RunCommand{FromUtf8Path(typed.input),
+                      ToPath(typed.output),
+                      ToSetting(*run, typed),
+                      typed.showsCalls,
+                      typed.asJson};
 }
 } // namespace host

@@ -1,24 +1,54 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
+
+#include "host/tickets/userticket.h"
 
 namespace host
 {
 enum class ExitStatus
 {
-    Success = 0,
-    WrongUsage = 1,
-    JobFailed = 2
+    Done = 0,
+    FilterFailed = 1,
+    /// The document, another file or the command line.
+    Unusable = 2
 };
 
-/// Turn every page of a document.
-struct TurnCommand
+/// The printer, the driver and the user that a job is run for.
+struct JobSetting
+{
+    std::optional<std::filesystem::path> userTicket;
+    std::optional<std::filesystem::path> device;
+    /// A printer of the spooler, which takes the platform's own print ticket provider.
+    std::optional<std::string> printer;
+    std::optional<std::int32_t> tesselType;
+    std::optional<std::string> privatePrefix;
+    tickets::TicketOverrides overrides;
+    /// The filter's DLL, in place of the one beside this program.
+    std::optional<std::filesystem::path> module;
+};
+
+/// Run the filter over a document.
+struct RunCommand
 {
     std::filesystem::path input;
-    std::filesystem::path output;
+    /// Empty for a dry run.
+    std::optional<std::filesystem::path> output;
+    JobSetting setting;
+    bool showsCalls = false;
+    bool asJson = false;
+};
+
+/// Show the tickets of a document and where their values come from.
+struct TicketsCommand
+{
+    std::filesystem::path input;
+    JobSetting setting;
 };
 
 /// There is nothing to do but to say something: help, or what is wrong with the command line.
@@ -28,6 +58,8 @@ struct Notice
     std::string text;
 };
 
+using Command = std::variant<RunCommand, TicketsCommand, Notice>;
+
 /// Takes the arguments in UTF-8, without the program's name.
-std::variant<TurnCommand, Notice> ParseCommandLine(const std::vector<std::string>& arguments);
+Command ParseCommandLine(const std::vector<std::string>& arguments);
 } // namespace host

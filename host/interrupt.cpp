@@ -29,6 +29,11 @@ Interrupt::~Interrupt()
     SetConsoleCtrlHandler(&OnConsoleEvent, FALSE);
 }
 
+bool Interrupt::IsRaised() const noexcept
+{
+    return raised;
+}
+
 void Interrupt::ThrowIfRaised() const
 {
     if (raised)

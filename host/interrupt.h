@@ -21,6 +21,8 @@ public:
     Interrupt& operator=(const Interrupt&) = delete;
     ~Interrupt();
 
+    bool IsRaised() const noexcept;
+
     /// Throws InterruptedError once there was one.
     void ThrowIfRaised() const;
 };

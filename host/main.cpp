@@ -1,72 +1,272 @@
+#include <chrono>
 #include <exception>
+#include <filesystem>
+#include <iomanip>
+#include <sstream>
 #include <string>
 #include <variant>
 #include <vector>
 
 #include "base/logging/errors.h"
+#include "base/utility/safecoinit.h"
 #include "base/utility/utf8.h"
+#include "base/xps/printschema/defaulttickets.h"
 #include "host/commandline.h"
 #include "host/console.h"
+#include "host/filebytes.h"
+#include "host/filterjob.h"
 #include "host/interrupt.h"
-#include "host/opc/ziparchive.h"
-#include "host/pagerewriter.h"
-#include "host/rewritejob.h"
+#include "host/opc/package.h"
+#include "host/opc/packageerror.h"
+#include "host/pipeline/propertybags.h"
+#include "host/report/pagetable.h"
+#include "host/tickets/printer.h"
+#include "host/tickets/printticketlibrary.h"
+#include "host/ticketsjob.h"
+#include "host/xml/elementreader.h"
+#include "host/xps/xpsdocument.h"
 
 namespace host
 {
 namespace
 {
-/// The main thread's apartment, which the XML reader needs.
-class ComApartment
-{
-public:
-    ComApartment() { base::exception::ThrowIfFailed(CoInitializeEx(nullptr, COINIT_MULTITHREADED)); }
-    ComApartment(const ComApartment&) = delete;
-    ComApartment& operator=(const ComApartment&) = delete;
-    ~ComApartment() { CoUninitialize(); }
-};
-
 std::string CountOf(std::size_t count, const char* what)
 {
     return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
 }
 
-std::string Describe(const JobProgress& progress)
+std::filesystem::path ProgramFolder()
 {
-    if (progress.stage == JobStage::Writing)
+    std::wstring path(MAX_PATH, L'\0');
+    while (GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())) == path.size())
     {
-        return "writing, " + std::to_string(static_cast<int>(progress.written * 100)) + " %";
+        path.resize(path.size() * 2);
     }
-    return "page " + std::to_string(progress.done.pages) + " (document " +
-           std::to_string(progress.done.documents) + ")";
+    return std::filesystem::path(path.c_str()).parent_path();
 }
 
-ExitStatus Run(const TurnCommand& command, Console& console)
+std::string Describe(HRESULT result)
 {
-    const std::string input = opc::ToUtf8Path(command.input);
+    std::ostringstream text;
+    text << "0x" << std::hex << std::setw(8) << std::setfill('0') << static_cast<std::uint32_t>(result)
+         << ": " << base::exception::GetErrorText(result);
+    return text.str();
+}
+
+/// What is wrong with the part that the filter stopped at, as far as the host can tell: the filter answers
+/// with an HRESULT only.
+void ThrowPackageFault(const std::filesystem::path& input, const std::string& partName, HRESULT result)
+{
+    const opc::Package package(input);
+    const auto part = opc::PartName::FromItem(partName);
+    if (!part || !package.Has(*part))
+    {
+        return;
+    }
+    std::vector<opc::PartName> suspects{*part};
+    if (const auto ticket = xps::FindPrintTicket(package, *part))
+    {
+        suspects.push_back(*ticket);
+    }
+    for (const opc::PartName& suspect : suspects)
+    {
+        const std::string fault = xml::FindMarkupFault(package.Read(suspect));
+        if (!fault.empty())
+        {
+            throw opc::PackageError(suspect.Text(),
+                                    fault + " (the filter answered " + Describe(result) + ")");
+        }
+    }
+}
+
+/// Shows a run to the user while it goes on.
+class RunView
+{
+public:
+    RunView(const RunCommand& command, Console& console) : m_command(command), m_console(console) {}
+
+    void Connect(FilterJob& job, const Interrupt& interrupt)
+    {
+        job.onPage = [this](const report::PageReport& page) { ShowPage(page); };
+        if (m_command.showsCalls)
+        {
+            job.onCall = [this](const pipeline::TracedCall& call) { ShowCall(call); };
+        }
+        job.isCancelled = [&interrupt] { return interrupt.IsRaised(); };
+        job.onWriting = [this, &interrupt](double fraction) {
+            interrupt.ThrowIfRaised();
+            m_console.ShowProgress("writing, " + std::to_string(static_cast<int>(fraction * 100)) + " %");
+        };
+    }
+
+    void ShowOutcome(const FilterOutcome& outcome)
+    {
+        if (!m_command.asJson)
+        {
+            m_console.PrintOut(Summarise(outcome));
+        }
+        if (outcome.keptObjects != 0 || outcome.isModuleInUse)
+        {
+            m_console.PrintError("xpsfilterhost: the filter keeps " + CountOf(outcome.keptObjects, "object") +
+                                 " of the pipeline" +
+                                 (outcome.isModuleInUse ? ", and its module is still in use\n" : "\n"));
+        }
+    }
+
+private:
+    void ShowPage(const report::PageReport& page)
+    {
+        ++m_decisions[static_cast<std::size_t>(report::Decide(page))];
+        if (m_command.asJson)
+        {
+            m_console.PrintOut(report::FormatJson(page));
+            return;
+        }
+        if (page.number == 1)
+        {
+            m_console.PrintOut(report::FormatTableHead());
+        }
+        m_console.PrintOut(report::FormatTableLine(page));
+        m_console.ShowProgress("page " + std::to_string(page.number));
+    }
+
+    void ShowCall(const pipeline::TracedCall& call)
+    {
+        std::ostringstream line;
+        line << "0x" << std::hex << std::setw(8) << std::setfill('0')
+             << static_cast<std::uint32_t>(call.result) << " " << call.method
+             << (call.subject.empty() ? "" : " ") << call.subject << "\n";
+        m_console.PrintError(line.str());
+    }
+
+    std::string Summarise(const FilterOutcome& outcome) const
+    {
+        const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - m_start;
+        std::ostringstream text;
+        text << CountOf(outcome.pages, "page") << " in " << CountOf(outcome.documents, "document") << ":";
+        const char* separator = " ";
+        for (std::size_t decision = 0; decision < std::size(m_decisions); ++decision)
+        {
+            text << separator << m_decisions[decision] << " "
+                 << report::NameOf(static_cast<report::Decision>(decision));
+            separator = "; ";
+        }
+        text << "; " << std::fixed << std::setprecision(2) << seconds.count() << " s";
+        text << (m_command.output ? ": " + opc::ToUtf8Path(*m_command.output) : ", nothing written") << "\n";
+        return text.str();
+    }
+
+    const RunCommand& m_command;
+    Console& m_console;
+    std::size_t m_decisions[4] = {};
+    std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
+};
+
+/// What every job needs before it starts.
+class JobGround
+{
+public:
+    explicit JobGround(const JobSetting& setting)
+        : m_library(setting.printer ? std::nullopt
+                                    : std::optional(ProgramFolder() / "offline" / "prntvpt.dll")),
+          m_userTicket(tickets::MakeUserTicket(setting.userTicket, setting.overrides))
+    {
+        if (setting.device)
+        {
+            Describe(*setting.device);
+        }
+    }
+
+    const std::string& UserTicket() const noexcept { return m_userTicket; }
+
+private:
+    void Describe(const std::filesystem::path& device) const
+    {
+        const std::string description = ReadFileBytes(device);
+        try
+        {
+            m_library.DescribeDevice(description);
+        }
+        catch (const std::runtime_error& fault)
+        {
+            throw std::runtime_error(opc::ToUtf8Path(device) + ": " + fault.what());
+        }
+    }
+
+    base::utility::SafeCoInit m_com;
+    tickets::PrintTicketLibrary m_library;
+    std::string m_userTicket;
+};
+
+std::optional<std::wstring> PrinterOf(const JobSetting& setting)
+{
+    return setting.printer ? std::optional(base::utility::FromUtf8(*setting.printer)) : std::nullopt;
+}
+
+ExitStatus Carry(const RunCommand& command, Console& console)
+{
+    const JobGround ground(command.setting);
+    const Interrupt interrupt;
+    FilterJob job;
+    job.input = command.input;
+    job.output = command.output;
+    job.module = command.setting.module.value_or(ProgramFolder() / "pagevalidatefilter.dll");
+    job.userTicket = ground.UserTicket();
+    job.printer = PrinterOf(command.setting);
+    job.tesselType = command.setting.tesselType;
+    job.privatePrefix = command.setting.overrides.privatePrefix;
+    RunView view(command, console);
+    view.Connect(job, interrupt);
+
+    const FilterOutcome outcome = RunFilter(job);
+    if (FAILED(outcome.result))
+    {
+        ThrowPackageFault(command.input, outcome.part, outcome.result);
+        const std::string at = outcome.part.empty() ? "" : outcome.part + ": ";
+        console.PrintError(ToOneLine("xpsfilterhost: " + opc::ToUtf8Path(command.input) + ": " + at +
+                                     "the filter failed with " + Describe(outcome.result)) +
+                           "\n");
+        return ExitStatus::FilterFailed;
+    }
+    view.ShowOutcome(outcome);
+    return ExitStatus::Done;
+}
+
+ExitStatus Carry(const TicketsCommand& command, Console& console)
+{
+    const JobGround ground(command.setting);
+    const opc::Package package(command.input);
+    const tickets::Printer printer(PrinterOf(command.setting));
+    const std::wstring defaultTicket =
+        base::xps::printschema::DefaultPrintTicketOf(command.setting.tesselType.value_or(7));
+    ListTickets(package,
+                {ground.UserTicket(), defaultTicket, printer.Name(), printer.UserToken()},
+                [&](const std::string& text) { console.PrintOut(text); });
+    return ExitStatus::Done;
+}
+
+template <typename JobCommand>
+ExitStatus Run(const JobCommand& command, Console& console)
+{
     try
     {
-        const ComApartment apartment;
-        const Interrupt interrupt;
-        const auto onProgress = [&](const JobProgress& progress) {
-            interrupt.ThrowIfRaised();
-            console.ShowProgress(Describe(progress));
-        };
-        const JobCount done = RewritePages(command.input, command.output, &RewritePage, onProgress);
-        console.PrintOut("turned " + CountOf(done.pages, "page") + " in " +
-                         CountOf(done.documents, "document") + ": " + opc::ToUtf8Path(command.output) + "\n");
-        return ExitStatus::Success;
+        return Carry(command, console);
+    }
+    catch (const opc::PackageError& failure)
+    {
+        console.PrintError(
+            ToOneLine("xpsfilterhost: " + opc::ToUtf8Path(command.input) + ": " + failure.what()) + "\n");
     }
     catch (const std::exception& failure)
     {
-        console.PrintError(ToOneLine("xpsfilterhost: " + input + ": " + failure.what()) + "\n");
-        return ExitStatus::JobFailed;
+        console.PrintError(ToOneLine(std::string("xpsfilterhost: ") + failure.what()) + "\n");
     }
+    return ExitStatus::Unusable;
 }
 
 ExitStatus Run(const Notice& notice, Console& console)
 {
-    notice.status == ExitStatus::Success ? console.PrintOut(notice.text) : console.PrintError(notice.text);
+    notice.status == ExitStatus::Done ? console.PrintOut(notice.text) : console.PrintError(notice.text);
     return notice.status;
 }
 } // namespace

@@ -120,12 +120,27 @@ Package::Package(const std::filesystem::path& path) : m_path(path), m_archive(pa
 
 std::string Package::Read(const PartName& part) const
 {
+    return ReadItems(Find(part));
+}
+
+std::string Package::ReadStart(const PartName& part, std::size_t wanted) const
+{
+    std::string start;
+    for (const std::size_t item : Find(part).items)
+    {
+        m_archive.AppendStart(item, start, wanted);
+    }
+    return start;
+}
+
+const StoredPart& Package::Find(const PartName& part) const
+{
     const auto found = m_parts.find(part);
     if (found == m_parts.end())
     {
         throw PackageError(part.Text(), "is missing from the package");
     }
-    return ReadItems(found->second);
+    return found->second;
 }
 
 Relationships Package::RelationshipsOf(const PartName& source) const

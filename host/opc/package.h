@@ -38,6 +38,9 @@ public:
     /// The decompressed content. Throws PackageError when the package has no such part or cannot give it.
     std::string Read(const PartName& part) const;
 
+    /// The first `wanted` bytes of the content, or all of a shorter one. Throws as Read does.
+    std::string ReadStart(const PartName& part, std::size_t wanted) const;
+
     /// Empty when the package declares no type for the part.
     std::string_view ContentTypeOf(const PartName& part) const { return m_contentTypes.Find(part); }
 
@@ -51,6 +54,7 @@ public:
     const StoredPart& ContentTypesStream() const noexcept { return m_contentTypesStream; }
 
 private:
+    const StoredPart& Find(const PartName& part) const;
     std::string ReadItems(const StoredPart& stored) const;
     void ReadContentTypes();
 

@@ -1,5 +1,6 @@
 #include "host/opc/ziparchive.h"
 
+#include <algorithm>
 #include <array>
 #include <string_view>
 
@@ -9,11 +10,6 @@ namespace host::opc
 {
 namespace
 {
-struct FileCloser
-{
-    void operator()(zip_file_t* file) const noexcept { zip_fclose(file); }
-};
-
 [[noreturn]] void FailToOpen(int code)
 {
     switch (code)
@@ -71,14 +67,20 @@ void ZipArchive::ReadDirectory()
     }
 }
 
+ZipArchive::OpenItem ZipArchive::Open(std::size_t index) const
+{
+    OpenItem file(zip_fopen_index(m_archive.get(), index, 0));
+    if (file == nullptr)
+    {
+        FailToRead(m_items.at(index), zip_error_code_zip(zip_get_error(m_archive.get())));
+    }
+    return file;
+}
+
 void ZipArchive::Append(std::size_t index, std::string& content, std::uint64_t limit) const
 {
     const ZipItem& item = m_items.at(index);
-    const std::unique_ptr<zip_file_t, FileCloser> file(zip_fopen_index(m_archive.get(), index, 0));
-    if (file == nullptr)
-    {
-        FailToRead(item, zip_error_code_zip(zip_get_error(m_archive.get())));
-    }
+    const OpenItem file = Open(index);
     // Grows with what there is, not with what the directory promises.
     std::array<char, 65536> chunk;
     std::uint64_t total = 0;
@@ -106,13 +108,32 @@ void ZipArchive::Append(std::size_t index, std::string& content, std::uint64_t l
     }
 }
 
+void ZipArchive::AppendStart(std::size_t index, std::string& content, std::size_t wanted) const
+{
+    const OpenItem file = Open(index);
+    std::array<char, 4096> chunk;
+    while (content.size() < wanted)
+    {
+        const std::size_t missing = wanted - content.size();
+        const zip_int64_t read = zip_fread(file.get(), chunk.data(), std::min(chunk.size(), missing));
+        if (read < 0)
+        {
+            FailToRead(m_items.at(index), zip_error_code_zip(zip_file_get_error(file.get())));
+        }
+        if (read == 0)
+        {
+            return;
+        }
+        content.append(chunk.data(), static_cast<std::size_t>(read));
+    }
+}
+
 void ZipArchive::RequireReadable() const
 {
     std::array<char, 65536> chunk;
     for (zip_uint64_t index = 0; index < m_items.size(); ++index)
     {
-        const std::unique_ptr<zip_file_t, FileCloser> file(
-            zip_fopen_index(m_archive.get(), index, ZIP_FL_COMPRESSED));
+        const OpenItem file(zip_fopen_index(m_archive.get(), index, ZIP_FL_COMPRESSED));
         zip_int64_t read = file == nullptr ? -1 : 1;
         while (read > 0)
         {

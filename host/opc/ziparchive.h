@@ -38,6 +38,10 @@ public:
     /// longer than `limit` bytes.
     void Append(std::size_t index, std::string& content, std::uint64_t limit) const;
 
+    /// Appends what an item begins with until `content` has `wanted` bytes, or all of a shorter item. Throws
+    /// PackageError, naming the item, when it cannot be decompressed.
+    void AppendStart(std::size_t index, std::string& content, std::size_t wanted) const;
+
     /// Reads the stored bytes of every item. Throws PackageError, naming the first one that cannot be read.
     void RequireReadable() const;
 
@@ -50,7 +54,14 @@ private:
         void operator()(zip_t* archive) const noexcept { zip_discard(archive); }
     };
 
+    struct FileCloser
+    {
+        void operator()(zip_file_t* file) const noexcept { zip_fclose(file); }
+    };
+    using OpenItem = std::unique_ptr<zip_file_t, FileCloser>;
+
     void ReadDirectory();
+    OpenItem Open(std::size_t index) const;
 
     std::unique_ptr<zip_t, Closer> m_archive;
     std::vector<ZipItem> m_items;

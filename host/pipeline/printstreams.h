@@ -41,6 +41,8 @@ public:
     /// How often the filter has closed the stream: a second time is its fault as well as none.
     int CloseCount() const noexcept { return m_closeCount; }
 
+    const opc::PartContent& Content() const noexcept { return m_content; }
+
     /// Gives away what was written. To be called once, after the stream was closed.
     opc::PartContent DetachContent() { return std::move(m_content); }
 

@@ -128,6 +128,11 @@ std::vector<std::string> ReadSources(std::string_view markup,
 }
 } // namespace
 
+std::optional<PartName> FindPrintTicket(const opc::Package& package, const PartName& part)
+{
+    return FindTarget(package, part, &Vocabulary::printTicket);
+}
+
 XpsDocument::XpsDocument(const opc::Package& package) : m_package(package), m_sequence(FindSequence(package))
 {
     RequirePart(m_sequence, PartName::PackageRoot().RelationshipsPart());
@@ -165,7 +170,7 @@ JobPart XpsDocument::Enter(JobPartKind kind, const PartName& name)
     {
         throw PackageError(name.Text(), "stands in the document twice");
     }
-    JobPart part{kind, name, FindTarget(m_package, name, &Vocabulary::printTicket)};
+    JobPart part{kind, name, FindPrintTicket(m_package, name)};
     if (part.printTicket.has_value())
     {
         RequirePart(*part.printTicket, name);

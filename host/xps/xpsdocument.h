@@ -26,6 +26,9 @@ struct JobPart
     std::optional<opc::PartName> printTicket;
 };
 
+/// The print ticket of a part; empty without one. Throws PackageError for relationships that cannot be read.
+std::optional<opc::PartName> FindPrintTicket(const opc::Package& package, const opc::PartName& part);
+
 /// The tree of an XPS document in the order in which a print pipeline passes it on: the sequence, then each
 /// document followed by its pages. Documents are read as the walk reaches them.
 class XpsDocument

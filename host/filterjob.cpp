@@ -1,0 +1,153 @@
+#include "host/filterjob.h"
+
+#include <chrono>
+#include <future>
+#include <memory>
+#include <stdexcept>
+#include <utility>
+
+#include "base/logging/boundary.h"
+#include "base/logging/errors.h"
+#include "base/utility/safecoinit.h"
+#include "base/utility/utf8.h"
+#include "base/xps/printschema/defaulttickets.h"
+#include "host/opc/package.h"
+#include "host/opc/packagewriter.h"
+#include "host/pipeline/endpoints.h"
+#include "host/pipeline/filtermodule.h"
+#include "host/pipeline/propertybags.h"
+#include "host/report/pagereporter.h"
+#include "host/tickets/jobtickets.h"
+#include "host/tickets/printer.h"
+
+namespace host
+{
+using base::exception::AtBoundary;
+using base::exception::ThrowIfFailed;
+using base::utility::ComPtr;
+using base::utility::MakeCom;
+
+namespace
+{
+/// The bags that a filter is initialised with.
+ComPtr<pipeline::PipelinePropertyBag> MakePropertyBag(const FilterJob& job,
+                                                      const tickets::Printer& printer,
+                                                      pipeline::CallTrace& trace)
+{
+    auto driverBag = MakeCom<pipeline::DriverPropertyBag>(trace);
+    if (job.privatePrefix)
+    {
+        driverBag->SetText(L"QuellmarkNsPrefix", base::utility::FromUtf8(*job.privatePrefix));
+    }
+    if (job.tesselType)
+    {
+        driverBag->SetNumber(L"QuellmarkTesselType", *job.tesselType);
+    }
+    const auto userTicket = MakeCom<pipeline::TicketStreamFactory>(trace, job.userTicket);
+
+    auto bag = MakeCom<pipeline::PipelinePropertyBag>(trace);
+    bag->SetObject(L"DriverPropertyBag", driverBag.Get());
+    bag->SetObject(L"PerUserPrintTicket", userTicket.Get());
+    bag->SetText(L"PrinterName", printer.Name());
+    bag->SetHandle(L"UserSecurityToken", printer.UserToken());
+    bag->SetNumber(L"PrintJobId", 1);
+    if (printer.Handle() != nullptr)
+    {
+        bag->SetHandle(L"PrinterHandle", printer.Handle());
+    }
+    return bag;
+}
+
+std::filesystem::path TargetOf(const FilterJob& job)
+{
+    // Without an output only the spilled contents need a place, and they go with the writer.
+    return job.output ? *job.output : std::filesystem::temp_directory_path() / "xpsfilterhost-dry-run.xps";
+}
+
+/// The filter at work: its answer comes from a thread of its own.
+HRESULT Operate(IPrintPipelineFilter& filter,
+                pipeline::PipelineJob& job,
+                report::PageReporter& reporter,
+                const std::function<bool()>& isCancelled)
+{
+    constexpr auto lookEvery = std::chrono::milliseconds(50);
+    std::future<HRESULT> answer = std::async(std::launch::async, [&] {
+        return AtBoundary([&] {
+            const base::utility::SafeCoInit com;
+            const HRESULT result = filter.StartOperation();
+            // Its provider belongs to this thread.
+            reporter.Finish();
+            return result;
+        });
+    });
+    bool isAskedToStop = false;
+    while (answer.wait_for(lookEvery) != std::future_status::ready)
+    {
+        if (isCancelled() && !std::exchange(isAskedToStop, true))
+        {
+            job.isCancelled = true;
+            static_cast<void>(job.trace.Answer(
+                "IPrintPipelineFilter::ShutdownOperation", "", [&] { return filter.ShutdownOperation(); }));
+        }
+    }
+    return answer.get();
+}
+} // namespace
+
+FilterOutcome RunFilter(const FilterJob& job)
+{
+    const opc::Package package(job.input);
+    opc::PackageWriter writer(package, TargetOf(job));
+    const tickets::Printer printer(job.printer);
+    pipeline::CallTrace trace(job.onCall);
+    const auto shared = std::make_shared<pipeline::PipelineJob>(package, &writer, trace);
+    const pipeline::FilterModule module(job.module);
+
+    FilterOutcome outcome;
+    {
+        const auto bag = MakePropertyBag(job, printer, trace);
+        report::PageReporter reporter(package,
+                                      {job.userTicket,
+                                       base::xps::printschema::SelectDefaultPrintTicket(*bag),
+                                       printer.Name(),
+                                       printer.UserToken()},
+                                      job.onPage);
+        const auto control = MakeCom<pipeline::ManagerControl>(trace);
+        const auto communicator = MakeCom<pipeline::Communicator>(
+            trace,
+            MakeCom<pipeline::DocumentProvider>(shared),
+            MakeCom<pipeline::DocumentConsumer>(
+                shared, [&](const pipeline::SentPart& sent) { reporter.Take(sent); }));
+
+        const ComPtr<IPrintPipelineFilter> filter = module.CreateFilter();
+        outcome.result = trace.Answer("IPrintPipelineFilter::InitializeFilter", "", [&] {
+            return filter->InitializeFilter(communicator.Get(), bag.Get(), control.Get());
+        });
+        if (SUCCEEDED(outcome.result))
+        {
+            outcome.result = Operate(*filter.Get(), *shared, reporter, job.isCancelled);
+            trace.Tell("IPrintPipelineFilter::StartOperation", "", outcome.result);
+        }
+        outcome.part = shared->currentPart;
+        outcome.documents = reporter.Documents();
+        outcome.pages = reporter.Pages();
+    }
+    outcome.keptObjects = static_cast<std::size_t>(shared.use_count()) - 1;
+    outcome.isModuleInUse = !module.CanUnload();
+
+    if (FAILED(outcome.result))
+    {
+        if (const auto failure = trace.GetHostFailure())
+        {
+            std::rethrow_exception(failure);
+        }
+        return outcome;
+    }
+    if (job.output)
+    {
+        shared->RemoveOrphanedTickets();
+        writer.Commit(job.onWriting);
+    }
+    return outcome;
+}
+} // namespace host

@@ -1,0 +1,28 @@
+#include "host/pipeline/calltrace.h"
+
+namespace host::pipeline
+{
+void CallTrace::Tell(std::string_view method, std::string_view subject, HRESULT result)
+{
+    const std::lock_guard lock(m_lock);
+    if (m_listener)
+    {
+        m_listener({method, std::string(subject), result});
+    }
+}
+
+std::exception_ptr CallTrace::GetHostFailure() const
+{
+    const std::lock_guard lock(m_lock);
+    return m_failure;
+}
+
+void CallTrace::KeepFailure() noexcept
+{
+    const std::lock_guard lock(m_lock);
+    if (!m_failure)
+    {
+        m_failure = std::current_exception();
+    }
+}
+} // namespace host::pipeline

@@ -1,0 +1,62 @@
+#include "host/pipeline/endpoints.h"
+
+#include <cstdio>
+#include <string>
+
+#include "host/pipeline/printstreams.h"
+
+namespace host::pipeline
+{
+using base::utility::ComPtr;
+
+namespace
+{
+template <typename End>
+HRESULT HandOut(const ComPtr<End>& end, void** result)
+{
+    if (result == nullptr)
+    {
+        return E_POINTER;
+    }
+    *result = ComPtr<End>(end).Detach();
+    return S_OK;
+}
+} // namespace
+
+STDMETHODIMP Communicator::RequestReader(void** reader)
+{
+    return m_trace.Answer(
+        "IInterFilterCommunicator::RequestReader", "", [&] { return HandOut(m_pProvider, reader); });
+}
+
+STDMETHODIMP Communicator::RequestWriter(void** writer)
+{
+    return m_trace.Answer(
+        "IInterFilterCommunicator::RequestWriter", "", [&] { return HandOut(m_pConsumer, writer); });
+}
+
+STDMETHODIMP ManagerControl::RequestShutdown(HRESULT reason, IImgErrorInfo*)
+{
+    char text[11];
+    std::snprintf(text, sizeof(text), "0x%08lX", static_cast<unsigned long>(reason));
+    return m_trace.Answer("IPrintPipelineManagerControl::RequestShutdown", text, [] { return S_OK; });
+}
+
+STDMETHODIMP ManagerControl::FilterFinished()
+{
+    return m_trace.Answer("IPrintPipelineManagerControl::FilterFinished", "", [] { return S_OK; });
+}
+
+STDMETHODIMP TicketStreamFactory::GetStream(IPrintReadStream** stream)
+{
+    return m_trace.Answer("IPrintReadStreamFactory::GetStream", "PerUserPrintTicket", [&] {
+        if (stream == nullptr)
+        {
+            return E_POINTER;
+        }
+        *stream = nullptr;
+        *stream = base::utility::MakeCom<PartReadStream>(m_ticket).Detach();
+        return S_OK;
+    });
+}
+} // namespace host::pipeline

@@ -1,0 +1,72 @@
+#include "host/pipeline/filtermodule.h"
+
+#include <stdexcept>
+#include <string>
+
+#include "base/logging/errors.h"
+#include "base/utility/utf8.h"
+
+namespace host::pipeline
+{
+using base::exception::ThrowIfFailed;
+using base::utility::ComPtr;
+
+namespace
+{
+// As packaging/ names it to the pipeline.
+constexpr CLSID kFilterClass = {0xD79DCE9B, 0x5F31, 0x4A6C, {0xA1, 0x60, 0xA3, 0x4B, 0x2A, 0x81, 0x2B, 0xF8}};
+
+[[noreturn]] void Fail(const std::filesystem::path& library, const std::string& what)
+{
+    throw std::runtime_error(base::utility::ToUtf8(library.wstring()) + ": " + what);
+}
+} // namespace
+
+LoadedLibrary::LoadedLibrary(const std::filesystem::path& path)
+    : m_path(path), m_module(LoadLibraryW(path.c_str()))
+{
+    if (!m_module)
+    {
+        Fail(path, "cannot be loaded: " + base::exception::GetErrorText(HRESULT_FROM_WIN32(GetLastError())));
+    }
+}
+
+void (*LoadedLibrary::FindAddress(const char* name) const)()
+{
+    const FARPROC address = GetProcAddress(m_module.get(), name);
+    if (address == nullptr)
+    {
+        Fail(m_path, "does not export what the host calls");
+    }
+    return reinterpret_cast<void (*)()>(address);
+}
+
+FilterModule::FilterModule(const std::filesystem::path& path)
+    : m_library(path),
+      m_getClassObject(m_library.Find<decltype(DllGetClassObject)>("DllGetClassObject")),
+      m_canUnloadNow(m_library.Find<decltype(DllCanUnloadNow)>("DllCanUnloadNow"))
+{
+}
+
+FilterModule::~FilterModule()
+{
+    if (!CanUnload())
+    {
+        m_library.Abandon();
+    }
+}
+
+ComPtr<IPrintPipelineFilter> FilterModule::CreateFilter() const
+{
+    ComPtr<IClassFactory> factory;
+    ThrowIfFailed(m_getClassObject(kFilterClass, __uuidof(IClassFactory), factory.ReceiveUntyped()));
+    ComPtr<IPrintPipelineFilter> filter;
+    ThrowIfFailed(factory->CreateInstance(nullptr, __uuidof(IPrintPipelineFilter), filter.ReceiveUntyped()));
+    return filter;
+}
+
+bool FilterModule::CanUnload() const noexcept
+{
+    return m_canUnloadNow() == S_OK;
+}
+} // namespace host::pipeline

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <filesystem>
+#include <memory>
+
+#include "base/utility/comptr.h"
+#include "platform/filterpipeline.h"
+
+namespace host::pipeline
+{
+/// A DLL that was loaded by its path; freed on destruction.
+class LoadedLibrary
+{
+public:
+    /// Throws std::runtime_error, naming the file and the system's reason.
+    explicit LoadedLibrary(const std::filesystem::path& path);
+
+    /// Throws std::runtime_error when the library does not export it.
+    template <typename Function>
+    Function* Find(const char* name) const
+    {
+        return reinterpret_cast<Function*>(FindAddress(name));
+    }
+    template <typename Function>
+    Function* Find(WORD ordinal) const
+    {
+        return reinterpret_cast<Function*>(FindAddress(MAKEINTRESOURCEA(ordinal)));
+    }
+
+    /// Lets the library stay in the process for good.
+    void Abandon() noexcept { static_cast<void>(m_module.release()); }
+
+private:
+    struct Closer
+    {
+        using pointer = HMODULE;
+        void operator()(HMODULE module) const noexcept { FreeLibrary(module); }
+    };
+
+    void (*FindAddress(const char* name) const)();
+
+    std::filesystem::path m_path;
+    std::unique_ptr<HMODULE, Closer> m_module;
+};
+
+/// A filter's DLL as the pipeline uses it: without registration, by its path and its two exports.
+class FilterModule
+{
+public:
+    /// Throws std::runtime_error for what is no filter module.
+    explicit FilterModule(const std::filesystem::path& path);
+    FilterModule(const FilterModule&) = delete;
+    FilterModule& operator=(const FilterModule&) = delete;
+    ~FilterModule();
+
+    /// Creates the page-validation filter through its class factory. Throws HresultError.
+    base::utility::ComPtr<IPrintPipelineFilter> CreateFilter() const;
+
+    /// Whether the module answers that nothing of it is in use. A module that is in use is never unloaded.
+    bool CanUnload() const noexcept;
+
+private:
+    LoadedLibrary m_library;
+    decltype(DllGetClassObject)* m_getClassObject;
+    decltype(DllCanUnloadNow)* m_canUnloadNow;
+};
+} // namespace host::pipeline

@@ -1,0 +1,123 @@
+#include "host/report/pagetable.h"
+
+#include <array>
+#include <string_view>
+
+#include <nlohmann/json.hpp>
+
+namespace host::report
+{
+using base::xps::printschema::MediaSize;
+using base::xps::printschema::MediaSizeLimits;
+
+namespace
+{
+struct Column
+{
+    const char* title;
+    std::size_t width;
+};
+
+// The last one is as wide as it needs to be.
+constexpr std::array kColumns = {Column{"page", 5},
+                                 Column{"before", 15},
+                                 Column{"after", 17},
+                                 Column{"orientation", 18},
+                                 Column{"medium", 38},
+                                 Column{"limits", 34},
+                                 Column{"decision", 16},
+                                 Column{"tickets and reason", 0}};
+
+using Cells = std::array<std::string, kColumns.size()>;
+
+std::string FormatLine(const Cells& cells)
+{
+    std::string line;
+    for (std::size_t index = 0; index < cells.size(); ++index)
+    {
+        line += cells[index];
+        if (index + 1 < cells.size())
+        {
+            const std::size_t width = kColumns[index].width;
+            line.append(cells[index].size() < width ? width - cells[index].size() : 1, ' ');
+        }
+    }
+    return line + "\n";
+}
+
+std::string FormatTickets(const PageReport& page)
+{
+    const std::string old = page.oldTicket.empty() ? "no ticket" : page.oldTicket;
+    return page.newTicket.empty() ? old : old + " -> " + page.newTicket;
+}
+
+nlohmann::json ToJson(const std::optional<double>& value)
+{
+    return value ? nlohmann::json(*value) : nlohmann::json(nullptr);
+}
+
+nlohmann::json ToJson(const PageSize& size)
+{
+    return {{"width", ToJson(size.width)}, {"height", ToJson(size.height)}};
+}
+
+nlohmann::json ToJson(MediaSize size)
+{
+    return {{"widthMicrometres", size.widthMicrometres}, {"heightMicrometres", size.heightMicrometres}};
+}
+
+nlohmann::json ToJson(const tickets::TicketFacts& facts)
+{
+    nlohmann::json media = ToJson(facts.media);
+    media["name"] = facts.mediaName;
+    return {
+        {"orientation", facts.orientation},
+        {"media", media},
+        {"limits", {{"minimum", ToJson(facts.limits.minimum)}, {"maximum", ToJson(facts.limits.maximum)}}},
+        {"scaling", facts.scaling}};
+}
+
+nlohmann::json NameOrNull(const std::string& name)
+{
+    return name.empty() ? nlohmann::json(nullptr) : nlohmann::json(name);
+}
+} // namespace
+
+std::string FormatTableHead()
+{
+    Cells cells;
+    for (std::size_t index = 0; index < cells.size(); ++index)
+    {
+        cells[index] = kColumns[index].title;
+    }
+    return FormatLine(cells);
+}
+
+std::string FormatTableLine(const PageReport& page)
+{
+    return FormatLine(
+        {std::to_string(page.number),
+         FormatPageSize(page.before),
+         FormatPageSize(page.after),
+         page.asked.orientation,
+         page.asked.mediaName + " " + FormatMillimetres(page.asked.media),
+         FormatMillimetres(page.asked.limits.minimum) + " - " + FormatMillimetres(page.asked.limits.maximum),
+         NameOf(Decide(page)),
+         FormatTickets(page) + "; " + ExplainDecision(page)});
+}
+
+std::string FormatJson(const PageReport& page)
+{
+    const nlohmann::json object = {{"page", page.number},
+                                   {"part", page.part},
+                                   {"before", ToJson(page.before)},
+                                   {"after", ToJson(page.after)},
+                                   {"asked", ToJson(page.asked)},
+                                   {"given", page.given ? ToJson(*page.given) : nlohmann::json(nullptr)},
+                                   {"decision", NameOf(Decide(page))},
+                                   {"reason", ExplainDecision(page)},
+                                   {"oldTicket", NameOrNull(page.oldTicket)},
+                                   {"newTicket", NameOrNull(page.newTicket)}};
+    return object.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
+}
+} // namespace host::report

@@ -1,0 +1,103 @@
+#include "host/report/ticketlisting.h"
+
+#include <algorithm>
+#include <optional>
+#include <variant>
+
+#include "host/ticketservice/documentreader.h"
+
+namespace host::report
+{
+using ticketservice::Element;
+using ticketservice::ExpandedName;
+using ticketservice::Kind;
+
+namespace
+{
+using ReadLayer = std::pair<std::string, ticketservice::Document>;
+
+/// Keywords plainly, other names with the ticket's own prefix.
+class NameDisplay
+{
+public:
+    explicit NameDisplay(const std::vector<ticketservice::PrefixBinding>& prefixes) : m_prefixes(prefixes) {}
+
+    std::string operator()(const ExpandedName& name) const
+    {
+        if (name.namespaceUri == ticketservice::kKeywordsNamespace || name.namespaceUri.empty())
+        {
+            return name.local;
+        }
+        const auto binding = std::find_if(m_prefixes.begin(), m_prefixes.end(), [&](const auto& candidate) {
+            return candidate.namespaceUri == name.namespaceUri;
+        });
+        return (binding == m_prefixes.end() ? name.namespaceUri : binding->prefix) + ":" + name.local;
+    }
+
+private:
+    const std::vector<ticketservice::PrefixBinding>& m_prefixes;
+};
+
+using Value = std::variant<ExpandedName, std::string>;
+
+/// What a feature or a parameter comes to; empty for other elements.
+std::optional<Value> ValueOf(const Element& element)
+{
+    if (element.kind == Kind::Feature)
+    {
+        const Element* const option = ticketservice::FindChild(element, Kind::Option);
+        return option == nullptr ? std::nullopt : std::optional<Value>(option->name);
+    }
+    const auto text =
+        element.kind == Kind::ParameterInit ? ticketservice::FindText(element) : std::nullopt;
+    return text ? std::optional<Value>(*text) : std::nullopt;
+}
+
+std::string ToText(const Value& value, const NameDisplay& display)
+{
+    const auto* const name = std::get_if<ExpandedName>(&value);
+    return name != nullptr ? display(*name) : std::get<std::string>(value);
+}
+
+std::string FindOrigin(const Element& element,
+                       const Value& value,
+                       const std::vector<ReadLayer>& layers,
+                       const NameDisplay& display)
+{
+    for (const auto& [name, document] : layers)
+    {
+        if (const Element* const found = ticketservice::FindChild(document.root, element.kind, element.name))
+        {
+            const auto wanted = ValueOf(*found);
+            if (wanted == value)
+            {
+                return name;
+            }
+            return "device; " + name + " asked for " + (wanted ? ToText(*wanted, display) : "nothing");
+        }
+    }
+    return "device";
+}
+} // namespace
+
+std::string ListTicket(const std::string& effective, const std::vector<TicketLayer>& layers)
+{
+    std::vector<ReadLayer> read;
+    for (const TicketLayer& layer : layers)
+    {
+        read.emplace_back(layer.name, ticketservice::ReadDocument(layer.bytes, Kind::PrintTicket));
+    }
+    const ticketservice::Document ticket = ticketservice::ReadDocument(effective, Kind::PrintTicket);
+    const NameDisplay display(ticket.prefixes);
+    std::string listing;
+    for (const Element& element : ticket.root.children)
+    {
+        if (const auto value = ValueOf(element))
+        {
+            listing.append("  ").append(display(element.name)).append(" = ").append(ToText(*value, display));
+            listing.append("  (").append(FindOrigin(element, *value, read, display)).append(")\n");
+        }
+    }
+    return listing;
+}
+} // namespace host::report

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace host::report
+{
+/// A ticket that can lend a value to the effective ones, and what people know it by.
+struct TicketLayer
+{
+    std::string name;
+    std::string bytes;
+};
+
+/// Lists what an effective ticket selects: a line for each feature and each parameter, its value, and the
+/// first of the layers, most specific first, that asks for it. A value that the layers do not account for is
+/// the device's. Throws ticketservice::FormatError for what is no print ticket.
+std::string ListTicket(const std::string& effective, const std::vector<TicketLayer>& layers);
+} // namespace host::report

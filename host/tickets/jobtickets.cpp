@@ -1,0 +1,96 @@
+#include "host/tickets/jobtickets.h"
+
+#include <memory>
+#include <string_view>
+
+#include "base/logging/errors.h"
+#include "base/utility/bstr.h"
+#include "base/utility/utf8.h"
+#include "base/xml/xmlutility.h"
+#include "base/xps/printschema/mediasizedata.h"
+#include "base/xps/printschema/pageorientationdata.h"
+#include "base/xps/printschema/printablemediasizedata.h"
+#include "host/pipeline/jobparts.h"
+#include "host/tickets/ticketbytes.h"
+
+namespace host::tickets
+{
+using base::exception::ThrowIfFailed;
+using base::utility::ComPtr;
+using base::utility::MakeCom;
+namespace printschema = base::xps::printschema;
+
+namespace
+{
+template <typename Feature>
+Feature ReadFeature(const printschema::PrintSchemaHandler& handler)
+{
+    Feature feature;
+    feature.Read(handler);
+    return feature;
+}
+
+std::string OptionOf(const printschema::PrintTicketFunctionOption& feature)
+{
+    return base::utility::ToUtf8(feature.GetOptionQname().localName);
+}
+} // namespace
+
+TicketFacts ReadFacts(const ComPtr<IXMLDOMDocument2>& ticket)
+{
+    const auto handler = printschema::PrintSchemaDocumentHandler::ForPrintTicket(ticket);
+    const auto orientation = ReadFeature<printschema::PageOrientationData>(handler);
+    const auto media = ReadFeature<printschema::MediaSizeData>(handler);
+    const auto limits = ReadFeature<printschema::PrintableMediaSizeData>(handler);
+    const auto scaling = ReadFeature<printschema::ScalingData>(handler);
+    return {OptionOf(orientation),
+            OptionOf(media),
+            media.GetSize(),
+            limits.GetLimits(),
+            OptionOf(scaling),
+            scaling.GetScale()};
+}
+
+TicketFacts ReadFacts(const std::string& ticket)
+{
+    return ReadFacts(LoadBytes(ticket));
+}
+
+JobTickets::JobTickets(const opc::Package& package, const TicketSetting& setting)
+    : m_pJob(std::make_shared<pipeline::PipelineJob>(package, nullptr, m_silence)),
+      m_defaultTicket(base::xml::XmlUtility::LoadDocumentFromString(setting.defaultTicket))
+{
+    const auto userTicket = MakeCom<pipeline::PartReadStream>(setting.userTicket);
+    const base::utility::Bstr printerName{std::wstring_view(setting.printerName)};
+    ThrowIfFailed(m_provider.Open(userTicket.Get(), printerName.Get(), setting.userToken));
+}
+
+void JobTickets::Enter(const xps::JobPart& part)
+{
+    switch (part.kind)
+    {
+    case xps::JobPartKind::FixedDocumentSequence:
+        m_level = kPTJobScope;
+        ThrowIfFailed(m_provider.ApplyJobTicket(MakeCom<pipeline::SequencePart>(m_pJob, part).Get(),
+                                                m_defaultTicket.Get()));
+        break;
+    case xps::JobPartKind::FixedDocument:
+        m_level = kPTDocumentScope;
+        ThrowIfFailed(m_provider.ApplyDocumentTicket(MakeCom<pipeline::DocumentPart>(m_pJob, part).Get(),
+                                                     m_defaultTicket.Get()));
+        break;
+    case xps::JobPartKind::FixedPage:
+        m_level = kPTPageScope;
+        ThrowIfFailed(m_provider.ApplyPageTicket(MakeCom<pipeline::PagePart>(m_pJob, part).Get(),
+                                                 m_defaultTicket.Get()));
+        break;
+    }
+}
+
+ComPtr<IXMLDOMDocument2> JobTickets::GetEffective()
+{
+    ComPtr<IXMLDOMDocument2> ticket;
+    ThrowIfFailed(m_provider.GetLevelTicket(m_level, ticket.Receive()));
+    return ticket;
+}
+} // namespace host::tickets

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "base/utility/comptr.h"
+#include "base/xps/printschema/mediasize.h"
+#include "base/xps/printschema/printticketprovider.h"
+#include "base/xps/printschema/scalingdata.h"
+#include "host/opc/package.h"
+#include "host/pipeline/calltrace.h"
+#include "host/pipeline/pipelinejob.h"
+#include "host/xps/xpsdocument.h"
+#include "platform/msxml6.h"
+
+namespace host::tickets
+{
+/// What a ticket says of the page's sheet. Names are options of the Print Schema, lengths micrometres.
+struct TicketFacts
+{
+    std::string orientation;
+    std::string mediaName;
+    base::xps::printschema::MediaSize media;
+    base::xps::printschema::MediaSizeLimits limits;
+    std::string scaling;
+    base::xps::printschema::PageScale scale;
+};
+
+/// Throws what the module's accessors throw for a ticket that they cannot read.
+TicketFacts ReadFacts(const base::utility::ComPtr<IXMLDOMDocument2>& ticket);
+
+/// The same from a ticket's bytes.
+TicketFacts ReadFacts(const std::string& ticket);
+
+/// What the tickets of a job are merged with, and in whose name.
+struct TicketSetting
+{
+    std::string userTicket;
+    std::wstring defaultTicket;
+    std::wstring printerName;
+    HANDLE userToken;
+};
+
+/// The effective tickets of a job's parts as the filter comes by them: by the module's own code, over the
+/// print ticket library that the process uses. For telling people what a page's ticket says, not for
+/// printing.
+///
+/// Used on one thread, on which COM is initialised: providers belong to the thread that opens them.
+class JobTickets
+{
+public:
+    /// Throws HresultError where the provider cannot be opened or the user's ticket cannot be read.
+    JobTickets(const opc::Package& package, const TicketSetting& setting);
+
+    /// Takes in the part's ticket. To be called for each part in the order of the job.
+    void Enter(const xps::JobPart& part);
+
+    /// The effective ticket at the level of the part that was entered last.
+    base::utility::ComPtr<IXMLDOMDocument2> GetEffective();
+
+private:
+    pipeline::CallTrace m_silence;
+    pipeline::PipelineJobPtr m_pJob;
+    base::utility::ComPtr<IXMLDOMDocument2> m_defaultTicket;
+    base::xps::printschema::PrintTicketProvider m_provider;
+    EPrintTicketScope m_level = kPTJobScope;
+};
+} // namespace host::tickets

@@ -1,0 +1,216 @@
+#include "host/tickets/userticket.h"
+
+#include <charconv>
+#include <cmath>
+#include <stdexcept>
+#include <string_view>
+
+#include "base/logging/errors.h"
+#include "base/utility/bstr.h"
+#include "base/utility/utf8.h"
+#include "base/utility/variant.h"
+#include "base/xps/printschema/mediasizedata.h"
+#include "base/xps/printschema/namespaceprefixes.h"
+#include "base/xps/printschema/pageorientationdata.h"
+#include "base/xps/printschema/printablemediasizedata.h"
+#include "host/filebytes.h"
+#include "host/tickets/ticketbytes.h"
+
+namespace host::tickets
+{
+using base::exception::ThrowIfFailed;
+using base::utility::Bstr;
+using base::utility::ComPtr;
+using base::utility::FromUtf8;
+using base::utility::Variant;
+namespace printschema = base::xps::printschema;
+
+namespace
+{
+constexpr const char* kBuiltInTicket =
+    R"(<?xml version="1.0" encoding="UTF-8"?>)"
+    R"(<psf:PrintTicket version="1")"
+    R"( xmlns:psf="http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework")"
+    R"( xmlns:psk="http://schemas.microsoft.com/windows/2003/08/printing/printschemakeywords")"
+    R"( xmlns:xsi="http://www.w3.org/2001/XMLSchema-instance")"
+    R"( xmlns:xsd="http://www.w3.org/2001/XMLSchema">)"
+    R"(<psf:Feature name="psk:JobInputBin"><psf:Option name="psk:AutoSelect"/></psf:Feature>)"
+    R"(<psf:Feature name="psk:PageOrientation"><psf:Option name="psk:Portrait"/></psf:Feature>)"
+    R"(<psf:Feature name="psk:PageMediaSize"><psf:Option name="psk:NorthAmericaLetter">)"
+    R"(<psf:ScoredProperty name="psk:MediaSizeWidth"><psf:Value xsi:type="xsd:integer">215900</psf:Value>)"
+    R"(</psf:ScoredProperty>)"
+    R"(<psf:ScoredProperty name="psk:MediaSizeHeight"><psf:Value xsi:type="xsd:integer">279400</psf:Value>)"
+    R"(</psf:ScoredProperty>)"
+    R"(</psf:Option></psf:Feature>)"
+    R"(</psf:PrintTicket>)";
+
+// The driver's private names, where a ticket does not say itself what they stand for.
+constexpr const wchar_t* kPrivateNamespace = L"http://schemas.quellmark.example/printing/2005/08/printticket";
+
+[[noreturn]] void Refuse(const std::string& option, const std::string& text, const std::string& wanted)
+{
+    throw std::runtime_error(option + " " + text + ": " + wanted);
+}
+
+/// A number of millimetres at the start of `text`, which it is taken off; empty when there is none.
+std::optional<std::int32_t> TakeMicrometres(std::string_view& text)
+{
+    double millimetres = 0.0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), millimetres);
+    constexpr double largest = 2'000'000.0;
+    if (error != std::errc() || !(millimetres > 0.0) || millimetres > largest)
+    {
+        return std::nullopt;
+    }
+    text.remove_prefix(static_cast<std::size_t>(end - text.data()));
+    return static_cast<std::int32_t>(std::lround(millimetres * 1000.0));
+}
+
+bool Take(std::string_view& text, char c)
+{
+    const bool isNext = text.starts_with(c);
+    text.remove_prefix(isNext ? 1 : 0);
+    return isNext;
+}
+
+std::optional<printschema::MediaSize> TakeSize(std::string_view& text)
+{
+    const auto width = TakeMicrometres(text);
+    if (!width || !Take(text, 'x'))
+    {
+        return std::nullopt;
+    }
+    const auto height = TakeMicrometres(text);
+    return height ? std::optional(printschema::MediaSize{*width, *height}) : std::nullopt;
+}
+
+/// A ticket that is to be edited.
+class TicketEditor
+{
+public:
+    explicit TicketEditor(ComPtr<IXMLDOMDocument2> ticket)
+        : m_ticket(std::move(ticket)),
+          m_handler(printschema::PrintSchemaDocumentHandler::ForPrintTicket(m_ticket))
+    {
+    }
+
+    void SetOrientation(const std::string& name)
+    {
+        printschema::PageOrientationData orientation;
+        orientation.SetOptionId(Find(orientation, "--orientation", name));
+        Replace(orientation);
+    }
+
+    void SetMedia(const std::string& text)
+    {
+        printschema::MediaSizeData media;
+        std::string_view rest = text;
+        if (const auto size = TakeSize(rest); size && rest.empty())
+        {
+            media.SetSize(*size);
+        }
+        else
+        {
+            media.SetOptionId(Find(media, "--media", text));
+        }
+        Replace(media);
+    }
+
+    void SetLimits(const std::string& text)
+    {
+        std::string_view rest = text;
+        const auto minimum = TakeSize(rest);
+        const auto maximum = minimum && Take(rest, '-') ? TakeSize(rest) : std::nullopt;
+        if (!maximum || !rest.empty())
+        {
+            Refuse("--limits", text, "is not MINWxMINH-MAXWxMAXH in millimetres");
+        }
+        DeclarePrivateNamespace();
+        printschema::PrintableMediaSizeData limits;
+        limits.SetFeatureId(limits.GetFeatureIdOfScope(printschema::Scope::Page));
+        limits.SetLimits({*minimum, *maximum});
+        Replace(limits);
+    }
+
+private:
+    static std::int32_t Find(const printschema::PrintTicketFunctionOption& feature,
+                             const std::string& option,
+                             const std::string& name)
+    {
+        const std::int32_t id =
+            feature.GetOptionSchema().IndexOf(printschema::NamespaceId::Keywords, FromUtf8(name));
+        if (id < 0)
+        {
+            Refuse(option, name, "is no such option of the Print Schema");
+        }
+        return id;
+    }
+
+    void Replace(const printschema::PrintTicketFunctionOption& feature)
+    {
+        feature.Remove(m_handler);
+        feature.Write(m_handler);
+    }
+
+    void DeclarePrivateNamespace()
+    {
+        const auto& prefix = m_handler.GetPrefix(printschema::NamespaceId::Private);
+        const std::wstring name = L"xmlns:" + std::wstring(prefix.View().substr(0, prefix.View().size() - 1));
+        ComPtr<IXMLDOMElement> root;
+        ThrowIfFailed(m_ticket->get_documentElement(root.Receive()));
+        ComPtr<IXMLDOMAttribute> declared;
+        ThrowIfFailed(root->getAttributeNode(Bstr(name.c_str()).Get(), declared.Receive()));
+        if (!declared)
+        {
+            ThrowIfFailed(
+                root->setAttribute(Bstr(name.c_str()).Get(), Variant(Bstr(kPrivateNamespace)).Get()));
+        }
+    }
+
+    ComPtr<IXMLDOMDocument2> m_ticket;
+    printschema::PrintSchemaHandler m_handler;
+};
+
+/// The ticket's prefixes must be known for as much as reading it, also when nothing is overridden.
+void RequirePrintTicket(const ComPtr<IXMLDOMDocument2>& ticket)
+{
+    const auto handler = printschema::PrintSchemaDocumentHandler::ForPrintTicket(ticket);
+    static_cast<void>(handler.GetPrefix(printschema::NamespaceId::Keywords));
+}
+} // namespace
+
+std::string MakeUserTicket(const std::optional<std::filesystem::path>& file, const TicketOverrides& overrides)
+{
+    const std::string bytes = file ? ReadFileBytes(*file) : std::string(kBuiltInTicket);
+    printschema::SetPrivatePrefix(FromUtf8(overrides.privatePrefix).c_str());
+    ComPtr<IXMLDOMDocument2> ticket;
+    try
+    {
+        ticket = LoadBytes(bytes);
+        RequirePrintTicket(ticket);
+    }
+    catch (const base::exception::HresultError&)
+    {
+        throw std::runtime_error(file ? base::utility::ToUtf8(file->wstring()) + ": is not a print ticket"
+                                      : "the built-in ticket cannot be read");
+    }
+    if (!overrides.orientation && !overrides.media && !overrides.limits)
+    {
+        return bytes;
+    }
+    TicketEditor editor(ticket);
+    if (overrides.orientation)
+    {
+        editor.SetOrientation(*overrides.orientation);
+    }
+    if (overrides.media)
+    {
+        editor.SetMedia(*overrides.media);
+    }
+    if (overrides.limits)
+    {
+        editor.SetLimits(*overrides.limits);
+    }
+    return SaveBytes(ticket.Get());
+}
+} // namespace host::tickets

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "base/utility/comptr.h"
+#include "base/xps/printschema/mediasize.h"
+#include "platform/msxml6.h"
+
+namespace host::tickets
+{
+/// What the user's ticket shall say in place of what it says.
+struct TicketOverrides
+{
+    /// An option of PageOrientation.
+    std::optional<std::string> orientation;
+    /// An option of PageMediaSize, or a size in millimetres as "210x297".
+    std::optional<std::string> media;
+    /// In millimetres, as "76.2x127-215.9x355.6".
+    std::optional<std::string> limits;
+    /// The driver's private namespace prefix, without its colon.
+    std::string privatePrefix = "ns0000";
+};
+
+/// The user's print ticket, from a file or the built-in one, with the overrides written into it; as bytes.
+/// COM must be initialised on the thread. Throws std::runtime_error for a file that is no print ticket and
+/// for an override that cannot be understood, with the reason.
+std::string MakeUserTicket(const std::optional<std::filesystem::path>& file,
+                           const TicketOverrides& overrides);
+} // namespace host::tickets

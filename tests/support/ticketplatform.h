@@ -1,0 +1,41 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/win32.h"
+
+namespace support
+{
+/// The platform's print ticket functions as tests see them: every call goes to the offline service, unless it
+/// is told to fail, and is written down. A program that links this takes no print ticket library by import.
+class TicketPlatform
+{
+public:
+    struct Call
+    {
+        /// As "PTOpenProvider"; a merge has its scope behind it, as "PTMergeAndValidatePrintTicket 0".
+        std::string name;
+        /// Whether the thread acted in a user's name during the call.
+        bool isImpersonating = false;
+    };
+
+    /// Forgets what happened and what was to fail.
+    static void Reset();
+
+    /// Lets the call of this index, counted from Reset on, answer `result` in place of being made.
+    static void FailCall(std::size_t index, HRESULT result);
+
+    static const std::vector<Call>& Calls();
+    static std::vector<std::string> CallNames();
+
+    /// Providers opened and not closed again.
+    static int OpenProviders();
+};
+
+/// Whether the current thread has a token of its own.
+bool IsThreadImpersonating();
+
+/// A token with which the current user can be impersonated; lives as long as the program.
+HANDLE UserToken();
+} // namespace support
