@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <limits>
+#include <mutex>
+#include <utility>
 
 #include <prntvpt.h>
 
@@ -14,10 +16,12 @@ struct State
     std::vector<TicketPlatform::Call> calls;
     std::size_t failing = std::numeric_limits<std::size_t>::max();
     HRESULT failure = E_FAIL;
+    std::function<HRESULT(const std::string&)> gate;
     int openProviders = 0;
 };
 
 State g_state;
+std::mutex g_mutex;
 
 template <typename Function>
 Function* Offline(WORD ordinal)
@@ -27,11 +31,26 @@ Function* Offline(WORD ordinal)
         reinterpret_cast<void (*)()>(GetProcAddress(library, MAKEINTRESOURCEA(ordinal))));
 }
 
-/// Writes the call down; false when it is to fail.
-bool Enter(std::string name)
+/// Writes the call down; fails when it is to fail.
+HRESULT Enter(const std::string& name)
 {
-    g_state.calls.push_back({std::move(name), IsThreadImpersonating()});
-    return g_state.calls.size() - 1 != g_state.failing;
+    std::function<HRESULT(const std::string&)> gate;
+    {
+        const std::lock_guard lock(g_mutex);
+        g_state.calls.push_back({name, IsThreadImpersonating()});
+        if (g_state.calls.size() - 1 == g_state.failing)
+        {
+            return g_state.failure;
+        }
+        gate = g_state.gate;
+    }
+    return gate ? gate(name) : S_OK;
+}
+
+void CountProviders(int change)
+{
+    const std::lock_guard lock(g_mutex);
+    g_state.openProviders += change;
 }
 } // namespace
 
@@ -44,6 +63,11 @@ void TicketPlatform::FailCall(std::size_t index, HRESULT result)
 {
     g_state.failing = index;
     g_state.failure = result;
+}
+
+void TicketPlatform::SetGate(std::function<HRESULT(const std::string& name)> gate)
+{
+    g_state.gate = std::move(gate);
 }
 
 const std::vector<TicketPlatform::Call>& TicketPlatform::Calls()
@@ -91,35 +115,35 @@ HANDLE UserToken()
 }
 } // namespace support
 
+using support::CountProviders;
 using support::Enter;
-using support::g_state;
 using support::Offline;
 
 STDAPI PTOpenProvider(PCWSTR printerName, DWORD version, HPTPROVIDER* provider)
 {
-    if (!Enter("PTOpenProvider"))
+    HRESULT hr = Enter("PTOpenProvider");
+    if (SUCCEEDED(hr))
     {
-        return g_state.failure;
+        hr = Offline<decltype(PTOpenProvider)>(2)(printerName, version, provider);
+        CountProviders(SUCCEEDED(hr) ? 1 : 0);
     }
-    const HRESULT hr = Offline<decltype(PTOpenProvider)>(2)(printerName, version, provider);
-    g_state.openProviders += SUCCEEDED(hr) ? 1 : 0;
     return hr;
 }
 
 STDAPI PTCloseProvider(HPTPROVIDER provider)
 {
     // A close that is to fail closes all the same, as the platform's would.
-    const bool succeeds = Enter("PTCloseProvider");
+    const HRESULT entered = Enter("PTCloseProvider");
     const HRESULT hr = Offline<decltype(PTCloseProvider)>(4)(provider);
-    g_state.openProviders -= SUCCEEDED(hr) ? 1 : 0;
-    return succeeds ? hr : g_state.failure;
+    CountProviders(SUCCEEDED(hr) ? -1 : 0);
+    return FAILED(entered) ? entered : hr;
 }
 
 STDAPI PTGetPrintCapabilities(HPTPROVIDER provider, IStream* ticket, IStream* capabilities, BSTR* message)
 {
-    return Enter("PTGetPrintCapabilities")
-               ? Offline<decltype(PTGetPrintCapabilities)>(6)(provider, ticket, capabilities, message)
-               : g_state.failure;
+    const HRESULT hr = Enter("PTGetPrintCapabilities");
+    return FAILED(hr) ? hr
+                      : Offline<decltype(PTGetPrintCapabilities)>(6)(provider, ticket, capabilities, message);
 }
 
 STDAPI PTMergeAndValidatePrintTicket(HPTPROVIDER provider,
@@ -129,8 +153,8 @@ STDAPI PTMergeAndValidatePrintTicket(HPTPROVIDER provider,
                                      IStream* result,
                                      BSTR* message)
 {
-    return Enter("PTMergeAndValidatePrintTicket " + std::to_string(scope))
-               ? Offline<decltype(PTMergeAndValidatePrintTicket)>(7)(
-                     provider, base, delta, scope, result, message)
-               : g_state.failure;
+    const HRESULT hr = Enter("PTMergeAndValidatePrintTicket " + std::to_string(scope));
+    return FAILED(hr) ? hr
+                      : Offline<decltype(PTMergeAndValidatePrintTicket)>(7)(
+                            provider, base, delta, scope, result, message);
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -8,7 +9,8 @@
 namespace support
 {
 /// The platform's print ticket functions as tests see them: every call goes to the offline service, unless it
-/// is told to fail, and is written down. A program that links this takes no print ticket library by import.
+/// is told to fail, and is written down. Calls may come on any thread. A program that links this takes no
+/// print ticket library by import.
 class TicketPlatform
 {
 public:
@@ -25,6 +27,10 @@ public:
 
     /// Lets the call of this index, counted from Reset on, answer `result` in place of being made.
     static void FailCall(std::size_t index, HRESULT result);
+
+    /// Shows every call, before it is made, to somebody who may answer a failing code in its place; until
+    /// Reset.
+    static void SetGate(std::function<HRESULT(const std::string& name)> gate);
 
     static const std::vector<Call>& Calls();
     static std::vector<std::string> CallNames();

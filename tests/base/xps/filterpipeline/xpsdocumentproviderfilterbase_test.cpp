@@ -1,0 +1,206 @@
+#include "base/xps/filterpipeline/xpsdocumentproviderfilterbase.h"
+
+#include <algorithm>
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "base/utility/safecoinit.h"
+#include "support/pipelinetest.h"
+#include "support/thrown.h"
+
+namespace base::xps::filterpipeline
+{
+namespace
+{
+using support::Pipeline;
+using utility::ComPtr;
+using utility::MakeCom;
+using Names = std::vector<std::string>;
+
+/// Writes down which handler got a part.
+class ListingFilter final : public XpsDocumentProviderFilterBase
+{
+public:
+    explicit ListingFilter(support::PipelineRecord& record) : m_record(record) {}
+    using XpsDocumentProviderFilterBase::RunOperation;
+
+protected:
+    void OnUnknownPart(const ComPtr<IUnknown>&) override { m_record.Enter("OnUnknownPart"); }
+    void OnFixedPage(const ComPtr<IFixedPage>&) override { m_record.Enter("OnFixedPage"); }
+    void OnFixedDocument(const ComPtr<IFixedDocument>&) override { m_record.Enter("OnFixedDocument"); }
+    void OnFixedDocumentSequence(const ComPtr<IFixedDocumentSequence>&) override
+    {
+        m_record.Enter("OnFixedDocumentSequence");
+    }
+    void OnXpsDocument(const ComPtr<IXpsDocument>&) override { m_record.Enter("OnXpsDocument"); }
+
+private:
+    support::PipelineRecord& m_record;
+};
+
+class PartLoop : public support::PipelineTest
+{
+protected:
+    HRESULT Start()
+    {
+        const auto filter = MakeCom<ListingFilter>(pipeline->record);
+        EXPECT_EQ(pipeline->Initialize(*filter), S_OK);
+        return filter->StartOperation();
+    }
+
+    /// The calls from the first part on.
+    Names NamesOfParts() const
+    {
+        Names names = pipeline->record.Names();
+        names.erase(names.begin(), std::find(names.begin(), names.end(), "GetXpsPart"));
+        return names;
+    }
+};
+
+TEST_F(PartLoop, OpensTheTicketsBeforeTheReaderAndEndsAtOnceWithoutParts)
+{
+    EXPECT_EQ(Start(), S_OK);
+    EXPECT_EQ(pipeline->record.Names(),
+              (Names{"GetProperty DriverPropertyBag",
+                     "GetString QuellmarkNsPrefix",
+                     "GetProperty PerUserPrintTicket",
+                     "GetProperty PrinterName",
+                     "GetProperty UserSecurityToken",
+                     "GetStream user ticket",
+                     "PTOpenProvider",
+                     "RequestReader",
+                     "GetProperty DriverPropertyBag",
+                     "GetInt32 QuellmarkTesselType",
+                     "GetXpsPart",
+                     "PTCloseProvider"}));
+    EXPECT_TRUE(pipeline->control->reasons.empty());
+}
+
+TEST_F(PartLoop, TakesAnySuccessWithoutAPartForTheEnd)
+{
+    pipeline->provider->endResult = S_FALSE;
+    EXPECT_EQ(Start(), S_OK);
+}
+
+TEST_F(PartLoop, TakesInTheTicketOfAPartBeforeItsHandlerRuns)
+{
+    const std::string ticket = support::Ticket(support::Feature("PageOrientation", "Landscape"));
+    pipeline->Add<support::RootPart>();
+    pipeline->Add<support::SequencePart>("sequence", ticket);
+    pipeline->Add<support::DocumentPart>("document", ticket);
+    pipeline->Add<support::PagePart>("page", "<FixedPage/>", ticket);
+    pipeline->Add<support::OtherPart>();
+    EXPECT_EQ(Start(), S_OK);
+    EXPECT_EQ(NamesOfParts(),
+              (Names{"GetXpsPart",
+                     "OnXpsDocument",
+                     // clang-format off
+                     "GetXpsPart", "GetPrintTicket sequence", "GetStream ticket",
+                     "PTMergeAndValidatePrintTicket 2", "OnFixedDocumentSequence",
+                     "GetXpsPart", "GetPrintTicket document", "GetStream ticket",
+                     "PTMergeAndValidatePrintTicket 1", "OnFixedDocument",
+                     "GetXpsPart", "GetPrintTicket page", "GetStream ticket",
+                     "PTMergeAndValidatePrintTicket 0", "OnFixedPage",
+                     // clang-format on
+                     "GetXpsPart",
+                     "OnUnknownPart",
+                     "GetXpsPart",
+                     "PTCloseProvider"}));
+}
+
+TEST_F(PartLoop, TakesAPartForTheFirstKindThatItAnswersTo)
+{
+    const auto& record = pipeline->record;
+    std::vector<ComPtr<IUnknown>> kinds = {
+        ComPtr<IUnknown>(MakeCom<support::PagePart>(pipeline->record, "page", "").Get()),
+        ComPtr<IUnknown>(MakeCom<support::DocumentPart>(pipeline->record, "document").Get()),
+        ComPtr<IUnknown>(MakeCom<support::SequencePart>(pipeline->record, "sequence").Get()),
+        ComPtr<IUnknown>(MakeCom<support::RootPart>(pipeline->record).Get())};
+    while (!kinds.empty())
+    {
+        pipeline->Add<support::OtherPart>(kinds);
+        kinds.pop_back();
+    }
+    EXPECT_EQ(Start(), S_OK);
+    Names handlers = NamesOfParts();
+    std::erase_if(handlers, [](const std::string& name) { return !name.starts_with("On"); });
+    EXPECT_EQ(handlers,
+              (Names{"OnXpsDocument", "OnFixedDocumentSequence", "OnFixedDocument", "OnFixedPage"}));
+    // Nor does anybody ask for the ticket of the document itself.
+    EXPECT_EQ(record.Count("GetPrintTicket sequence"), 1);
+    EXPECT_EQ(record.Count("GetPrintTicket document"), 1);
+    EXPECT_EQ(record.Count("GetPrintTicket page"), 1);
+}
+
+TEST_F(PartLoop, StopsAtAFailureOfTheProviderOrOfATicket)
+{
+    for (const char* failing : {"GetXpsPart", "GetPrintTicket page", "PTMergeAndValidatePrintTicket 0"})
+    {
+        SCOPED_TRACE(failing);
+        Renew();
+        pipeline->Add<support::PagePart>("page", "");
+        pipeline->record.FailCall(failing, STG_E_READFAULT);
+        EXPECT_EQ(Start(), STG_E_READFAULT);
+        EXPECT_EQ(pipeline->record.Count("OnFixedPage"), 0);
+        EXPECT_EQ(pipeline->record.Names().back(), "RequestShutdown");
+    }
+}
+
+TEST_F(PartLoop, DoesNotStartWithoutWhatTheTicketsAreOpenedWith)
+{
+    using Change = std::function<void(Pipeline&)>;
+    const HRESULT noHandle = HRESULT_FROM_WIN32(ERROR_INVALID_HANDLE);
+    const auto fail = [](const char* name) {
+        return [name](Pipeline& given) { given.record.FailCall(name, E_ACCESSDENIED); };
+    };
+    const std::pair<Change, HRESULT> cases[] = {
+        {fail("GetProperty PerUserPrintTicket"), E_ACCESSDENIED},
+        {fail("GetProperty PrinterName"), E_ACCESSDENIED},
+        {fail("GetProperty UserSecurityToken"), E_ACCESSDENIED},
+        {fail("GetStream user ticket"), E_ACCESSDENIED},
+        {fail("PTOpenProvider"), E_ACCESSDENIED},
+        {[](Pipeline& given) { given.bag->SetText(L"PerUserPrintTicket", L"ticket"); }, E_NOINTERFACE},
+        {[](Pipeline& given) { given.bag->SetObject(L"PerUserPrintTicket", {}); }, E_NOINTERFACE},
+        {[](Pipeline& given) {
+             given.bag->SetObject(L"PerUserPrintTicket", ComPtr<IUnknown>(given.control.Get()));
+         },
+         E_NOINTERFACE},
+        {[](Pipeline& given) { given.bag->SetHandle(L"PrinterName", nullptr); }, E_INVALIDARG},
+        {[](Pipeline& given) { given.bag->SetText(L"PrinterName", L""); }, E_INVALIDARG},
+        {[](Pipeline& given) { given.bag->SetText(L"UserSecurityToken", L"token"); }, noHandle},
+        {[](Pipeline& given) { given.bag->SetHandle(L"UserSecurityToken", nullptr); }, noHandle},
+    };
+    for (const auto& [change, result] : cases)
+    {
+        SCOPED_TRACE(&result - &cases[0].second);
+        Renew();
+        change(*pipeline);
+        EXPECT_EQ(Start(), result);
+        EXPECT_EQ(pipeline->record.Count("RequestReader"), 0);
+        EXPECT_EQ(pipeline->control->reasons, std::vector<HRESULT>{result});
+    }
+}
+
+TEST_F(PartLoop, NeedsAReader)
+{
+    pipeline->communicator->reader = {};
+    const auto filter = MakeCom<ListingFilter>(pipeline->record);
+    EXPECT_EQ(pipeline->Initialize(*filter), S_OK);
+    const utility::SafeCoInit com;
+    EXPECT_EQ(support::MessageOf<std::logic_error>([&] { filter->RunOperation(); }),
+              "m_pReader could not get.");
+    EXPECT_EQ(filter->StartOperation(), E_FAIL);
+}
+
+TEST_F(PartLoop, DoesNotLetTheCloseOfTheTicketsHideTheOutcome)
+{
+    pipeline->record.FailCall("PTCloseProvider", E_ABORT);
+    EXPECT_EQ(Start(), S_OK);
+}
+} // namespace
+} // namespace base::xps::filterpipeline

@@ -1,0 +1,563 @@
+#pragma once
+
+#include <atomic>
+#include <deque>
+#include <functional>
+#include <limits>
+#include <map>
+#include <mutex>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "base/utility/bstr.h"
+#include "base/utility/comobject.h"
+#include "base/utility/comptr.h"
+#include "base/utility/utf8.h"
+#include "base/utility/variant.h"
+#include "platform/filterpipeline.h"
+#include "platform/printerextension.h"
+#include "support/printstreams.h"
+#include "support/ticketplatform.h"
+
+// A print filter pipeline of recording fakes. All calls of one pipeline, and those of the platform's print
+// ticket functions that are shown to it, stand in one list in their order, and any of them can be made to
+// fail.
+namespace support
+{
+using base::utility::Bstr;
+using base::utility::ComPtr;
+using base::utility::MakeCom;
+
+/// What the platform answers for tickets and properties that are not there.
+constexpr HRESULT kElementNotFound = static_cast<HRESULT>(0x80070490);
+
+/// The calls of one pipeline. May be asked while an operation runs on another thread.
+class PipelineRecord
+{
+public:
+    struct Call
+    {
+        /// The method, with the name of the object behind it where there are several.
+        std::string name;
+        /// False for methods without a result.
+        bool canFail;
+        bool isImpersonating;
+    };
+
+    /// Lets the call of this index, or every call of this name, answer `result` in place of being carried
+    /// out.
+    void FailCall(std::size_t index, HRESULT result)
+    {
+        m_failingIndex = index;
+        m_failure = result;
+    }
+    void FailCall(std::string name, HRESULT result)
+    {
+        m_failingName = std::move(name);
+        m_failure = result;
+    }
+
+    /// Writes a call down. Fails when it is to fail.
+    HRESULT Enter(const std::string& name, bool canFail = true)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_calls.push_back({name, canFail, IsThreadImpersonating()});
+        const bool fails = m_calls.size() - 1 == m_failingIndex || name == m_failingName;
+        return fails && canFail ? m_failure : S_OK;
+    }
+    template <typename Method>
+    HRESULT Answer(const std::string& name, Method&& method)
+    {
+        const HRESULT hr = Enter(name);
+        return FAILED(hr) ? hr : method();
+    }
+
+    std::vector<Call> Calls() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_calls;
+    }
+    /// The names of the calls that are not about the bytes of a stream.
+    std::vector<std::string> Names() const
+    {
+        std::vector<std::string> names;
+        for (const Call& call : Calls())
+        {
+            if (!call.name.starts_with("Seek") && !call.name.starts_with("ReadBytes") &&
+                !call.name.starts_with("WriteBytes"))
+            {
+                names.push_back(call.name);
+            }
+        }
+        return names;
+    }
+    int Count(const std::string& name) const
+    {
+        int count = 0;
+        for (const Call& call : Calls())
+        {
+            count += call.name == name ? 1 : 0;
+        }
+        return count;
+    }
+
+    /// Every write stream that was handed out.
+    std::vector<ComPtr<MemoryWriteStream>> writeStreams;
+
+private:
+    mutable std::mutex m_mutex;
+    std::vector<Call> m_calls;
+    std::size_t m_failingIndex = std::numeric_limits<std::size_t>::max();
+    std::string m_failingName;
+    HRESULT m_failure = E_FAIL;
+};
+
+/// An object of the pipeline; all kinds are counted together.
+template <typename Interface>
+class PipelineObject : public base::utility::ComObject<Interface>, LifeCounted<PipelineRecord>
+{
+protected:
+    explicit PipelineObject(PipelineRecord& record) : m_record(record) {}
+
+    template <typename Object, typename Result>
+    static HRESULT HandOut(const ComPtr<Object>& object, Result** result)
+    {
+        *result = ComPtr<Object>(object).Detach();
+        return S_OK;
+    }
+
+    PipelineRecord& m_record;
+};
+
+class RecordedReadStream final : public PipelineObject<IPrintReadStream>
+{
+public:
+    RecordedReadStream(PipelineRecord& record, std::string name, ComPtr<MemoryReadStream> bytes)
+        : PipelineObject(record), m_name(std::move(name)), m_bytes(std::move(bytes))
+    {
+    }
+    STDMETHODIMP Seek(LONGLONG move, DWORD origin, ULONGLONG* newPosition) override
+    {
+        return m_record.Answer("Seek " + m_name, [&] { return m_bytes->Seek(move, origin, newPosition); });
+    }
+    STDMETHODIMP ReadBytes(void* buffer, ULONG requested, ULONG* read, BOOL* endOfFile) override
+    {
+        return m_record.Answer("ReadBytes " + m_name,
+                               [&] { return m_bytes->ReadBytes(buffer, requested, read, endOfFile); });
+    }
+
+private:
+    std::string m_name;
+    ComPtr<MemoryReadStream> m_bytes;
+};
+
+class RecordedWriteStream final : public PipelineObject<IPrintWriteStream>
+{
+public:
+    RecordedWriteStream(PipelineRecord& record, std::string name)
+        : PipelineObject(record), m_name(std::move(name)), m_bytes(MakeCom<MemoryWriteStream>())
+    {
+        record.writeStreams.push_back(m_bytes);
+    }
+    STDMETHODIMP WriteBytes(const void* buffer, ULONG count, ULONG* written) override
+    {
+        return m_record.Answer("WriteBytes " + m_name,
+                               [&] { return m_bytes->WriteBytes(buffer, count, written); });
+    }
+    STDMETHODIMP_(void) Close() override
+    {
+        m_record.Enter("Close " + m_name, false);
+        m_bytes->Close();
+    }
+
+private:
+    std::string m_name;
+    ComPtr<MemoryWriteStream> m_bytes;
+};
+
+/// A ticket part. All its readers share one position, as no pipeline promises more.
+class TicketPart final : public PipelineObject<IPartPrintTicket>
+{
+public:
+    TicketPart(PipelineRecord& record, std::string partName, std::string markup)
+        : PipelineObject(record),
+          name(std::move(partName)),
+          bytes(MakeCom<MemoryReadStream>(std::move(markup)))
+    {
+    }
+    STDMETHODIMP GetUri(BSTR* uri) override
+    {
+        return m_record.Answer("GetUri ticket", [&] {
+            *uri = Bstr(name.c_str()).Detach();
+            return S_OK;
+        });
+    }
+    STDMETHODIMP GetStream(IPrintReadStream** stream) override
+    {
+        return m_record.Answer("GetStream ticket", [&] {
+            return HandOut(MakeCom<RecordedReadStream>(m_record, "ticket", bytes), stream);
+        });
+    }
+    STDMETHODIMP GetPartCompression(EXpsCompressionOptions*) override { return E_NOTIMPL; }
+    STDMETHODIMP SetPartCompression(EXpsCompressionOptions) override { return E_NOTIMPL; }
+
+    const std::string name;
+    const ComPtr<MemoryReadStream> bytes;
+};
+
+/// Sequence or document, and what they share with pages.
+template <typename Interface>
+class TicketedPart : public PipelineObject<Interface>
+{
+public:
+    TicketedPart(PipelineRecord& record, std::string partName, const std::string& ticketMarkup = {})
+        : PipelineObject<Interface>(record), name(std::move(partName))
+    {
+        if (!ticketMarkup.empty())
+        {
+            ticket = ComPtr<IPartPrintTicket>(
+                MakeCom<TicketPart>(record, "/Metadata/" + name + "_PT.xml", ticketMarkup).Get());
+        }
+    }
+    STDMETHODIMP GetUri(BSTR*) override { return E_NOTIMPL; }
+    STDMETHODIMP GetPrintTicket(IPartPrintTicket** result) override
+    {
+        return this->m_record.Answer("GetPrintTicket " + name, [&] {
+            return ticket ? this->HandOut(ticket, result) : kElementNotFound;
+        });
+    }
+    STDMETHODIMP SetPrintTicket(IPartPrintTicket* given) override
+    {
+        return this->m_record.Answer("SetPrintTicket " + name, [&] {
+            ticket = ComPtr<IPartPrintTicket>(given);
+            return S_OK;
+        });
+    }
+
+    const std::string name;
+    ComPtr<IPartPrintTicket> ticket;
+};
+using SequencePart = TicketedPart<IFixedDocumentSequence>;
+using DocumentPart = TicketedPart<IFixedDocument>;
+
+class PagePart final : public TicketedPart<IFixedPage>
+{
+public:
+    PagePart(PipelineRecord& record,
+             std::string partName,
+             std::string markup,
+             const std::string& ticketMarkup = {})
+        : TicketedPart(record, std::move(partName), ticketMarkup),
+          bytes(MakeCom<MemoryReadStream>(std::move(markup)))
+    {
+    }
+    STDMETHODIMP GetStream(IPrintReadStream** stream) override
+    {
+        return m_record.Answer("GetStream " + name, [&] {
+            return HandOut(MakeCom<RecordedReadStream>(m_record, "page", bytes), stream);
+        });
+    }
+    STDMETHODIMP GetWriteStream(IPrintWriteStream** stream) override
+    {
+        return m_record.Answer("GetWriteStream " + name,
+                               [&] { return HandOut(MakeCom<RecordedWriteStream>(m_record, name), stream); });
+    }
+    STDMETHODIMP DeleteResource(const wchar_t* uri) override
+    {
+        return m_record.Answer("DeleteResource " + base::utility::ToUtf8(uri), [&] {
+            ticket = {};
+            return S_OK;
+        });
+    }
+    STDMETHODIMP GetPartCompression(EXpsCompressionOptions*) override { return E_NOTIMPL; }
+    STDMETHODIMP SetPartCompression(EXpsCompressionOptions) override { return E_NOTIMPL; }
+    STDMETHODIMP GetPagePart(const wchar_t*, IUnknown**) override { return E_NOTIMPL; }
+    STDMETHODIMP SetPagePart(IUnknown*) override { return E_NOTIMPL; }
+    STDMETHODIMP GetXpsPartIterator(IXpsPartIterator**) override { return E_NOTIMPL; }
+
+    const ComPtr<MemoryReadStream> bytes;
+};
+
+class RootPart final : public PipelineObject<IXpsDocument>
+{
+public:
+    explicit RootPart(PipelineRecord& record) : PipelineObject(record) {}
+    STDMETHODIMP GetThumbnail(IPartThumbnail**) override { return E_NOTIMPL; }
+    STDMETHODIMP SetThumbnail(IPartThumbnail*) override { return E_NOTIMPL; }
+};
+
+/// A part of no known kind, or of several: it answers with the parts that it is made of.
+class OtherPart final : public PipelineObject<IUnknown>
+{
+public:
+    explicit OtherPart(PipelineRecord& record, std::vector<ComPtr<IUnknown>> parts = {})
+        : PipelineObject(record), m_parts(std::move(parts))
+    {
+    }
+    STDMETHODIMP QueryInterface(REFIID iid, void** result) override
+    {
+        for (const auto& part : m_parts)
+        {
+            if (iid != __uuidof(IUnknown) && SUCCEEDED(part->QueryInterface(iid, result)))
+            {
+                return S_OK;
+            }
+        }
+        return ComObject::QueryInterface(iid, result);
+    }
+
+private:
+    std::vector<ComPtr<IUnknown>> m_parts;
+};
+
+/// Hands out its parts, and nothing after them.
+class PartProvider : public PipelineObject<IXpsDocumentProvider>
+{
+public:
+    explicit PartProvider(PipelineRecord& record) : PipelineObject(record) {}
+    STDMETHODIMP GetXpsPart(IUnknown** part) override
+    {
+        return m_record.Answer("GetXpsPart", [&] {
+            if (beforePart)
+            {
+                beforePart();
+            }
+            if (parts.empty())
+            {
+                return endResult;
+            }
+            *part = parts.front().Detach();
+            parts.pop_front();
+            return S_OK;
+        });
+    }
+
+    std::deque<ComPtr<IUnknown>> parts;
+    std::function<void()> beforePart;
+    HRESULT endResult = S_OK;
+};
+
+/// Takes parts and lets them go again.
+class PartConsumer : public PipelineObject<IXpsDocumentConsumer>
+{
+public:
+    explicit PartConsumer(PipelineRecord& record) : PipelineObject(record) {}
+    STDMETHODIMP SendXpsUnknown(IUnknown*) override { return m_record.Enter("SendXpsUnknown"); }
+    STDMETHODIMP SendXpsDocument(IXpsDocument*) override { return m_record.Enter("SendXpsDocument"); }
+    STDMETHODIMP SendFixedDocumentSequence(IFixedDocumentSequence* sequence) override
+    {
+        return m_record.Enter("SendFixedDocumentSequence " + static_cast<SequencePart*>(sequence)->name);
+    }
+    STDMETHODIMP SendFixedDocument(IFixedDocument* document) override
+    {
+        return m_record.Enter("SendFixedDocument " + static_cast<DocumentPart*>(document)->name);
+    }
+    STDMETHODIMP SendFixedPage(IFixedPage* page) override
+    {
+        return m_record.Enter("SendFixedPage " + static_cast<PagePart*>(page)->name);
+    }
+    STDMETHODIMP CloseSender() override { return m_record.Enter("CloseSender"); }
+    STDMETHODIMP GetNewEmptyPart(const wchar_t* uri,
+                                 REFIID iid,
+                                 void** newPart,
+                                 IPrintWriteStream** stream) override
+    {
+        return m_record.Answer("GetNewEmptyPart", [&] {
+            if (iid != __uuidof(IPartPrintTicket))
+            {
+                return E_NOINTERFACE;
+            }
+            newPartNames.push_back(base::utility::ToUtf8(uri));
+            *newPart = MakeCom<TicketPart>(m_record, newPartNames.back(), std::string()).Detach();
+            return HandOut(MakeCom<RecordedWriteStream>(m_record, "new ticket"), stream);
+        });
+    }
+
+    std::vector<std::string> newPartNames;
+};
+
+/// Connects the filter with whatever it holds, nothing included.
+class Communicator final : public PipelineObject<IInterFilterCommunicator>
+{
+public:
+    Communicator(PipelineRecord& record, ComPtr<PartProvider> provider, ComPtr<PartConsumer> consumer)
+        : PipelineObject(record), reader(std::move(provider)), writer(std::move(consumer))
+    {
+    }
+    STDMETHODIMP RequestReader(void** result) override
+    {
+        return m_record.Answer("RequestReader", [&] {
+            return HandOut(reader, reinterpret_cast<IXpsDocumentProvider**>(result));
+        });
+    }
+    STDMETHODIMP RequestWriter(void** result) override
+    {
+        return m_record.Answer("RequestWriter", [&] {
+            return HandOut(writer, reinterpret_cast<IXpsDocumentConsumer**>(result));
+        });
+    }
+
+    ComPtr<PartProvider> reader;
+    ComPtr<PartConsumer> writer;
+};
+
+class ManagerControl final : public PipelineObject<IPrintPipelineManagerControl>
+{
+public:
+    explicit ManagerControl(PipelineRecord& record) : PipelineObject(record) {}
+    STDMETHODIMP RequestShutdown(HRESULT reason, IImgErrorInfo* errorInfo) override
+    {
+        reasons.push_back(reason);
+        return errorInfo != nullptr ? E_INVALIDARG : m_record.Enter("RequestShutdown");
+    }
+    STDMETHODIMP FilterFinished() override { return m_record.Enter("FilterFinished"); }
+
+    std::vector<HRESULT> reasons;
+};
+
+/// Hands out the user's ticket.
+class TicketFactory final : public PipelineObject<IPrintReadStreamFactory>
+{
+public:
+    TicketFactory(PipelineRecord& record, std::string markup)
+        : PipelineObject(record), m_bytes(MakeCom<MemoryReadStream>(std::move(markup)))
+    {
+    }
+    STDMETHODIMP GetStream(IPrintReadStream** stream) override
+    {
+        return m_record.Answer("GetStream user ticket", [&] {
+            return HandOut(MakeCom<RecordedReadStream>(m_record, "user ticket", m_bytes), stream);
+        });
+    }
+
+private:
+    ComPtr<MemoryReadStream> m_bytes;
+};
+
+class PipelineBag final : public PipelineObject<IPrintPipelinePropertyBag>
+{
+public:
+    explicit PipelineBag(PipelineRecord& record) : PipelineObject(record) {}
+
+    void SetText(const wchar_t* name, const wchar_t* text)
+    {
+        VARIANT* const value = m_values[name].Receive();
+        value->bstrVal = Bstr(text).Detach();
+        value->vt = VT_BSTR;
+    }
+    void SetObject(const wchar_t* name, const ComPtr<IUnknown>& object)
+    {
+        VARIANT* const value = m_values[name].Receive();
+        value->punkVal = ComPtr<IUnknown>(object).Detach();
+        value->vt = VT_UNKNOWN;
+    }
+    void SetHandle(const wchar_t* name, HANDLE handle)
+    {
+        VARIANT* const value = m_values[name].Receive();
+        value->byref = handle;
+        value->vt = VT_BYREF;
+    }
+
+    STDMETHODIMP AddProperty(const wchar_t*, const VARIANT*) override { return E_ACCESSDENIED; }
+    STDMETHODIMP GetProperty(const wchar_t* name, VARIANT* value) override
+    {
+        return m_record.Answer("GetProperty " + base::utility::ToUtf8(name), [&] {
+            const auto found = m_values.find(name);
+            if (found == m_values.end())
+            {
+                return kElementNotFound;
+            }
+            if (found->second.Get().vt == VT_BYREF)
+            {
+                *value = found->second.Get();
+                return S_OK;
+            }
+            return VariantCopy(value, const_cast<VARIANT*>(&found->second.Get()));
+        });
+    }
+    STDMETHODIMP_(BOOL) DeleteProperty(const wchar_t*) override { return FALSE; }
+
+private:
+    std::map<std::wstring, base::utility::Variant> m_values;
+};
+
+class DriverBag final : public PipelineObject<IPrinterPropertyBag>
+{
+public:
+    explicit DriverBag(PipelineRecord& record) : PipelineObject(record) {}
+    STDMETHODIMP GetString(BSTR name, BSTR* value) override
+    {
+        return m_record.Answer("GetString " + base::utility::ToUtf8(name), [&] {
+            *value = prefix.Length() == 0 ? nullptr : Bstr(prefix).Detach();
+            return S_OK;
+        });
+    }
+    STDMETHODIMP GetInt32(BSTR name, LONG* value) override
+    {
+        return m_record.Answer("GetInt32 " + base::utility::ToUtf8(name), [&] {
+            *value = 7;
+            return S_OK;
+        });
+    }
+    STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+    STDMETHODIMP GetIDsOfNames(REFIID, OLECHAR**, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
+    STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override
+    {
+        return E_NOTIMPL;
+    }
+    STDMETHODIMP GetBool(BSTR, BOOL*) override { return E_NOTIMPL; }
+    STDMETHODIMP SetBool(BSTR, BOOL) override { return E_NOTIMPL; }
+    STDMETHODIMP SetInt32(BSTR, LONG) override { return E_NOTIMPL; }
+    STDMETHODIMP SetString(BSTR, BSTR) override { return E_NOTIMPL; }
+    STDMETHODIMP GetBytes(BSTR, DWORD*, BYTE**) override { return E_NOTIMPL; }
+    STDMETHODIMP SetBytes(BSTR, DWORD, BYTE*) override { return E_NOTIMPL; }
+    STDMETHODIMP GetReadStream(BSTR, IStream**) override { return E_NOTIMPL; }
+    STDMETHODIMP GetWriteStream(BSTR, IStream**) override { return E_NOTIMPL; }
+
+    Bstr prefix;
+};
+
+/// Everything that a filter is given, with every property that it asks for. Outlives the filter.
+class Pipeline
+{
+public:
+    /// A user's ticket without content asks for nothing.
+    explicit Pipeline(const std::string& userTicket)
+    {
+        bag->SetObject(L"DriverPropertyBag", ComPtr<IUnknown>(driverBag.Get()));
+        bag->SetObject(L"PerUserPrintTicket",
+                       ComPtr<IUnknown>(MakeCom<TicketFactory>(record, userTicket).Get()));
+        bag->SetText(L"PrinterName", L"printer");
+        bag->SetHandle(L"UserSecurityToken", UserToken());
+    }
+
+    /// Objects and streams of all pipelines that are alive.
+    static int CountObjects()
+    {
+        return LifeCounted<PipelineRecord>::Alive() + MemoryReadStream::Alive() + MemoryWriteStream::Alive();
+    }
+
+    template <typename Part, typename... Arguments>
+    ComPtr<Part> Add(Arguments&&... arguments)
+    {
+        const auto part = MakeCom<Part>(record, std::forward<Arguments>(arguments)...);
+        provider->parts.push_back(ComPtr<IUnknown>(part.Get()));
+        return part;
+    }
+
+    [[nodiscard]] HRESULT Initialize(IPrintPipelineFilter& filter)
+    {
+        return filter.InitializeFilter(communicator.Get(), bag.Get(), control.Get());
+    }
+
+    PipelineRecord record;
+    const ComPtr<PartProvider> provider = MakeCom<PartProvider>(record);
+    const ComPtr<PartConsumer> consumer = MakeCom<PartConsumer>(record);
+    const ComPtr<Communicator> communicator = MakeCom<Communicator>(record, provider, consumer);
+    const ComPtr<ManagerControl> control = MakeCom<ManagerControl>(record);
+    const ComPtr<PipelineBag> bag = MakeCom<PipelineBag>(record);
+    const ComPtr<DriverBag> driverBag = MakeCom<DriverBag>(record);
+};
+} // namespace support

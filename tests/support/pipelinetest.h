@@ -1,0 +1,47 @@
+#pragma once
+
+#include <optional>
+
+#include <gtest/gtest.h>
+
+#include "base/logging/boundary.h"
+#include "support/pipeline.h"
+#include "support/tickettext.h"
+
+namespace support
+{
+/// The HRESULT that a COM boundary makes of what `act` throws; S_OK when it throws nothing.
+template <typename Action>
+HRESULT ResultOf(Action&& act)
+{
+    return base::exception::AtBoundary([&] {
+        act();
+        return S_OK;
+    });
+}
+
+/// A test with a pipeline of its own, that sees the calls of the platform's print ticket functions as well.
+/// In the end nothing may be held, open or impersonated.
+class PipelineTest : public ::testing::Test
+{
+protected:
+    PipelineTest() { Renew(); }
+    void TearDown() override
+    {
+        pipeline.reset();
+        EXPECT_EQ(Pipeline::CountObjects(), 0);
+        EXPECT_EQ(TicketPlatform::OpenProviders(), 0);
+        EXPECT_FALSE(IsThreadImpersonating());
+        TicketPlatform::Reset();
+    }
+
+    void Renew(const std::string& userTicket = Ticket(MediaFeature("ISOA4", 210000, 297000)))
+    {
+        TicketPlatform::Reset();
+        pipeline.emplace(userTicket);
+        TicketPlatform::SetGate([this](const std::string& name) { return pipeline->record.Enter(name); });
+    }
+
+    std::optional<Pipeline> pipeline;
+};
+} // namespace support

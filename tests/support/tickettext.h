@@ -1,0 +1,37 @@
+#pragma once
+
+#include <string>
+
+// Print tickets as text, for tests that hand them to a pipeline.
+namespace support
+{
+inline std::string Ticket(const std::string& features)
+{
+    return R"(<?xml version="1.0" encoding="UTF-8"?><psf:PrintTicket version="1")"
+           R"( xmlns:psf="http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework")"
+           R"( xmlns:psk="http://schemas.microsoft.com/windows/2003/08/printing/printschemakeywords")"
+           R"( xmlns:xsi="http://www.w3.org/2001/XMLSchema-instance" xmlns:xsd="http://www.w3.org/2001/XMLSchema">)" +
+           features + "</psf:PrintTicket>";
+}
+
+inline std::string Feature(const std::string& name,
+                           const std::string& option,
+                           const std::string& content = {})
+{
+    return "<psf:Feature name=\"psk:" + name + "\"><psf:Option name=\"psk:" + option + "\">" + content +
+           "</psf:Option></psf:Feature>";
+}
+
+/// Lengths are in micrometres; 0 x 0 leaves the size to the option's name.
+inline std::string MediaFeature(const std::string& option, int width = 0, int height = 0)
+{
+    const auto length = [](const char* name, int value) {
+        return std::string("<psf:ScoredProperty name=\"psk:") + name +
+               "\"><psf:Value xsi:type=\"xsd:integer\">" + std::to_string(value) +
+               "</psf:Value></psf:ScoredProperty>";
+    };
+    return Feature("PageMediaSize",
+                   option,
+                   width == 0 ? "" : length("MediaSizeWidth", width) + length("MediaSizeHeight", height));
+}
+} // namespace support
