@@ -125,6 +125,7 @@ TEST_F(PrintStreamAdapters, ReadAndSeekThroughToThePrintStream)
 
     m_reader->readResult = E_ACCESSDENIED;
     EXPECT_EQ(stream->Read(buffer, 1, &count), E_ACCESSDENIED);
+    EXPECT_EQ(count, 0U);
     m_reader->seekResult = E_ABORT;
     EXPECT_EQ(stream->Seek(Move(0), STREAM_SEEK_SET, &position), E_ABORT);
     EXPECT_EQ(position.QuadPart, 7U);
