@@ -76,6 +76,15 @@ struct OldTicket
     std::wstring name;
 };
 
+/// A part's bytes from their start: whether every reader of a part has a position of its own, the pipeline
+/// does not say.
+ComPtr<IStream> ReadFromStart(IPrintReadStream* reader)
+{
+    auto stream = utility::MakeCom<io::PrintReadStreamToIStream>(reader);
+    ThrowIfFailed(stream->Seek(LARGE_INTEGER{}, STREAM_SEEK_SET, nullptr));
+    return ComPtr<IStream>::Adopt(stream.Detach());
+}
+
 /// Takes the page's ticket off the page; an empty one where it has none.
 OldTicket DetachTicket(IFixedPage& page)
 {
@@ -167,12 +176,12 @@ void FixedPageValidator::RewriteMarkup()
 {
     ComPtr<IPrintReadStream> reader;
     ThrowIfFailed(m_pPage->GetStream(reader.Receive()));
+    const ComPtr<IStream> markup = ReadFromStart(reader.Get());
     io::ScopedWriteStream writer;
     ThrowIfFailed(m_pPage->GetWriteStream(writer.Receive()));
 
     io::PrintStreamBuffer buffer(writer.Get());
     std::ostream output(&buffer);
-    const auto markup = utility::MakeCom<io::PrintReadStreamToIStream>(reader.Get());
     ParseMarkup(*markup, *CreateContentHandler(output));
     if (!output)
     {
@@ -193,7 +202,7 @@ ComPtr<IXMLDOMDocument2> FixedPageValidator::LoadTicket(IPrintReadStream* reader
     {
         exception::Throw<std::invalid_argument>("pReader is null.");
     }
-    const auto stream = utility::MakeCom<io::PrintReadStreamToIStream>(reader);
+    const ComPtr<IStream> stream = ReadFromStart(reader);
     auto document = xml::XmlUtility::CreateDocument(CLSCTX_ALL);
     VARIANT_BOOL loaded = VARIANT_FALSE;
     ThrowIfFailed(document->load(utility::Variant(stream.Get()).Get(), &loaded));
