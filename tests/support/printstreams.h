@@ -77,7 +77,8 @@ private:
     std::string m_bytes;
 };
 
-/// A print stream that keeps what it is given. A failing write takes `takenOnFailure` bytes.
+/// A print stream that keeps what it is given, at most `longestWrite` bytes at a time. A failing write takes
+/// `takenOnFailure` bytes.
 class MemoryWriteStream final : public base::utility::ComObject<IPrintWriteStream>,
                                 LifeCounted<MemoryWriteStream>
 {
@@ -86,7 +87,7 @@ public:
 
     STDMETHODIMP WriteBytes(const void* buffer, ULONG count, ULONG* written) override
     {
-        const ULONG taken = FAILED(writeResult) ? std::min(takenOnFailure, count) : count;
+        const ULONG taken = std::min(FAILED(writeResult) ? takenOnFailure : longestWrite, count);
         bytes.append(static_cast<const char*>(buffer), taken);
         *written = taken;
         return writeResult;
@@ -96,6 +97,7 @@ public:
     std::string bytes;
     HRESULT writeResult = S_OK;
     ULONG takenOnFailure = 0;
+    ULONG longestWrite = std::numeric_limits<ULONG>::max();
     int closes = 0;
 };
 } // namespace support

@@ -16,8 +16,8 @@ STDMETHODIMP PrintReadStreamToIStream::Read(void* buffer, ULONG count, ULONG* by
     {
         return S_OK;
     }
-    // A failing stream may leave the count alone, and MSXML in Wine 8 takes that many bytes before it looks at
-    // the result.
+    // A failing stream may leave the count alone, and MSXML in Wine 8 takes that many bytes before it looks
+    // at the result.
     *bytesRead = 0;
     BOOL endOfFile = FALSE;
     return m_pStream->ReadBytes(buffer, count, bytesRead, &endOfFile);

@@ -21,6 +21,10 @@ STDMETHODIMP PrintWriteStreamToIStream::Write(const void* buffer, ULONG count, U
     *bytesWritten = 0;
     const HRESULT hr = m_pStream->WriteBytes(buffer, count, bytesWritten);
     m_size += *bytesWritten;
+    if (SUCCEEDED(m_result))
+    {
+        m_result = SUCCEEDED(hr) && *bytesWritten < count ? STG_E_MEDIUMFULL : hr;
+    }
     return hr;
 }
 

@@ -19,9 +19,14 @@ public:
     STDMETHODIMP Write(const void* buffer, ULONG count, ULONG* bytesWritten) noexcept override;
     STDMETHODIMP Stat(STATSTG* statstg, DWORD flag) noexcept override;
 
+    /// What came of all writes: the first failure, or STG_E_MEDIUMFULL after one that took less than it was
+    /// given. For whoever hands this to a writer that does not look.
+    [[nodiscard]] HRESULT GetResult() const noexcept { return m_result; }
+
 private:
     utility::ComPtr<IPrintWriteStream> m_pStream;
     // Of all bytes written, also by writes that failed half-way.
     ULONGLONG m_size = 0;
+    HRESULT m_result = S_OK;
 };
 } // namespace base::io

@@ -225,6 +225,8 @@ void FixedPageValidator::SaveTicket(IXMLDOMDocument2* document, IPrintWriteStrea
     }
     const auto stream = utility::MakeCom<io::PrintWriteStreamToIStream>(writer);
     ThrowIfFailed(document->save(utility::Variant(stream.Get()).Get()));
+    // MSXML in Wine 8 saves on, and succeeds, when the stream takes nothing any more.
+    ThrowIfFailed(stream->GetResult());
 }
 
 void FixedPageValidator::NormaliseOrientation()

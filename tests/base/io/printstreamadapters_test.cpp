@@ -193,6 +193,25 @@ TEST_F(PrintStreamAdapters, CountWhatAWriterTookAlsoWhenItFailed)
     EXPECT_EQ(m_writer->closes, 0);
 }
 
+TEST_F(PrintStreamAdapters, RememberTheFirstWriteThatDidNotTakeEverything)
+{
+    const auto stream = MakeCom<PrintWriteStreamToIStream>(m_writer.Get());
+    ULONG written = 0;
+    EXPECT_EQ(stream->Write("abc", 3, &written), S_OK);
+    EXPECT_EQ(stream->GetResult(), S_OK);
+    m_writer->longestWrite = 2;
+    EXPECT_EQ(stream->Write("def", 3, &written), S_OK);
+    EXPECT_EQ(written, 2U);
+    EXPECT_EQ(stream->GetResult(), STG_E_MEDIUMFULL);
+    m_writer->writeResult = E_ACCESSDENIED;
+    EXPECT_EQ(stream->Write("f", 1, &written), E_ACCESSDENIED);
+    EXPECT_EQ(stream->GetResult(), STG_E_MEDIUMFULL);
+
+    const auto failing = MakeCom<PrintWriteStreamToIStream>(m_writer.Get());
+    EXPECT_EQ(failing->Write("f", 1, &written), E_ACCESSDENIED);
+    EXPECT_EQ(failing->GetResult(), E_ACCESSDENIED);
+}
+
 TEST_F(PrintStreamAdapters, StampAccessAndNothingElse)
 {
     const auto reading = MakeCom<PrintReadStreamToIStream>(m_reader.Get());
