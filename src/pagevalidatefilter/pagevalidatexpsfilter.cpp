@@ -18,6 +18,10 @@ void PageValidateXpsFilter::RunOperation()
 {
     ComPtr<IXpsDocumentConsumer> writer;
     GetWriter(&writer);
+    if (!writer)
+    {
+        Throw<std::logic_error>("m_pWriter could not get.");
+    }
     {
         const std::lock_guard lock(m_writerLock);
         m_pWriter = writer;
