@@ -1,0 +1,343 @@
+#include "pagevalidatefilter/pagevalidatexpsfilter.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <future>
+#include <iterator>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "support/pipelinetest.h"
+#include "support/thrown.h"
+
+namespace pagevalidatefilter
+{
+namespace
+{
+using base::utility::ComPtr;
+using base::utility::MakeCom;
+using base::xps::filterpipeline::XpsDocumentProviderFilterBase;
+using support::Feature;
+using support::MediaFeature;
+using support::Pipeline;
+using support::Ticket;
+using Names = std::vector<std::string>;
+
+constexpr const char* kPage = R"(<FixedPage xmlns="http://schemas.microsoft.com/xps/2005/06" xml:lang="en" )"
+                              R"(Width="1122.56" Height="1587.36"><Path Data="M 0,0 L 9,9"/></FixedPage>)";
+
+/// The part handlers of a filter, as the part loop calls them.
+struct Handlers : XpsDocumentProviderFilterBase
+{
+    using XpsDocumentProviderFilterBase::OnFixedDocument;
+    using XpsDocumentProviderFilterBase::OnFixedDocumentSequence;
+    using XpsDocumentProviderFilterBase::OnFixedPage;
+    using XpsDocumentProviderFilterBase::OnUnknownPart;
+    using XpsDocumentProviderFilterBase::OnXpsDocument;
+};
+
+class PageValidateXpsFilterTest : public support::PipelineTest
+{
+protected:
+    PageValidateXpsFilterTest() { Renew(); }
+
+    void Renew()
+    {
+        PipelineTest::Renew(
+            Ticket(MediaFeature("ISOA4", 210000, 297000) + Feature("PageOrientation", "Portrait")));
+    }
+
+    /// A sequence, and a document with so many pages.
+    void AddPlainJob(int pages)
+    {
+        pipeline->Add<support::SequencePart>("sequence");
+        pipeline->Add<support::DocumentPart>("document");
+        for (int page = 1; page <= pages; ++page)
+        {
+            pipeline->Add<support::PagePart>("page" + std::to_string(page), kPage);
+        }
+    }
+
+    /// Parts of every kind, and a page that must be turned and is of a sheet beyond the limits.
+    void AddWholeJob()
+    {
+        pipeline->Add<support::RootPart>();
+        pipeline->Add<support::SequencePart>("sequence", Ticket(MediaFeature("ISOA4", 210000, 297000)));
+        pipeline->Add<support::DocumentPart>("document", Ticket(Feature("PageOrientation", "Portrait")));
+        pipeline->Add<support::OtherPart>();
+        pipeline->Add<support::PagePart>(
+            "page",
+            kPage,
+            Ticket(MediaFeature("ISOA3Rotated", 420000, 297000) +
+                   Feature("PageScaling", "FitApplicationMediaSizeToPageMediaSize")));
+    }
+
+    static HRESULT Start(Pipeline& given)
+    {
+        const auto filter = MakeCom<PageValidateXpsFilter>();
+        EXPECT_EQ(given.Initialize(*filter), S_OK);
+        return filter->StartOperation();
+    }
+    HRESULT Start() { return Start(*pipeline); }
+
+    std::ptrdiff_t PositionOf(const std::string& name) const
+    {
+        const Names names = pipeline->record.Names();
+        return std::find(names.begin(), names.end(), name) - names.begin();
+    }
+};
+
+TEST_F(PageValidateXpsFilterTest, PassesEveryPartOnAfterItsTicketAndClosesOnce)
+{
+    AddPlainJob(2);
+    pipeline->provider->parts.insert(pipeline->provider->parts.begin() + 3,
+                                     ComPtr<IUnknown>(MakeCom<support::OtherPart>(pipeline->record).Get()));
+    EXPECT_EQ(Start(), S_OK);
+    Names names = pipeline->record.Names();
+    names.erase(names.begin(), names.begin() + PositionOf("GetXpsPart"));
+    // clang-format off
+    EXPECT_EQ(names,
+              (Names{"GetXpsPart", "GetPrintTicket sequence", "PTMergeAndValidatePrintTicket 2",
+                     "SendFixedDocumentSequence sequence",
+                     "GetXpsPart", "GetPrintTicket document", "PTMergeAndValidatePrintTicket 1",
+                     "SendFixedDocument document",
+                     "GetXpsPart", "GetPrintTicket page1", "PTMergeAndValidatePrintTicket 0",
+                     "SendFixedPage page1",
+                     "GetXpsPart", "SendXpsUnknown",
+                     "GetXpsPart", "GetPrintTicket page2", "PTMergeAndValidatePrintTicket 0",
+                     "SendFixedPage page2",
+                     "GetXpsPart", "PTCloseProvider", "CloseSender"}));
+    // clang-format on
+    EXPECT_LT(PositionOf("RequestWriter"), PositionOf("GetProperty PerUserPrintTicket"));
+    EXPECT_LT(PositionOf("PTOpenProvider"), PositionOf("RequestReader"));
+    EXPECT_TRUE(pipeline->record.writeStreams.empty());
+}
+
+TEST_F(PageValidateXpsFilterTest, TurnsThePagesOfTheTicketThatHoldsForThem)
+{
+    const std::string landscape = Ticket(Feature("PageOrientation", "Landscape"));
+    const std::string portrait = Ticket(Feature("PageOrientation", "Portrait"));
+    pipeline->Add<support::SequencePart>("sequence");
+    pipeline->Add<support::DocumentPart>("document1", landscape);
+    pipeline->Add<support::PagePart>("turned by its document", kPage);
+    pipeline->Add<support::OtherPart>();
+    pipeline->Add<support::PagePart>("turned as well", kPage);
+    pipeline->Add<support::PagePart>("upright by itself", kPage, portrait);
+    pipeline->Add<support::DocumentPart>("document2");
+    pipeline->Add<support::PagePart>("upright", kPage);
+    pipeline->Add<support::PagePart>("turned by itself", kPage, landscape);
+    pipeline->Add<support::PagePart>("upright again", kPage);
+    EXPECT_EQ(Start(), S_OK);
+    Names turned = pipeline->record.Names();
+    std::erase_if(turned, [](const std::string& name) { return !name.starts_with("GetWriteStream"); });
+    EXPECT_EQ(turned,
+              (Names{"GetWriteStream turned by its document",
+                     "GetWriteStream turned as well",
+                     "GetWriteStream turned by itself"}));
+}
+
+TEST_F(PageValidateXpsFilterTest, RefusesNullParts)
+{
+    const auto filter = MakeCom<PageValidateXpsFilter>();
+    const auto messageFor = [&](auto handler) {
+        return support::MessageOf<std::invalid_argument>([&] { (filter.Get()->*handler)({}); });
+    };
+    const auto names = [](const std::string& message, const char* text) {
+        return message.find(text) != std::string::npos;
+    };
+    EXPECT_PRED2(names, messageFor(&Handlers::OnXpsDocument), "pXpsDocument is null.");
+    EXPECT_PRED2(names, messageFor(&Handlers::OnFixedDocumentSequence), "pFixedDocSequence is null.");
+    EXPECT_PRED2(names, messageFor(&Handlers::OnFixedDocument), "pFixedDoc is null.");
+    EXPECT_PRED2(names, messageFor(&Handlers::OnFixedPage), "pFixedPage is null.");
+    EXPECT_PRED2(names, messageFor(&Handlers::OnUnknownPart), "pUnknown is null.");
+}
+
+TEST_F(PageValidateXpsFilterTest, NeedsAWriter)
+{
+    pipeline->communicator->writer = {};
+    EXPECT_EQ(Start(), E_FAIL);
+    EXPECT_EQ(pipeline->record.Count("PTOpenProvider"), 0);
+    EXPECT_EQ(pipeline->control->reasons, std::vector<HRESULT>{E_FAIL});
+}
+
+TEST_F(PageValidateXpsFilterTest, DoesNotSendAPageThatCannotBeTurned)
+{
+    pipeline->Add<support::SequencePart>("sequence", Ticket(Feature("PageOrientation", "Landscape")));
+    pipeline->Add<support::DocumentPart>("document");
+    pipeline->Add<support::PagePart>("page", R"(<FixedPage Width="10" Height="20"><Path></FixedPage>)");
+    pipeline->Add<support::PagePart>("next page", kPage);
+    const HRESULT hr = Start();
+    EXPECT_TRUE(FAILED(hr));
+    EXPECT_EQ(pipeline->control->reasons, std::vector<HRESULT>{hr});
+    EXPECT_EQ(pipeline->record.Count("Close page"), 1);
+    EXPECT_EQ(pipeline->record.Count("SendFixedPage page"), 0);
+    EXPECT_EQ(pipeline->record.Count("SendFixedPage next page"), 0);
+}
+
+/// What StartOperation answers when one call of a whole job fails with a code of its own.
+HRESULT ResultOfFailing(const std::vector<support::PipelineRecord::Call>& calls,
+                        std::size_t index,
+                        HRESULT own)
+{
+    const std::string& name = calls[index].name;
+    const auto isCalledBefore = [&] {
+        return std::any_of(calls.begin(),
+                           calls.begin() + static_cast<std::ptrdiff_t>(index),
+                           [&](const auto& call) { return call.name == name; });
+    };
+    // What the driver does not tell has a default, a printer without capabilities prints on the whole sheet,
+    // and closing the tickets does not count.
+    const char* const absorbed[] = {"GetProperty DriverPropertyBag",
+                                    "GetString QuellmarkNsPrefix",
+                                    "GetInt32 QuellmarkTesselType",
+                                    "PTGetPrintCapabilities",
+                                    "PTCloseProvider"};
+    if (!calls[index].canFail ||
+        std::find(std::begin(absorbed), std::end(absorbed), name) != std::end(absorbed))
+    {
+        return S_OK;
+    }
+    // Asked by the validator for a ticket to replace, the page counts as one without.
+    if (name == "GetPrintTicket page" && isCalledBefore())
+    {
+        return S_OK;
+    }
+    // A ticket loads or it does not; reading on behind its end cannot hurt any more.
+    if (name.starts_with("ReadBytes") && name.ends_with("ticket"))
+    {
+        return calls[index - 1].name == name ? S_OK : E_FAIL;
+    }
+    // A standard stream knows only that it has failed.
+    return name == "WriteBytes page" ? E_FAIL : own;
+}
+
+TEST_F(PageValidateXpsFilterTest, CleansUpAfterWhicheverCallFails)
+{
+    AddWholeJob();
+    ASSERT_EQ(Start(), S_OK);
+    const auto calls = pipeline->record.Calls();
+    const auto indexOf = [&](const std::string& name) {
+        const auto isNamed = [&](const auto& call) { return call.name == name; };
+        return static_cast<std::size_t>(std::find_if(calls.begin(), calls.end(), isNamed) - calls.begin());
+    };
+    ASSERT_LT(indexOf("SendFixedPage page"), calls.size());
+    const HRESULT failure = HRESULT_FROM_WIN32(ERROR_DISK_FULL);
+    for (std::size_t index = 0; index < calls.size(); ++index)
+    {
+        SCOPED_TRACE(std::to_string(index) + " " + calls[index].name);
+        pipeline.reset();
+        ASSERT_EQ(Pipeline::CountObjects(), 0);
+        Renew();
+        AddWholeJob();
+        pipeline->record.FailCall(index, failure);
+        const HRESULT hr = Start();
+        EXPECT_EQ(hr, ResultOfFailing(calls, index, failure));
+
+        // The failure of the last step is nobody's to report.
+        const bool isReported = FAILED(hr) && calls[index].name != "CloseSender";
+        EXPECT_EQ(pipeline->control->reasons, std::vector<HRESULT>(isReported ? 1 : 0, hr));
+        EXPECT_EQ(pipeline->record.Count("CloseSender"), calls[index].name == "RequestWriter" ? 0 : 1);
+        EXPECT_EQ(pipeline->record.Count("SendFixedPage page"),
+                  FAILED(hr) && index < indexOf("SendFixedPage page") ? 0 : 1);
+        for (const auto& stream : pipeline->record.writeStreams)
+        {
+            EXPECT_EQ(stream->closes, 1);
+        }
+        EXPECT_EQ(support::TicketPlatform::OpenProviders(), 0);
+        EXPECT_FALSE(support::IsThreadImpersonating());
+    }
+}
+
+TEST_F(PageValidateXpsFilterTest, ActsInTheUsersNameOnlyForTheTickets)
+{
+    AddWholeJob();
+    EXPECT_EQ(Start(), S_OK);
+    for (const auto& call : pipeline->record.Calls())
+    {
+        // The received ticket is loaded where it was opened.
+        const bool isUsers = call.name.starts_with("PT") || call.name == "Seek user ticket" ||
+                             call.name == "ReadBytes user ticket";
+        EXPECT_EQ(call.isImpersonating, isUsers) << call.name;
+    }
+}
+
+class Shutdown : public PageValidateXpsFilterTest, public ::testing::WithParamInterface<int>
+{
+};
+
+TEST_P(Shutdown, ClosesTheSenderWhileThePartsAreWaitedFor)
+{
+    AddPlainJob(1);
+    std::promise<void> isWaiting;
+    std::promise<void> goesOn;
+    pipeline->provider->beforePart = [&, left = GetParam()]() mutable {
+        if (left-- == 0)
+        {
+            isWaiting.set_value();
+            goesOn.get_future().wait();
+            pipeline->provider->parts.clear();
+            pipeline->provider->endResult = E_ABORT;
+        }
+    };
+    const auto filter = MakeCom<PageValidateXpsFilter>();
+    ASSERT_EQ(pipeline->Initialize(*filter), S_OK);
+    EXPECT_EQ(filter->ShutdownOperation(), S_OK);
+    EXPECT_EQ(pipeline->record.Count("CloseSender"), 0);
+
+    auto operation = std::async(std::launch::async, [&] { return filter->StartOperation(); });
+    isWaiting.get_future().wait();
+    EXPECT_EQ(filter->ShutdownOperation(), S_OK);
+    EXPECT_EQ(pipeline->record.Count("CloseSender"), 1);
+    goesOn.set_value();
+    EXPECT_EQ(operation.get(), E_ABORT);
+    EXPECT_EQ(pipeline->control->reasons, std::vector<HRESULT>{E_ABORT});
+    // The end of the operation closes once more.
+    EXPECT_EQ(pipeline->record.Count("CloseSender"), 2);
+
+    pipeline->record.FailCall("CloseSender", E_ACCESSDENIED);
+    EXPECT_EQ(filter->ShutdownOperation(), E_FAIL);
+    EXPECT_EQ(pipeline->record.Count("CloseSender"), 3);
+    EXPECT_EQ(pipeline->record.Count("FilterFinished"), 3);
+}
+
+INSTANTIATE_TEST_SUITE_P(BeforePart, Shutdown, ::testing::Values(0, 2, 3));
+
+TEST_F(PageValidateXpsFilterTest, ServesTwoPipelinesAtOnce)
+{
+    support::TicketPlatform::Reset();
+    constexpr int pages = 8;
+    const std::string ticket =
+        Ticket(MediaFeature("ISOA4", 210000, 297000) + Feature("PageOrientation", "Landscape"));
+    std::array<Pipeline, 2> pipelines = {Pipeline(ticket), Pipeline(ticket)};
+    std::array<HRESULT, 2> results = {E_PENDING, E_PENDING};
+    {
+        std::vector<std::jthread> threads;
+        for (std::size_t i = 0; i < pipelines.size(); ++i)
+        {
+            pipelines[i].driverBag->prefix = base::utility::Bstr(L"ns0000");
+            for (int page = 0; page < pages; ++page)
+            {
+                pipelines[i].Add<support::PagePart>("page", kPage);
+            }
+            threads.emplace_back([&, i] { results[i] = Start(pipelines[i]); });
+        }
+    }
+    Names partNames;
+    for (std::size_t i = 0; i < pipelines.size(); ++i)
+    {
+        EXPECT_EQ(results[i], S_OK);
+        EXPECT_EQ(pipelines[i].record.Count("SendFixedPage page"), pages);
+        const Names& added = pipelines[i].consumer->newPartNames;
+        partNames.insert(partNames.end(), added.begin(), added.end());
+    }
+    EXPECT_EQ(partNames.size(), 2U * pages);
+    std::sort(partNames.begin(), partNames.end());
+    EXPECT_EQ(std::adjacent_find(partNames.begin(), partNames.end()), partNames.end());
+}
+} // namespace
+} // namespace pagevalidatefilter
