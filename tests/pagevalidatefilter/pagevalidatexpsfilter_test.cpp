@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <cstddef>
 #include <future>
 #include <iterator>
@@ -290,7 +291,7 @@ TEST_P(Shutdown, ClosesTheSenderWhileThePartsAreWaitedFor)
     EXPECT_EQ(pipeline->record.Count("CloseSender"), 0);
 
     auto operation = std::async(std::launch::async, [&] { return filter->StartOperation(); });
-    isWaiting.get_future().wait();
+    ASSERT_EQ(isWaiting.get_future().wait_for(std::chrono::seconds(20)), std::future_status::ready);
     EXPECT_EQ(filter->ShutdownOperation(), S_OK);
     EXPECT_EQ(pipeline->record.Count("CloseSender"), 1);
     goesOn.set_value();

@@ -496,7 +496,7 @@ public:
     STDMETHODIMP GetInt32(BSTR name, LONG* value) override
     {
         return m_record.Answer("GetInt32 " + base::utility::ToUtf8(name), [&] {
-            *value = 7;
+            *value = tesselType;
             return S_OK;
         });
     }
@@ -517,6 +517,7 @@ public:
     STDMETHODIMP GetWriteStream(BSTR, IStream**) override { return E_NOTIMPL; }
 
     Bstr prefix;
+    LONG tesselType = 7;
 };
 
 /// Everything that a filter is given, with every property that it asks for. Outlives the filter.

@@ -353,7 +353,7 @@ TEST_F(FixedPageValidatorTest, NamesTheNewTicketAfterTheOldOneAndACount)
         {nullptr, ".xml\\pagevalidator_*_.xml"},
     };
     SetSheet(kA3);
-    int previous = 0;
+    int previous = -1;
     for (const auto& [oldName, expected] : cases)
     {
         const auto page = MakeCom<PagePart>(pipeline->record, "page", kPage);
@@ -369,7 +369,7 @@ TEST_F(FixedPageValidatorTest, NamesTheNewTicketAfterTheOldOneAndACount)
         const int count = std::atoi(name.c_str() + digits);
         name.replace(digits, name.find('_', digits) - digits, "*");
         EXPECT_EQ(name, expected);
-        EXPECT_TRUE(previous == 0 || count == previous + 1) << count;
+        EXPECT_TRUE(previous == -1 || count == previous + 1) << count;
         previous = count;
     }
 }

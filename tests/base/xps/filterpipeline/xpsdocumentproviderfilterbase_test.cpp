@@ -9,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include "base/utility/bstr.h"
 #include "base/utility/safecoinit.h"
 #include "support/pipelinetest.h"
 #include "support/thrown.h"
@@ -22,24 +23,39 @@ using utility::ComPtr;
 using utility::MakeCom;
 using Names = std::vector<std::string>;
 
-/// Writes down which handler got a part.
+/// Writes down which handler got a part, and keeps the ticket that holds for it.
 class ListingFilter final : public XpsDocumentProviderFilterBase
 {
 public:
     explicit ListingFilter(support::PipelineRecord& record) : m_record(record) {}
     using XpsDocumentProviderFilterBase::RunOperation;
 
+    std::wstring lastTicket;
+
 protected:
     void OnUnknownPart(const ComPtr<IUnknown>&) override { m_record.Enter("OnUnknownPart"); }
-    void OnFixedPage(const ComPtr<IFixedPage>&) override { m_record.Enter("OnFixedPage"); }
-    void OnFixedDocument(const ComPtr<IFixedDocument>&) override { m_record.Enter("OnFixedDocument"); }
+    void OnFixedPage(const ComPtr<IFixedPage>&) override { Note("OnFixedPage", kPTPageScope); }
+    void OnFixedDocument(const ComPtr<IFixedDocument>&) override
+    {
+        Note("OnFixedDocument", kPTDocumentScope);
+    }
     void OnFixedDocumentSequence(const ComPtr<IFixedDocumentSequence>&) override
     {
-        m_record.Enter("OnFixedDocumentSequence");
+        Note("OnFixedDocumentSequence", kPTJobScope);
     }
     void OnXpsDocument(const ComPtr<IXpsDocument>&) override { m_record.Enter("OnXpsDocument"); }
 
 private:
+    void Note(const char* handler, EPrintTicketScope level)
+    {
+        m_record.Enter(handler);
+        ComPtr<IXMLDOMDocument2> ticket;
+        EXPECT_EQ(GetPrintTicketProvider().GetLevelTicket(level, ticket.Receive()), S_OK);
+        utility::Bstr text;
+        EXPECT_EQ(ticket->get_xml(text.Receive()), S_OK);
+        lastTicket = text.View();
+    }
+
     support::PipelineRecord& m_record;
 };
 
@@ -135,6 +151,24 @@ TEST_F(PartLoop, TakesAPartForTheFirstKindThatItAnswersTo)
     EXPECT_EQ(record.Count("GetPrintTicket sequence"), 1);
     EXPECT_EQ(record.Count("GetPrintTicket document"), 1);
     EXPECT_EQ(record.Count("GetPrintTicket page"), 1);
+}
+
+TEST_F(PartLoop, CompletesTheTicketOfEveryKindByTheOneOfTheDriver)
+{
+    const std::function<void()> kinds[] = {[&] { pipeline->Add<support::SequencePart>("sequence"); },
+                                           [&] { pipeline->Add<support::DocumentPart>("document"); },
+                                           [&] { pipeline->Add<support::PagePart>("page", ""); }};
+    for (const auto& add : kinds)
+    {
+        SCOPED_TRACE(&add - &kinds[0]);
+        Renew();
+        pipeline->driverBag->tesselType = 'L';
+        add();
+        const auto filter = MakeCom<ListingFilter>(pipeline->record);
+        EXPECT_EQ(pipeline->Initialize(*filter), S_OK);
+        EXPECT_EQ(filter->StartOperation(), S_OK);
+        EXPECT_NE(filter->lastTicket.find(L"ns0000:TypeL"), std::wstring::npos);
+    }
 }
 
 TEST_F(PartLoop, StopsAtAFailureOfTheProviderOrOfATicket)
