@@ -1,9 +1,15 @@
 #pragma once
 
+#include <map>
+#include <string>
+
 #include "platform/msxml6.h"
 
 namespace base::xml
 {
+/// What prefixes stand for, by the name of the declaring attribute, as "xmlns:psk".
+using NamespaceDeclarations = std::map<std::wstring, std::wstring>;
+
 /// Tells which nodes of two trees stand for the same item.
 class XmlNodeComparator
 {
@@ -24,8 +30,9 @@ protected:
 ///
 /// The root elements correspond to each other. A child element of the target is matched by the first base
 /// child, not matched yet, that the comparator calls the same; matched pairs are completed in turn, and a
-/// child without a match is appended whole. Made for print tickets: a Feature selects one Option, so that one
-/// that has an Option gains no second, and nothing is added below a node that carries a Value.
+/// child without a match is appended whole, and the prefixes that the target's root declares keep their
+/// meaning in it. Made for print tickets: a Feature selects one Option, so that one that has an Option gains
+/// no second, and nothing is added below a node that carries a Value.
 class XmlMarger
 {
 public:
@@ -36,7 +43,9 @@ public:
     void Merge(IXMLDOMDocument2* base, IXMLDOMDocument2* target) const;
 
 private:
-    void MergeChildren(IXMLDOMNode* base, IXMLDOMNode* target) const;
+    void MergeChildren(IXMLDOMNode* base,
+                       IXMLDOMNode* target,
+                       const NamespaceDeclarations& conflicting) const;
 
     const XmlNodeComparator& m_comparator;
 };
