@@ -1,5 +1,6 @@
 #include "base/xps/printschema/imageableareareader.h"
 
+#include "base/logging/boundary.h"
 #include "base/logging/errors.h"
 #include "base/utility/bstr.h"
 #include "base/xps/printschema/mediasizedata.h"
@@ -31,22 +32,23 @@ std::wstring TextOf(IXMLDOMDocument2* ticket)
     return std::wstring(text.View());
 }
 
-/// Reads one number of the area; false when the capabilities do not have it.
-bool ReadNumber(const PrintSchemaHandler& capabilities, const wchar_t* name, std::int32_t& value)
+std::int32_t ReadNumber(const PrintSchemaHandler& capabilities, const wchar_t* name)
 {
-    const std::wstring property(capabilities.GetPrefix(NamespaceId::Framework).View());
-    const std::wstring keyword(capabilities.GetPrefix(NamespaceId::Keywords).View());
+    const std::wstring framework(capabilities.GetPrefix(NamespaceId::Framework).View());
+    const std::wstring keywords(capabilities.GetPrefix(NamespaceId::Keywords).View());
     std::wstring path;
     for (const wchar_t* level : {L"PageImageableSize", L"ImageableArea", name})
     {
         path.append(path.empty() ? L"//" : L"/")
-            .append(property)
+            .append(framework)
             .append(L"Property[@name = \"")
-            .append(keyword)
+            .append(keywords)
             .append(level)
             .append(L"\"]");
     }
-    return SUCCEEDED(capabilities.GetValueInteger(path.c_str(), &value));
+    std::int32_t value = 0;
+    ThrowIfFailed(capabilities.GetValueInteger(path.c_str(), &value));
+    return value;
 }
 } // namespace
 
@@ -76,23 +78,22 @@ ImageableArea ImageableAreaReader::Read(const MediaSizeEntry& media)
 
 ImageableArea ImageableAreaReader::Ask(IXMLDOMDocument2* ticket, MediaSize sheet)
 {
-    const ImageableArea wholeSheet{0, 0, sheet.widthMicrometres, sheet.heightMicrometres};
-    ComPtr<IXMLDOMDocument2> document;
-    const HRESULT asked = m_provider.GetCapabilities(ticket, document.Receive());
+    ImageableArea area{0, 0, sheet.widthMicrometres, sheet.heightMicrometres};
+    const HRESULT asked = exception::AtBoundary([&] {
+        ComPtr<IXMLDOMDocument2> document;
+        ThrowIfFailed(m_provider.GetCapabilities(ticket, document.Receive()));
+        const auto capabilities = PrintSchemaDocumentHandler::ForPrintCapabilities(document);
+        area = {ReadNumber(capabilities, L"OriginWidth"),
+                ReadNumber(capabilities, L"OriginHeight"),
+                ReadNumber(capabilities, L"ExtentWidth"),
+                ReadNumber(capabilities, L"ExtentHeight")};
+        return S_OK;
+    });
+    // Every other failure leaves the whole sheet.
     if (asked == E_OUTOFMEMORY)
     {
         ThrowIfFailed(asked);
     }
-    if (FAILED(asked))
-    {
-        return wholeSheet;
-    }
-    const auto capabilities = PrintSchemaDocumentHandler::ForPrintCapabilities(document);
-    ImageableArea area;
-    const bool isComplete = ReadNumber(capabilities, L"OriginWidth", area.leftMicrometres) &&
-                            ReadNumber(capabilities, L"OriginHeight", area.topMicrometres) &&
-                            ReadNumber(capabilities, L"ExtentWidth", area.widthMicrometres) &&
-                            ReadNumber(capabilities, L"ExtentHeight", area.heightMicrometres);
-    return isComplete ? area : wholeSheet;
+    return area;
 }
 } // namespace base::xps::printschema
