@@ -101,16 +101,19 @@ bool IsThreadImpersonating()
     return hasToken;
 }
 
+HANDLE OpenUserToken()
+{
+    HANDLE primary = nullptr;
+    HANDLE impersonation = nullptr;
+    OpenProcessToken(GetCurrentProcess(), TOKEN_DUPLICATE | TOKEN_QUERY, &primary);
+    DuplicateToken(primary, SecurityImpersonation, &impersonation);
+    CloseHandle(primary);
+    return impersonation;
+}
+
 HANDLE UserToken()
 {
-    static const HANDLE token = [] {
-        HANDLE primary = nullptr;
-        HANDLE impersonation = nullptr;
-        OpenProcessToken(GetCurrentProcess(), TOKEN_DUPLICATE | TOKEN_QUERY, &primary);
-        DuplicateToken(primary, SecurityImpersonation, &impersonation);
-        CloseHandle(primary);
-        return impersonation;
-    }();
+    static const HANDLE token = OpenUserToken();
     return token;
 }
 } // namespace support

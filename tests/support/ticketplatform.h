@@ -42,6 +42,9 @@ public:
 /// Whether the current thread has a token of its own.
 bool IsThreadImpersonating();
 
-/// A token with which the current user can be impersonated; lives as long as the program.
+/// A token with which the current user can be impersonated, the caller's to close.
+HANDLE OpenUserToken();
+
+/// One that lives as long as the program.
 HANDLE UserToken();
 } // namespace support
