@@ -89,33 +89,6 @@ int TicketPlatform::OpenProviders()
 {
     return g_state.openProviders;
 }
-
-bool IsThreadImpersonating()
-{
-    HANDLE token = nullptr;
-    const bool hasToken = OpenThreadToken(GetCurrentThread(), TOKEN_QUERY, TRUE, &token) != FALSE;
-    if (hasToken)
-    {
-        CloseHandle(token);
-    }
-    return hasToken;
-}
-
-HANDLE OpenUserToken()
-{
-    HANDLE primary = nullptr;
-    HANDLE impersonation = nullptr;
-    OpenProcessToken(GetCurrentProcess(), TOKEN_DUPLICATE | TOKEN_QUERY, &primary);
-    DuplicateToken(primary, SecurityImpersonation, &impersonation);
-    CloseHandle(primary);
-    return impersonation;
-}
-
-HANDLE UserToken()
-{
-    static const HANDLE token = OpenUserToken();
-    return token;
-}
 } // namespace support
 
 using support::CountProviders;

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "platform/win32.h"
+#include "support/usertoken.h"
 
 namespace support
 {
@@ -38,13 +39,4 @@ public:
     /// Providers opened and not closed again.
     static int OpenProviders();
 };
-
-/// Whether the current thread has a token of its own.
-bool IsThreadImpersonating();
-
-/// A token with which the current user can be impersonated, the caller's to close.
-HANDLE OpenUserToken();
-
-/// One that lives as long as the program.
-HANDLE UserToken();
 } // namespace support

@@ -1,0 +1,126 @@
+// The module's ticket processing over the platform's own print ticket provider and spooler. Needs a printer
+// named lp0; tests/scripts/platform_test.sh brings one.
+#include <memory>
+#include <stdexcept>
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "base/utility/bstr.h"
+#include "base/utility/driverinfo.h"
+#include "base/xml/xmlutility.h"
+#include "base/xps/printschema/defaulttickets.h"
+#include "base/xps/printschema/imageableareareader.h"
+#include "base/xps/printschema/printablemediasizedata.h"
+#include "base/xps/printschema/printticketprovider.h"
+#include "support/ticketfacts.h"
+#include "support/ticketparts.h"
+#include "support/usertoken.h"
+
+namespace base::xps::printschema
+{
+namespace
+{
+using support::DomDocument;
+using support::FeatureText;
+using support::TicketFacts;
+using support::TicketText;
+using utility::Bstr;
+using utility::MakeCom;
+
+constexpr const wchar_t* kPrinter = L"lp0";
+
+class PrinterTest : public testing::Test
+{
+protected:
+    HRESULT Open(const wchar_t* printer)
+    {
+        const std::string ticket = TicketText(FeatureText("psk:PageMediaSize", "psk:ISOA4") +
+                                              FeatureText("psk:PageOutputColor", "psk:Monochrome"));
+        return provider.Open(
+            MakeCom<support::MemoryReadStream>(ticket).Get(), Bstr(printer).Get(), support::UserToken());
+    }
+
+    void TearDown() override
+    {
+        EXPECT_EQ(provider.Close(), S_OK);
+        EXPECT_FALSE(support::IsThreadImpersonating());
+        EXPECT_EQ(support::AliveParts(), 0);
+    }
+
+    PrintTicketProvider provider;
+};
+
+TEST_F(PrinterTest, IsServedByThePlatformsOwnLibrary)
+{
+    wchar_t path[MAX_PATH] = L"";
+    wchar_t system[MAX_PATH] = L"";
+    GetModuleFileNameW(GetModuleHandleW(L"prntvpt.dll"), path, MAX_PATH);
+    GetSystemDirectoryW(system, MAX_PATH);
+    EXPECT_EQ(_wcsicmp(path, (std::wstring(system) + L"\\prntvpt.dll").c_str()), 0);
+}
+
+TEST_F(PrinterTest, MergesATicketForThePageAndKeepsTheDriversLimits)
+{
+    ASSERT_EQ(Open(kPrinter), S_OK);
+    const DomDocument defaultTicket = xml::XmlUtility::LoadDocumentFromString(DefaultPrintTicketOf(7));
+    const auto sequence = MakeCom<support::FakeSequence>();
+    const auto document = MakeCom<support::FakeDocument>();
+    const auto page = MakeCom<support::FakePage>();
+    document->ticket =
+        MakeCom<support::TicketPart>(TicketText(FeatureText("psk:DocumentCollate", "psk:Collated")));
+    page->ticket =
+        MakeCom<support::TicketPart>(TicketText(FeatureText("psk:PageOrientation", "psk:Landscape")));
+    ASSERT_EQ(provider.ApplyJobTicket(sequence.Get(), defaultTicket.Get()), S_OK);
+    ASSERT_EQ(provider.ApplyDocumentTicket(document.Get(), defaultTicket.Get()), S_OK);
+    ASSERT_EQ(provider.ApplyPageTicket(page.Get(), defaultTicket.Get()), S_OK);
+
+    DomDocument ticket;
+    ASSERT_EQ(provider.GetLevelTicket(kPTDocumentScope, ticket.Receive()), S_OK);
+    EXPECT_EQ(TicketFacts(ticket.Get()).OptionOf("psk:DocumentCollate"), "psk:Collated");
+    ticket = {};
+    ASSERT_EQ(provider.GetLevelTicket(kPTPageScope, ticket.Receive()), S_OK);
+    const TicketFacts facts(ticket.Get());
+    EXPECT_EQ(facts.OptionOf("psk:PageMediaSize"), "psk:ISOA4");
+    EXPECT_EQ(facts.OptionOf("psk:PageOrientation"), "psk:Landscape");
+    EXPECT_EQ(facts.OptionOf("psk:PageOutputColor"), "psk:Monochrome");
+    EXPECT_EQ(facts.CountFeatures("http://schemas.quellmark.example/printing/2005/08/printticket",
+                                  "PagePrintableMediaSize"),
+              1);
+    PrintableMediaSizeData printable;
+    printable.Read(PrintSchemaDocumentHandler::ForPrintTicket(ticket));
+    EXPECT_EQ(printable.GetLimits(), (MediaSizeLimits{{76200, 127000}, {215900, 355600}}));
+}
+
+// Wine 8 knows no imageable area: that leaves the whole sheet.
+TEST_F(PrinterTest, GivesAnAreaWithinTheSheet)
+{
+    ASSERT_EQ(Open(kPrinter), S_OK);
+    const MediaSizeEntry& letter = MediaSizeTable::Shared().Lookup(MediaSizeTable::kNorthAmericaLetter);
+    const ImageableArea area = ImageableAreaReader(provider).Read(letter);
+    EXPECT_GE(area.leftMicrometres, 0);
+    EXPECT_GE(area.topMicrometres, 0);
+    EXPECT_GT(area.widthMicrometres, 0);
+    EXPECT_LE(area.leftMicrometres + area.widthMicrometres, letter.size.widthMicrometres);
+    EXPECT_GT(area.heightMicrometres, 0);
+    EXPECT_LE(area.topMicrometres + area.heightMicrometres, letter.size.heightMicrometres);
+}
+
+TEST_F(PrinterTest, HasToBeThere)
+{
+    EXPECT_TRUE(FAILED(Open(L"no such printer")));
+    EXPECT_THROW(const utility::DriverInfo driver(nullptr), std::runtime_error);
+}
+
+TEST(DriverInfo, IsWhatTheSpoolerKnows)
+{
+    HANDLE opened = nullptr;
+    ASSERT_TRUE(OpenPrinterW(Bstr(kPrinter).Get(), &opened, nullptr));
+    const std::unique_ptr<void, decltype(&ClosePrinter)> printer(opened, ClosePrinter);
+    const utility::DriverInfo driver(printer.get());
+    EXPECT_EQ(driver.GetInfo().cVersion, 3U);
+    EXPECT_NE(std::wstring(driver.GetInfo().pName), L"");
+    EXPECT_NE(std::wstring(driver.GetInfo().pDriverPath).find(L"\\drivers\\"), std::wstring::npos);
+}
+} // namespace
+} // namespace base::xps::printschema

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "platform/win32.h"
+
+// Tokens that stand for the user who submitted a job.
+namespace support
+{
+/// Whether the current thread has a token of its own.
+inline bool IsThreadImpersonating()
+{
+    HANDLE token = nullptr;
+    const bool hasToken = OpenThreadToken(GetCurrentThread(), TOKEN_QUERY, TRUE, &token) != FALSE;
+    if (hasToken)
+    {
+        CloseHandle(token);
+    }
+    return hasToken;
+}
+
+/// A token with which the current user can be impersonated, the caller's to close.
+inline HANDLE OpenUserToken()
+{
+    HANDLE primary = nullptr;
+    HANDLE impersonation = nullptr;
+    OpenProcessToken(GetCurrentProcess(), TOKEN_DUPLICATE | TOKEN_QUERY, &primary);
+    DuplicateToken(primary, SecurityImpersonation, &impersonation);
+    CloseHandle(primary);
+    return impersonation;
+}
+
+/// One that lives as long as the program.
+inline HANDLE UserToken()
+{
+    static const HANDLE token = OpenUserToken();
+    return token;
+}
+} // namespace support
