@@ -468,6 +468,7 @@ TEST_F(PrintSchemaHandlerTest, SharesItsDocumentAndLetsGoOfIt)
     const ULONG before = document->Release();
     {
         const PrintSchemaHandler handler = HandlerOf(document);
+        // NOLINTNEXTLINE(performance-unnecessary-copy-initialization): the copy is what is tested.
         const PrintSchemaHandler copy = handler;
         EXPECT_EQ(copy.RemoveFeature(L"F", Keywords), S_FALSE);
         EXPECT_EQ(handler.NodeExists(L"//psf:Feature"), kNotFound);

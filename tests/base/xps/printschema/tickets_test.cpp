@@ -84,7 +84,7 @@ std::string ReadTicket(const std::wstring& name)
         ticket->AddRef();
         const ULONG before = ticket->Release();
         Accessors accessors;
-        const std::string outcome = Read(accessors, ticket);
+        std::string outcome = Read(accessors, ticket);
         ticket->AddRef();
         EXPECT_EQ(ticket->Release(), before) << "a reference is lost";
         return outcome;
