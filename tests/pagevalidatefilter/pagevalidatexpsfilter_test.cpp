@@ -291,7 +291,7 @@ TEST_P(Shutdown, ClosesTheSenderWhileThePartsAreWaitedFor)
     EXPECT_EQ(pipeline->record.Count("CloseSender"), 0);
 
     auto operation = std::async(std::launch::async, [&] { return filter->StartOperation(); });
-    ASSERT_EQ(isWaiting.get_future().wait_for(std::chrono::seconds(20)), std::future_status::ready);
+    ASSERT_EQ(isWaiting.get_future().wait_for(std::chrono::seconds(10)), std::future_status::ready);
     EXPECT_EQ(filter->ShutdownOperation(), S_OK);
     EXPECT_EQ(pipeline->record.Count("CloseSender"), 1);
     goesOn.set_value();
