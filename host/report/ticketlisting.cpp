@@ -48,8 +48,7 @@ std::optional<Value> ValueOf(const Element& element)
         const Element* const option = ticketservice::FindChild(element, Kind::Option);
         return option == nullptr ? std::nullopt : std::optional<Value>(option->name);
     }
-    const auto text =
-        element.kind == Kind::ParameterInit ? ticketservice::FindText(element) : std::nullopt;
+    const auto text = element.kind == Kind::ParameterInit ? ticketservice::FindText(element) : std::nullopt;
     return text ? std::optional<Value>(*text) : std::nullopt;
 }
 

@@ -1,7 +1,6 @@
 #include "base/xps/fixedpagevalidator.h"
 
 #include <cstdlib>
-#include <memory>
 #include <ostream>
 #include <stdexcept>
 #include <string>
@@ -86,27 +85,27 @@ protected:
     ComPtr<PagePart> Process(const std::string& ticket = {})
     {
         const auto page = MakeCom<PagePart>(pipeline->record, "page", kPage, ticket);
-        MakeValidator(page.Get())->Process();
+        MakeValidator(page.Get()).Process();
         return page;
     }
 
-    std::unique_ptr<FixedPageValidator> MakeValidator(IFixedPage* page)
+    FixedPageValidator MakeValidator(IFixedPage* page)
     {
         return MakeValidator(pipeline->consumer.Get(), page);
     }
-    std::unique_ptr<FixedPageValidator> MakeValidator(IXpsDocumentConsumer* consumer, IFixedPage* page)
+    FixedPageValidator MakeValidator(IXpsDocumentConsumer* consumer, IFixedPage* page)
     {
         printschema::PrintableMediaSizeData printable;
         printable.SetLimits(m_limits);
-        return std::make_unique<FixedPageValidator>(m_tickets,
-                                                    consumer,
-                                                    page,
-                                                    printschema::InputBinData(),
-                                                    m_mediaSize,
-                                                    m_orientation,
-                                                    m_scaling,
-                                                    printable,
-                                                    m_areas);
+        return FixedPageValidator(m_tickets,
+                                  consumer,
+                                  page,
+                                  printschema::InputBinData(),
+                                  m_mediaSize,
+                                  m_orientation,
+                                  m_scaling,
+                                  printable,
+                                  m_areas);
     }
 
     /// The text that was written into a new ticket part or a page.
@@ -362,7 +361,7 @@ TEST_F(FixedPageValidatorTest, NamesTheNewTicketAfterTheOldOneAndACount)
             page->ticket = ComPtr<IPartPrintTicket>(
                 MakeCom<support::TicketPart>(pipeline->record, oldName, Ticket({})).Get());
         }
-        MakeValidator(page.Get())->Process();
+        MakeValidator(page.Get()).Process();
 
         std::string name = pipeline->consumer->newPartNames.back();
         const std::size_t digits = name.find("pagevalidator_") + std::string("pagevalidator_").size();
