@@ -57,7 +57,8 @@ private:
     std::optional<LONG> m_tesselType;
 };
 
-/// The pipeline's property bag with one value at most; VT_EMPTY for none.
+/// The pipeline's property bag with one value at most; VT_EMPTY for none. Under a type that is no object's
+/// the object's address is but a number.
 class PipelineBag final : public utility::ComObject<IPrintPipelinePropertyBag>
 {
 public:
@@ -71,8 +72,9 @@ public:
         {
             return HRESULT_FROM_WIN32(ERROR_NOT_FOUND);
         }
+        const bool isObject = m_type == VT_UNKNOWN || m_type == VT_DISPATCH;
         V_VT(value) = m_type;
-        V_UNKNOWN(value) = ComPtr<IUnknown>(m_object).Detach();
+        V_BYREF(value) = isObject ? ComPtr<IUnknown>(m_object).Detach() : m_object.Get();
         return S_OK;
     }
     STDMETHODIMP AddProperty(const wchar_t*, const VARIANT*) override { return E_NOTIMPL; }
@@ -151,12 +153,13 @@ TEST(DefaultTickets, AreSelectedByTheDriversPageDescriptionType)
 TEST(DefaultTickets, AreThatOfType7WithoutADriversPropertyBag)
 {
     const auto other = MakeCom<PipelineBag>();
+    const auto driver = MakeCom<DriverBag>(76);
     for (const auto& bag : {MakeCom<PipelineBag>(),
                             MakeCom<PipelineBag>(VT_UNKNOWN, nullptr),
                             MakeCom<PipelineBag>(VT_UNKNOWN, other.Get()),
-                            MakeCom<PipelineBag>(VT_NULL),
-                            MakeCom<PipelineBag>(VT_I4),
-                            MakeCom<PipelineBag>(VT_BYREF)})
+                            MakeCom<PipelineBag>(VT_NULL, driver.Get()),
+                            MakeCom<PipelineBag>(VT_I8, driver.Get()),
+                            MakeCom<PipelineBag>(VT_BYREF, driver.Get())})
     {
         EXPECT_EQ(Describe(SelectDefaultPrintTicket(*bag)), kType7);
     }

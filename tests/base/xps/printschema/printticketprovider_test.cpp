@@ -191,6 +191,7 @@ TEST_F(PrintTicketProviderTest, MergesOnceALevelAndAnewBelowALevelThatChanged)
         {"job without ticket", [&] { return apply(kPTJobScope, {}); }, "2"},
         {"page, the document left out", [&] { return apply(kPTPageScope, {}); }, "10"},
         {"job with ticket", [&] { return apply(kPTJobScope, ticket); }, "2"},
+        {"document below it", [&] { return get(kPTDocumentScope); }, "1"},
         {"document with ticket", [&] { return apply(kPTDocumentScope, ticket); }, "1"},
         {"page with ticket", [&] { return apply(kPTPageScope, ticket); }, "0"},
         {"next page", [&] { return apply(kPTPageScope, {}); }, "0"},
