@@ -543,7 +543,7 @@ public:
     template <typename Part, typename... Arguments>
     ComPtr<Part> Add(Arguments&&... arguments)
     {
-        const auto part = MakeCom<Part>(record, std::forward<Arguments>(arguments)...);
+        auto part = MakeCom<Part>(record, std::forward<Arguments>(arguments)...);
         provider->parts.push_back(ComPtr<IUnknown>(part.Get()));
         return part;
     }

@@ -84,7 +84,7 @@ protected:
     /// Makes a page with this ticket, as far as there is one, agree with the accessors.
     ComPtr<PagePart> Process(const std::string& ticket = {})
     {
-        const auto page = MakeCom<PagePart>(pipeline->record, "page", kPage, ticket);
+        auto page = MakeCom<PagePart>(pipeline->record, "page", kPage, ticket);
         MakeValidator(page.Get()).Process();
         return page;
     }
