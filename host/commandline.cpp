@@ -13,21 +13,35 @@ constexpr const char* kFooter = R"(Examples (sample.xps stands for any XPS or Op
   xpsfilterhost run sample.xps --dry-run --orientation Landscape --media ISOA4
   xpsfilterhost tickets sample.xps
 
-Exit status: 0 done; 1 the filter failed, with its HRESULT and the part it was at;
-2 the document, a file or an argument cannot be used. Failures are one line on stderr.)";
+Lengths are typed in millimetres; page sizes are told in pixels of 1/96 inch.
+Exit status: 0 done; 1 the filter failed, with its HRESULT and the part it was at, or was
+stopped by Ctrl-C; 2 the document, a file or an argument cannot be used. Failures are one
+line on stderr.)";
 
 constexpr const char* kRunFooter =
-    R"(Prints one line a page: its size before and after in 1/96 inch, the orientation, the
-medium and the limits that its ticket asks for, what the filter decided and why, and its
-ticket parts. The output appears only when the whole document has been written; an
-existing file of that name is then replaced. It must not be the input itself.
+    R"(Prints one line a page: its size before and after in pixels of 1/96 inch, the orientation,
+the medium and the limits that its ticket asks for in millimetres, what the filter decided
+and why, and its ticket, old and new. The output appears only when the whole document has
+been written; an existing file of that name is then replaced. It must not be the input
+itself.
 
-Lengths of --media and --limits are millimetres.
+Lengths of --media and --limits are millimetres, those of --json micrometres.
 
 Examples (sample.xps stands for any XPS or OpenXPS document):
   xpsfilterhost run sample.xps -o out.xps
   xpsfilterhost run sample.xps -o out.xps --media ISOA3 --limits 76.2x127-215.9x355.6
   xpsfilterhost run sample.xps --dry-run --json --orientation Landscape)";
+
+constexpr const char* kTicketsFooter =
+    R"(Prints, for the job, each document and each page, its own ticket and the effective one, and
+for each value of that the level that it comes from: page, document, job, user, or the
+driver's default ticket; or the device, where it does not take what was asked for.
+Lengths in tickets are micrometres; those of --media and --limits are millimetres (mm).
+
+Examples (sample.xps stands for any XPS or OpenXPS document):
+  xpsfilterhost tickets sample.xps
+  xpsfilterhost tickets sample.xps --media ISOA3 --limits 76.2x127-215.9x355.6
+  xpsfilterhost tickets sample.xps --tessel-type 1)";
 
 /// The options as they are typed, before they are taken for a command.
 struct Typed
@@ -120,6 +134,8 @@ Command ParseCommandLine(const std::vector<std::string>& arguments)
     Typed typed;
     CLI::App app("Runs XPS documents through the page-validation filter, offline: no printer, no spooler.",
                  "xpsfilterhost");
+    // Under Wine a path may begin with a slash.
+    app.allow_windows_style_options(false);
     app.require_subcommand(1);
     app.set_version_flag("--version", HOST_VERSION, "Print the version and exit");
     app.footer(kFooter);
@@ -134,6 +150,7 @@ Command ParseCommandLine(const std::vector<std::string>& arguments)
 
     CLI::App* const tickets =
         app.add_subcommand("tickets", "Show each level's ticket and where its values come from");
+    tickets->footer(kTicketsFooter);
     AddSettingOptions(*tickets, typed);
     try
     {
@@ -147,8 +164,11 @@ Command ParseCommandLine(const std::vector<std::string>& arguments)
     catch (const CLI::ParseError& stop)
     {
         std::ostringstream text;
-        const bool isHelp = app.exit(stop, text, text) == 0;
-        return Notice{isHelp ? ExitStatus::Done : ExitStatus::Unusable, text.str()};
+        if (app.exit(stop, text, text) == 0)
+        {
+            return Notice{ExitStatus::Done, text.str()};
+        }
+        return Notice{ExitStatus::Unusable, std::string("xpsfilterhost: ") + stop.what() + "; see --help\n"};
     }
     if (tickets->parsed())
     {

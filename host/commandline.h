@@ -14,6 +14,7 @@ namespace host
 enum class ExitStatus
 {
     Done = 0,
+    /// Or was stopped by Ctrl-C.
     FilterFailed = 1,
     /// The document, another file or the command line.
     Unusable = 2

@@ -1,7 +1,5 @@
 #include "host/console.h"
 
-#include <cstdio>
-
 #include <io.h>
 
 namespace host
@@ -28,18 +26,24 @@ Console::~Console()
 
 void Console::PrintOut(std::string_view text)
 {
-    WipeProgress();
-    Write(stdout, text);
+    PrintTo(stdout, text);
 }
 
 void Console::PrintError(std::string_view text)
 {
+    PrintTo(stderr, text);
+}
+
+void Console::PrintTo(std::FILE* stream, std::string_view text)
+{
+    const std::lock_guard lock(m_lock);
     WipeProgress();
-    Write(stderr, text);
+    Write(stream, text);
 }
 
 void Console::ShowProgress(std::string_view text)
 {
+    const std::lock_guard lock(m_lock);
     constexpr std::chrono::milliseconds interval(100);
     const auto now = std::chrono::steady_clock::now();
     if (!m_isTerminal || now - m_shownAt < interval)

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <chrono>
+#include <cstdio>
+#include <mutex>
 #include <string>
 #include <string_view>
 
@@ -11,7 +13,7 @@ namespace host
 /// The program's two output streams, which take UTF-8, and the progress line on stderr.
 ///
 /// The progress line is shown on a terminal only. It is wiped before anything else is written and on
-/// destruction.
+/// destruction. May be used on any thread.
 class Console
 {
 public:
@@ -27,8 +29,10 @@ public:
     void ShowProgress(std::string_view text);
 
 private:
+    void PrintTo(std::FILE* stream, std::string_view text);
     void WipeProgress();
 
+    std::mutex m_lock;
     bool m_isTerminal;
     UINT m_formerCodePage;
     std::size_t m_shownLength = 0;

@@ -7,10 +7,8 @@
 #include <utility>
 
 #include "base/logging/boundary.h"
-#include "base/logging/errors.h"
 #include "base/utility/safecoinit.h"
 #include "base/utility/utf8.h"
-#include "base/xps/printschema/defaulttickets.h"
 #include "host/opc/package.h"
 #include "host/opc/packagewriter.h"
 #include "host/pipeline/endpoints.h"
@@ -23,7 +21,6 @@
 namespace host
 {
 using base::exception::AtBoundary;
-using base::exception::ThrowIfFailed;
 using base::utility::ComPtr;
 using base::utility::MakeCom;
 
@@ -92,6 +89,17 @@ HRESULT Operate(IPrintPipelineFilter& filter,
     }
     return answer.get();
 }
+
+/// What the success that a filter claims is worth to the pipeline.
+HRESULT Judge(const pipeline::PipelineJob& job, std::string& debt)
+{
+    if (FAILED(job.shutdownReason))
+    {
+        return job.shutdownReason;
+    }
+    debt = job.FindDebt();
+    return debt.empty() ? S_OK : E_UNEXPECTED;
+}
 } // namespace
 
 FilterOutcome RunFilter(const FilterJob& job)
@@ -106,20 +114,18 @@ FilterOutcome RunFilter(const FilterJob& job)
     FilterOutcome outcome;
     {
         const auto bag = MakePropertyBag(job, printer, trace);
-        report::PageReporter reporter(package,
-                                      {job.userTicket,
-                                       base::xps::printschema::SelectDefaultPrintTicket(*bag),
-                                       printer.Name(),
-                                       printer.UserToken()},
-                                      job.onPage);
-        const auto control = MakeCom<pipeline::ManagerControl>(trace);
+        report::PageReporter reporter(
+            package,
+            {job.userTicket, tickets::DefaultTicketOf(job.tesselType), printer.Name(), printer.UserToken()},
+            job.onPage);
+        const auto control = MakeCom<pipeline::ManagerControl>(shared);
         const auto communicator = MakeCom<pipeline::Communicator>(
             trace,
             MakeCom<pipeline::DocumentProvider>(shared),
             MakeCom<pipeline::DocumentConsumer>(
                 shared, [&](const pipeline::SentPart& sent) { reporter.Take(sent); }));
 
-        const ComPtr<IPrintPipelineFilter> filter = module.CreateFilter();
+        const ComPtr<IPrintPipelineFilter> filter = module.CreateFilter(trace);
         outcome.result = trace.Answer("IPrintPipelineFilter::InitializeFilter", "", [&] {
             return filter->InitializeFilter(communicator.Get(), bag.Get(), control.Get());
         });
@@ -131,19 +137,21 @@ FilterOutcome RunFilter(const FilterJob& job)
         outcome.part = shared->currentPart;
         outcome.documents = reporter.Documents();
         outcome.pages = reporter.Pages();
+        if (SUCCEEDED(outcome.result))
+        {
+            outcome.result = Judge(*shared, outcome.debt);
+        }
     }
     outcome.keptObjects = static_cast<std::size_t>(shared.use_count()) - 1;
     outcome.isModuleInUse = !module.CanUnload();
+    trace.Tell("DllCanUnloadNow", "", outcome.isModuleInUse ? S_FALSE : S_OK);
 
-    if (FAILED(outcome.result))
+    // Also where the filter made light of it.
+    if (const auto failure = trace.GetHostFailure())
     {
-        if (const auto failure = trace.GetHostFailure())
-        {
-            std::rethrow_exception(failure);
-        }
-        return outcome;
+        std::rethrow_exception(failure);
     }
-    if (job.output)
+    if (SUCCEEDED(outcome.result) && job.output)
     {
         shared->RemoveOrphanedTickets();
         writer.Commit(job.onWriting);

@@ -38,8 +38,11 @@ struct FilterJob
 /// What a run came to.
 struct FilterOutcome
 {
-    /// The filter's own answer.
+    /// The filter's own answer, or what it asked the pipeline to shut down for, or E_UNEXPECTED for one that
+    /// left its work undone.
     HRESULT result = S_OK;
+    /// What it left undone; empty for nothing.
+    std::string debt;
     /// Where the filter was when it failed; empty before the first part.
     std::string part;
     std::size_t documents = 0;

@@ -10,7 +10,6 @@
 #include "base/logging/errors.h"
 #include "base/utility/safecoinit.h"
 #include "base/utility/utf8.h"
-#include "base/xps/printschema/defaulttickets.h"
 #include "host/commandline.h"
 #include "host/console.h"
 #include "host/filebytes.h"
@@ -20,6 +19,7 @@
 #include "host/opc/packageerror.h"
 #include "host/pipeline/propertybags.h"
 #include "host/report/pagetable.h"
+#include "host/tickets/jobtickets.h"
 #include "host/tickets/printer.h"
 #include "host/tickets/printticketlibrary.h"
 #include "host/ticketsjob.h"
@@ -50,7 +50,7 @@ std::string Describe(HRESULT result)
     std::ostringstream text;
     text << "0x" << std::hex << std::setw(8) << std::setfill('0') << static_cast<std::uint32_t>(result)
          << ": " << base::exception::GetErrorText(result);
-    return text.str();
+    return ToOneLine(text.str());
 }
 
 /// What is wrong with the part that the filter stopped at, as far as the host can tell: the filter answers
@@ -221,10 +221,12 @@ ExitStatus Carry(const RunCommand& command, Console& console)
     const FilterOutcome outcome = RunFilter(job);
     if (FAILED(outcome.result))
     {
+        interrupt.ThrowIfRaised();
         ThrowPackageFault(command.input, outcome.part, outcome.result);
         const std::string at = outcome.part.empty() ? "" : outcome.part + ": ";
+        const std::string what = outcome.debt.empty() ? "failed with" : outcome.debt + ":";
         console.PrintError(ToOneLine("xpsfilterhost: " + opc::ToUtf8Path(command.input) + ": " + at +
-                                     "the filter failed with " + Describe(outcome.result)) +
+                                     "the filter " + what + " " + Describe(outcome.result)) +
                            "\n");
         return ExitStatus::FilterFailed;
     }
@@ -237,10 +239,11 @@ ExitStatus Carry(const TicketsCommand& command, Console& console)
     const JobGround ground(command.setting);
     const opc::Package package(command.input);
     const tickets::Printer printer(PrinterOf(command.setting));
-    const std::wstring defaultTicket =
-        base::xps::printschema::DefaultPrintTicketOf(command.setting.tesselType.value_or(7));
     ListTickets(package,
-                {ground.UserTicket(), defaultTicket, printer.Name(), printer.UserToken()},
+                {ground.UserTicket(),
+                 tickets::DefaultTicketOf(command.setting.tesselType),
+                 printer.Name(),
+                 printer.UserToken()},
                 [&](const std::string& text) { console.PrintOut(text); });
     return ExitStatus::Done;
 }
@@ -251,6 +254,11 @@ ExitStatus Run(const JobCommand& command, Console& console)
     try
     {
         return Carry(command, console);
+    }
+    catch (const InterruptedError& stop)
+    {
+        console.PrintError(std::string("xpsfilterhost: ") + stop.what() + "\n");
+        return ExitStatus::FilterFailed;
     }
     catch (const opc::PackageError& failure)
     {

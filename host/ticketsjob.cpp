@@ -85,17 +85,21 @@ void ListTickets(const opc::Package& package,
         {
             own = TicketLayer{level, package.Read(*part->printTicket)};
         }
-        const std::string ownName = own ? part->printTicket->Text() : "no ticket of its own";
-        print(level + " " + part->name.Text() + ": " + ownName + "\n");
+        print(level + " " + part->name.Text() + "\n");
         try
         {
+            print(own ? "  own ticket " + part->printTicket->Text() + "\n" + report::ListTicket(own->bytes)
+                      : "  no ticket of its own\n");
             tickets.Enter(*part);
             layers.Enter(part->kind, std::move(own));
-            print(report::ListTicket(tickets::SaveBytes(tickets.GetEffective().Get()), layers.All()));
+            print("  effective ticket\n" +
+                  report::ListTicketWithOrigins(tickets::SaveBytes(tickets.GetEffective().Get()),
+                                                layers.All()));
         }
         catch (const ticketservice::FormatError& fault)
         {
-            throw opc::PackageError(ownName, fault.what());
+            const opc::PartName& culprit = part->printTicket ? *part->printTicket : part->name;
+            throw opc::PackageError(culprit.Text(), fault.what());
         }
     }
 }

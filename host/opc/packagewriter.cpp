@@ -40,7 +40,7 @@ PartContent PackageWriter::NewContent(std::string_view bytes)
 void PackageWriter::ReplacePart(const PartName& part, PartContent content)
 {
     Require(part);
-    m_changes[part].content = std::move(content);
+    Keep(part, std::move(content));
 }
 
 void PackageWriter::AddPart(const PartName& part, std::string_view contentType, PartContent content)
@@ -49,7 +49,7 @@ void PackageWriter::AddPart(const PartName& part, std::string_view contentType, 
     {
         throw PackageError(part.Text(), "is in the package already");
     }
-    m_changes[part].content = std::move(content);
+    Keep(part, std::move(content));
     m_removed.erase(part);
     if (!m_source.Has(part))
     {
@@ -108,6 +108,13 @@ bool PackageWriter::Exists(const PartName& part) const
 {
     const auto change = m_changes.find(part);
     return change != m_changes.end() ? change->second.content.has_value() : m_source.Has(part);
+}
+
+void PackageWriter::Keep(const PartName& part, PartContent content)
+{
+    // There may be as many of them as the document has pages.
+    content.SpillAll();
+    m_changes[part].content = std::move(content);
 }
 
 void PackageWriter::Require(const PartName& part) const

@@ -71,6 +71,7 @@ private:
     };
 
     bool Exists(const PartName& part) const;
+    void Keep(const PartName& part, PartContent content);
     void Require(const PartName& part) const;
     void Drop(const PartName& part);
     void DropRelationshipsToRemovedParts();

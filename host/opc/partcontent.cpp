@@ -18,6 +18,16 @@ void PartContent::Append(std::string_view bytes)
     }
 }
 
+void PartContent::SpillAll()
+{
+    if (!m_pending.empty())
+    {
+        Spill();
+    }
+    // Clearing keeps the memory.
+    std::string().swap(m_pending);
+}
+
 void PartContent::Spill()
 {
     const std::uint64_t offset = m_spill->Append(m_pending);

@@ -24,6 +24,9 @@ public:
     /// Throws PackageError when the spill file cannot take it.
     void Append(std::string_view bytes);
 
+    /// Keeps nothing in memory any more: to be called when the content is complete.
+    void SpillAll();
+
     /// In bytes.
     std::uint64_t Size() const noexcept { return m_spilled + m_pending.size(); }
 

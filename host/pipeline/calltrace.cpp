@@ -2,12 +2,19 @@
 
 namespace host::pipeline
 {
-void CallTrace::Tell(std::string_view method, std::string_view subject, HRESULT result)
+void CallTrace::Tell(std::string_view method, std::string_view subject, HRESULT result) noexcept
 {
-    const std::lock_guard lock(m_lock);
-    if (m_listener)
+    try
     {
-        m_listener({method, std::string(subject), result});
+        const std::lock_guard lock(m_lock);
+        if (m_listener)
+        {
+            m_listener({method, std::string(subject), result});
+        }
+    }
+    catch (...)
+    {
+        KeepFailure();
     }
 }
 

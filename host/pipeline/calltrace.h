@@ -22,8 +22,8 @@ struct TracedCall
 };
 
 /// Where every endpoint of the pipeline answers: turns what an endpoint throws into the call's HRESULT, keeps
-/// the first such failure for the host, and tells the listener of each call in the order in which they end.
-/// May be used on any thread.
+/// the first such failure, or one of the listener, for the host, and tells the listener of each call in the
+/// order in which they end. May be used on any thread.
 class CallTrace
 {
 public:
@@ -35,11 +35,9 @@ public:
     template <typename Body>
     [[nodiscard]] HRESULT Answer(std::string_view method, std::string_view subject, Body&& body) noexcept
     {
-        return base::exception::AtBoundary([&] {
-            const HRESULT result = Attempt(body);
-            Tell(method, subject, result);
-            return result;
-        });
+        const HRESULT result = Attempt(body);
+        Tell(method, subject, result);
+        return result;
     }
 
     /// The first half of Answer: nobody is told.
@@ -58,7 +56,7 @@ public:
     }
 
     /// For calls that answer nothing.
-    void Tell(std::string_view method, std::string_view subject, HRESULT result);
+    void Tell(std::string_view method, std::string_view subject, HRESULT result) noexcept;
 
     /// The first exception of an endpoint: the host's own failure, as opposed to the filter's. Null for none.
     std::exception_ptr GetHostFailure() const;

@@ -1,5 +1,6 @@
 #include "host/pipeline/documentconsumer.h"
 
+#include <optional>
 #include <string>
 #include <utility>
 
@@ -13,15 +14,11 @@ using base::utility::MakeCom;
 
 namespace
 {
-/// Whether a filter did with a new content what is due: wrote it, if it asked for it, and closed it once.
-bool IsComplete(const PartWriteStream* content)
+/// The name that a new part is asked for by; empty where it names no part, or one that holds relationships.
+std::optional<opc::PartName> ReadName(const std::string& wanted)
 {
-    return content == nullptr || content->CloseCount() == 1;
-}
-
-bool IsComplete(const TicketSlot& ticket)
-{
-    return ticket.New() == nullptr || IsComplete(ticket.New()->NewContent());
+    auto name = opc::PartName::FromItem(wanted);
+    return name && !name->RelationshipsSource() ? name : std::nullopt;
 }
 
 /// "a/t.xml" and 2 make "a/t-2.xml".
@@ -35,57 +32,54 @@ std::string Numbered(const std::string& name, int number)
 }
 } // namespace
 
-template <typename Body>
-HRESULT DocumentConsumer::Send(const char* method, Body&& body)
+template <typename Part, typename Store>
+HRESULT DocumentConsumer::Send(const char* method, IUnknown* object, Store&& store)
 {
-    return m_pJob->trace.Answer(method, m_pJob->currentPart, [&]() -> HRESULT {
-        return m_pJob->isSenderClosed ? E_UNEXPECTED : body();
-    });
-}
-
-template <typename Part, typename Interface>
-HRESULT DocumentConsumer::SendTreePart(const char* method, Interface* part)
-{
-    return Send(method, [&]() -> HRESULT {
-        const ComPtr<Part> own = Part::Recognise(part);
-        if (!own)
+    const ComPtr<Part> part = Part::Recognise(object);
+    return m_pJob->trace.Answer(method, part ? part->Name() : std::string_view(), [&]() -> HRESULT {
+        if (!part)
         {
-            return E_INVALIDARG;
+            return object == nullptr ? E_POINTER : E_INVALIDARG;
         }
-        if (!IsComplete(own->Ticket()))
+        if (m_pJob->isSenderClosed || part->Place() != m_pJob->sent || !part->IsComplete())
         {
             return E_UNEXPECTED;
         }
-        m_onSent({own->Ticket().Owner(), nullptr, own->Ticket().New()});
-        own->Ticket().Store();
+        store(*part);
+        ++m_pJob->sent;
         return S_OK;
+    });
+}
+
+template <typename Part>
+HRESULT DocumentConsumer::SendTreePart(const char* method, IUnknown* object)
+{
+    return Send<Part>(method, object, [this](Part& part) {
+        m_onSent({part.Ticket().Owner(), nullptr, part.Ticket().New()});
+        part.Ticket().Store();
     });
 }
 
 STDMETHODIMP DocumentConsumer::SendXpsUnknown(IUnknown* part)
 {
-    return Send("IXpsDocumentConsumer::SendXpsUnknown", [&] { return part == nullptr ? E_POINTER : S_OK; });
+    return m_pJob->trace.Answer("IXpsDocumentConsumer::SendXpsUnknown", "", [&] {
+        if (part == nullptr)
+        {
+            return E_POINTER;
+        }
+        return m_pJob->isSenderClosed ? E_UNEXPECTED : S_OK;
+    });
 }
 
 STDMETHODIMP DocumentConsumer::SendXpsDocument(IXpsDocument* document)
 {
-    return Send("IXpsDocumentConsumer::SendXpsDocument", [&] {
-        if (document == nullptr)
-        {
-            return E_POINTER;
-        }
-        return std::exchange(m_rootSent, true) ? E_UNEXPECTED : S_OK;
-    });
+    return Send<DocumentRootPart>(
+        "IXpsDocumentConsumer::SendXpsDocument", document, [](const DocumentRootPart&) {});
 }
 
 STDMETHODIMP DocumentConsumer::SendFixedDocumentSequence(IFixedDocumentSequence* sequence)
 {
-    constexpr const char* method = "IXpsDocumentConsumer::SendFixedDocumentSequence";
-    if (std::exchange(m_sequenceSent, true))
-    {
-        return Send(method, [] { return E_UNEXPECTED; });
-    }
-    return SendTreePart<SequencePart>(method, sequence);
+    return SendTreePart<SequencePart>("IXpsDocumentConsumer::SendFixedDocumentSequence", sequence);
 }
 
 STDMETHODIMP DocumentConsumer::SendFixedDocument(IFixedDocument* document)
@@ -95,7 +89,14 @@ STDMETHODIMP DocumentConsumer::SendFixedDocument(IFixedDocument* document)
 
 STDMETHODIMP DocumentConsumer::SendFixedPage(IFixedPage* page)
 {
-    return Send("IXpsDocumentConsumer::SendFixedPage", [&] { return TakePage(page); });
+    return Send<PagePart>("IXpsDocumentConsumer::SendFixedPage", page, [this](PagePart& own) {
+        m_onSent({own.Ticket().Owner(), own.NewMarkup(), own.Ticket().New()});
+        own.Ticket().Store();
+        if (own.NewMarkup() != nullptr)
+        {
+            m_pJob->writer->ReplacePart(own.Ticket().Owner().name, own.NewMarkup()->DetachContent());
+        }
+    });
 }
 
 STDMETHODIMP DocumentConsumer::CloseSender()
@@ -124,40 +125,21 @@ STDMETHODIMP DocumentConsumer::GetNewEmptyPart(const wchar_t* uri,
         {
             return E_NOINTERFACE;
         }
-        if (!opc::PartName::FromItem(wanted))
+        const auto read = ReadName(wanted);
+        if (!read)
         {
             return E_INVALIDARG;
         }
-        auto content = MakeCom<PartWriteStream>(m_pJob->writer->NewContent());
-        *newPart = MakeCom<TicketPart>(m_pJob, ReserveName(wanted), content).Detach();
+        const opc::PartName name = Reserve(*read);
+        auto content = MakeWriteStream(m_pJob, name);
+        *newPart = MakeCom<TicketPart>(m_pJob, name, content).Detach();
         *stream = content.Detach();
         return S_OK;
     });
 }
 
-HRESULT DocumentConsumer::TakePage(IFixedPage* page)
+opc::PartName DocumentConsumer::Reserve(opc::PartName name)
 {
-    const ComPtr<PagePart> own = PagePart::Recognise(page);
-    if (!own)
-    {
-        return E_INVALIDARG;
-    }
-    if (!IsComplete(own->NewMarkup()) || !IsComplete(own->Ticket()))
-    {
-        return E_UNEXPECTED;
-    }
-    m_onSent({own->Ticket().Owner(), own->NewMarkup(), own->Ticket().New()});
-    own->Ticket().Store();
-    if (own->NewMarkup() != nullptr)
-    {
-        m_pJob->writer->ReplacePart(own->Ticket().Owner().name, own->NewMarkup()->DetachContent());
-    }
-    return S_OK;
-}
-
-opc::PartName DocumentConsumer::ReserveName(const std::string& wanted)
-{
-    opc::PartName name = *opc::PartName::FromItem(wanted);
     const std::string text = name.Text();
     for (int number = 2; m_pJob->package.Has(name) || m_pJob->newParts.contains(name); ++number)
     {

@@ -32,34 +32,36 @@ public:
     {
     }
 
-    // Parts must be of this pipeline, and all streams to a part's new content closed exactly once before it
-    // is sent: E_INVALIDARG and E_UNEXPECTED otherwise. Nothing can be sent after CloseSender.
+    // Parts of the tree must be of this pipeline: E_INVALIDARG otherwise. They must come in the order in
+    // which they were handed out, all streams to a part's new contents closed exactly once before it is sent,
+    // a new ticket with one part only, and nothing after CloseSender: E_UNEXPECTED otherwise.
+
+    /// Takes no part of the tree: one that is sent as unknown is not sent.
 
     STDMETHODIMP SendXpsUnknown(IUnknown* part) override;
+
     STDMETHODIMP SendXpsDocument(IXpsDocument* document) override;
     STDMETHODIMP SendFixedDocumentSequence(IFixedDocumentSequence* sequence) override;
     STDMETHODIMP SendFixedDocument(IFixedDocument* document) override;
     STDMETHODIMP SendFixedPage(IFixedPage* page) override;
     STDMETHODIMP CloseSender() override;
 
-    /// Makes print tickets only. Any name that can be read as a part's becomes a valid one of this package;
-    /// one that is taken gets a number.
+    /// Makes print tickets only: E_NOINTERFACE otherwise. Any name that can be read as a part's becomes a
+    /// valid one of this package, and one that is taken gets a number. E_INVALIDARG for any other name, and
+    /// for those that the package keeps for relationships.
     STDMETHODIMP GetNewEmptyPart(const wchar_t* uri,
                                  REFIID iid,
                                  void** newPart,
                                  IPrintWriteStream** stream) override;
 
 private:
-    template <typename Body>
-    HRESULT Send(const char* method, Body&& body);
-    template <typename Part, typename Interface>
-    HRESULT SendTreePart(const char* method, Interface* part);
-    HRESULT TakePage(IFixedPage* page);
-    opc::PartName ReserveName(const std::string& wanted);
+    template <typename Part, typename Store>
+    HRESULT Send(const char* method, IUnknown* object, Store&& store);
+    template <typename Part>
+    HRESULT SendTreePart(const char* method, IUnknown* object);
+    opc::PartName Reserve(opc::PartName name);
 
     PipelineJobPtr m_pJob;
     Listener m_onSent;
-    bool m_rootSent = false;
-    bool m_sequenceSent = false;
 };
 } // namespace host::pipeline

@@ -42,6 +42,7 @@ IUnknown* DocumentProvider::MakeNext()
     m_pJob->currentPart = next ? next->name.Text() : std::string();
     if (!next)
     {
+        m_pJob->isReadToEnd = true;
         return nullptr;
     }
     switch (next->kind)

@@ -39,12 +39,19 @@ STDMETHODIMP ManagerControl::RequestShutdown(HRESULT reason, IImgErrorInfo*)
 {
     char text[11];
     std::snprintf(text, sizeof(text), "0x%08lX", static_cast<unsigned long>(reason));
-    return m_trace.Answer("IPrintPipelineManagerControl::RequestShutdown", text, [] { return S_OK; });
+    return m_pJob->trace.Answer("IPrintPipelineManagerControl::RequestShutdown", text, [&] {
+        HRESULT none = S_OK;
+        if (FAILED(reason))
+        {
+            m_pJob->shutdownReason.compare_exchange_strong(none, reason);
+        }
+        return S_OK;
+    });
 }
 
 STDMETHODIMP ManagerControl::FilterFinished()
 {
-    return m_trace.Answer("IPrintPipelineManagerControl::FilterFinished", "", [] { return S_OK; });
+    return m_pJob->trace.Answer("IPrintPipelineManagerControl::FilterFinished", "", [] { return S_OK; });
 }
 
 STDMETHODIMP TicketStreamFactory::GetStream(IPrintReadStream** stream)

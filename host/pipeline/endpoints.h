@@ -33,13 +33,13 @@ private:
 class ManagerControl final : public base::utility::ComObject<IPrintPipelineManagerControl>
 {
 public:
-    explicit ManagerControl(CallTrace& trace) : m_trace(trace) {}
+    explicit ManagerControl(PipelineJobPtr job) : m_pJob(std::move(job)) {}
 
     STDMETHODIMP RequestShutdown(HRESULT reason, IImgErrorInfo* errorInfo) override;
     STDMETHODIMP FilterFinished() override;
 
 private:
-    CallTrace& m_trace;
+    PipelineJobPtr m_pJob;
 };
 
 /// The user's print ticket, a fresh stream each time.

@@ -8,7 +8,6 @@
 
 namespace host::pipeline
 {
-using base::exception::ThrowIfFailed;
 using base::utility::ComPtr;
 
 namespace
@@ -42,7 +41,8 @@ void (*LoadedLibrary::FindAddress(const char* name) const)()
 }
 
 FilterModule::FilterModule(const std::filesystem::path& path)
-    : m_library(path),
+    : m_path(std::filesystem::absolute(path)),
+      m_library(m_path),
       m_getClassObject(m_library.Find<decltype(DllGetClassObject)>("DllGetClassObject")),
       m_canUnloadNow(m_library.Find<decltype(DllCanUnloadNow)>("DllCanUnloadNow"))
 {
@@ -56,12 +56,23 @@ FilterModule::~FilterModule()
     }
 }
 
-ComPtr<IPrintPipelineFilter> FilterModule::CreateFilter() const
+ComPtr<IPrintPipelineFilter> FilterModule::CreateFilter(CallTrace& trace) const
 {
     ComPtr<IClassFactory> factory;
-    ThrowIfFailed(m_getClassObject(kFilterClass, __uuidof(IClassFactory), factory.ReceiveUntyped()));
+    HRESULT result = trace.Answer("DllGetClassObject", "", [&] {
+        return m_getClassObject(kFilterClass, __uuidof(IClassFactory), factory.ReceiveUntyped());
+    });
     ComPtr<IPrintPipelineFilter> filter;
-    ThrowIfFailed(factory->CreateInstance(nullptr, __uuidof(IPrintPipelineFilter), filter.ReceiveUntyped()));
+    if (SUCCEEDED(result))
+    {
+        result = trace.Answer("IClassFactory::CreateInstance", "", [&] {
+            return factory->CreateInstance(nullptr, __uuidof(IPrintPipelineFilter), filter.ReceiveUntyped());
+        });
+    }
+    if (FAILED(result))
+    {
+        Fail(m_path, "creates no filter: " + base::exception::GetErrorText(result));
+    }
     return filter;
 }
 

@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "base/utility/comptr.h"
+#include "host/pipeline/calltrace.h"
 #include "platform/filterpipeline.h"
 
 namespace host::pipeline
@@ -53,13 +54,15 @@ public:
     FilterModule& operator=(const FilterModule&) = delete;
     ~FilterModule();
 
-    /// Creates the page-validation filter through its class factory. Throws HresultError.
-    base::utility::ComPtr<IPrintPipelineFilter> CreateFilter() const;
+    /// Creates the page-validation filter through its class factory. Throws std::runtime_error, naming the
+    /// file, for a module that has none.
+    base::utility::ComPtr<IPrintPipelineFilter> CreateFilter(CallTrace& trace) const;
 
     /// Whether the module answers that nothing of it is in use. A module that is in use is never unloaded.
     bool CanUnload() const noexcept;
 
 private:
+    std::filesystem::path m_path;
     LoadedLibrary m_library;
     decltype(DllGetClassObject)* m_getClassObject;
     decltype(DllCanUnloadNow)* m_canUnloadNow;

@@ -2,14 +2,11 @@
 
 #include <string_view>
 
-#include "base/logging/errors.h"
 #include "base/utility/utf8.h"
-#include "host/opc/packageerror.h"
 #include "host/xps/xpsvocabulary.h"
 
 namespace host::pipeline
 {
-using base::exception::ThrowIfFailed;
 using base::utility::Bstr;
 using base::utility::ComPtr;
 using base::utility::MakeCom;
@@ -19,6 +16,7 @@ namespace
 // Nobody but this pipeline knows these: they tell its own parts, which filters pass around by interfaces of
 // the platform.
 constexpr IID kTicketPartId = {0x6B1F0C52, 0x0D0A, 0x4C55, {0x9E, 0x0B, 0x51, 0x1C, 0x2F, 0x6D, 0x83, 0xA4}};
+constexpr IID kRootPartId = {0x9D3B70C6, 0x2A58, 0x4F7E, {0xA5, 0x44, 0x18, 0x6C, 0xF0, 0x2B, 0x7D, 0x93}};
 constexpr IID kPagePartId = {0x0F6D7B8E, 0x64B1, 0x4E0C, {0x8A, 0x3D, 0x2E, 0x92, 0x57, 0xC1, 0x4F, 0x1B}};
 
 template <typename Interface>
@@ -104,6 +102,13 @@ std::string Utf8OrEmpty(const wchar_t* text)
 }
 } // namespace
 
+ComPtr<PartWriteStream> MakeWriteStream(const PipelineJobPtr& job, const opc::PartName& part)
+{
+    return MakeCom<PartWriteStream>(job->writer->NewContent(), [job, name = part.Text()] {
+        job->trace.Tell("IPrintWriteStream::Close", name, S_OK);
+    });
+}
+
 STDMETHODIMP TicketPart::QueryInterface(REFIID iid, void** result)
 {
     if (result != nullptr && (iid == kTicketPartId || iid == __uuidof(IPartBase)))
@@ -143,6 +148,22 @@ STDMETHODIMP TicketPart::SetPartCompression(EXpsCompressionOptions compression)
     });
 }
 
+bool TicketPart::IsComplete() const noexcept
+{
+    return !m_pNewContent || (m_pNewContent->CloseCount() == 1 && !m_isStored);
+}
+
+void TicketPart::Store()
+{
+    if (!m_pNewContent)
+    {
+        ++m_pJob->ticketUses[m_name].named;
+        return;
+    }
+    m_isStored = true;
+    m_pJob->writer->AddPart(m_name, xps::kPrintTicketContentType, m_pNewContent->DetachContent());
+}
+
 ComPtr<TicketPart> TicketPart::Recognise(IUnknown* object)
 {
     return Query<TicketPart>(object, kTicketPartId);
@@ -178,8 +199,13 @@ HRESULT TicketSlot::Get(IPartPrintTicket** ticket) const
 
 HRESULT TicketSlot::Set(IPartPrintTicket* ticket)
 {
-    m_pNew = TicketPart::Recognise(ticket);
-    return m_pNew ? S_OK : E_INVALIDARG;
+    auto own = TicketPart::Recognise(ticket);
+    if (!own)
+    {
+        return E_INVALIDARG;
+    }
+    m_pNew = std::move(own);
+    return S_OK;
 }
 
 bool TicketSlot::Detach(const opc::PartName& name)
@@ -212,12 +238,19 @@ void TicketSlot::Store()
     if (m_pNew)
     {
         relationships.Add(PrintTicketTypeOf(m_pJob->package), m_pNew->Name());
-        if (m_pNew->NewContent() != nullptr)
-        {
-            m_pJob->writer->AddPart(
-                m_pNew->Name(), xps::kPrintTicketContentType, m_pNew->NewContent()->DetachContent());
-        }
+        m_pNew->Store();
     }
+}
+
+STDMETHODIMP DocumentRootPart::QueryInterface(REFIID iid, void** result)
+{
+    if (result != nullptr && iid == kRootPartId)
+    {
+        *result = this;
+        AddRef();
+        return S_OK;
+    }
+    return ComObject::QueryInterface(iid, result);
 }
 
 STDMETHODIMP DocumentRootPart::GetThumbnail(IPartThumbnail** thumbnail)
@@ -237,9 +270,14 @@ STDMETHODIMP DocumentRootPart::SetThumbnail(IPartThumbnail*)
     return m_pJob->trace.Answer("IXpsDocument::SetThumbnail", "", [] { return E_NOTIMPL; });
 }
 
+ComPtr<DocumentRootPart> DocumentRootPart::Recognise(IUnknown* object)
+{
+    return Query<DocumentRootPart>(object, kRootPartId);
+}
+
 template <typename Interface>
 TreePart<Interface>::TreePart(PipelineJobPtr job, const xps::JobPart& part)
-    : m_pJob(std::move(job)), m_name(part.name), m_ticket(m_pJob, part)
+    : m_pJob(std::move(job)), m_name(part.name), m_place(m_pJob->handedOut++), m_ticket(m_pJob, part)
 {
 }
 
@@ -286,8 +324,13 @@ template class TreePart<IFixedDocumentSequence>;
 template class TreePart<IFixedDocument>;
 
 PagePart::PagePart(PipelineJobPtr job, const xps::JobPart& part)
-    : m_pJob(std::move(job)), m_name(part.name), m_ticket(m_pJob, part)
+    : m_pJob(std::move(job)), m_name(part.name), m_place(m_pJob->handedOut++), m_ticket(m_pJob, part)
 {
+}
+
+bool PagePart::IsComplete() const noexcept
+{
+    return m_ticket.IsComplete() && (!m_pNewMarkup || m_pNewMarkup->CloseCount() == 1);
 }
 
 STDMETHODIMP PagePart::QueryInterface(REFIID iid, void** result)
@@ -367,7 +410,7 @@ STDMETHODIMP PagePart::GetWriteStream(IPrintWriteStream** stream)
         {
             return E_UNEXPECTED;
         }
-        m_pNewMarkup = MakeCom<PartWriteStream>(m_pJob->writer->NewContent());
+        m_pNewMarkup = MakeWriteStream(m_pJob, m_name);
         *stream = ComPtr<PartWriteStream>(m_pNewMarkup).Detach();
         return S_OK;
     });
@@ -397,9 +440,9 @@ STDMETHODIMP PagePart::DeleteResource(const wchar_t* uri)
         {
             return E_INVALIDARG;
         }
-        if (m_ticket.Detach(*name))
+        if (m_ticket.Owner().printTicket == name)
         {
-            return S_OK;
+            return m_ticket.Detach(*name) ? S_OK : kElementNotFound;
         }
         return m_pJob->writer->EditRelationships(m_name).RemoveTargets({*name}) ? S_OK : kElementNotFound;
     });

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "base/utility/bstr.h"
@@ -17,6 +19,9 @@ namespace host::pipeline
 {
 /// What the pipeline answers when there is no such element.
 inline constexpr HRESULT kElementNotFound = __HRESULT_FROM_WIN32(ERROR_NOT_FOUND);
+
+/// An empty content for a part of this name; its closing shows in the job's trace.
+base::utility::ComPtr<PartWriteStream> MakeWriteStream(const PipelineJobPtr& job, const opc::PartName& part);
 
 /// A print ticket as the pipeline hands it out, of the package or new.
 class TicketPart final : public base::utility::ComObject<IPartPrintTicket>
@@ -43,6 +48,12 @@ public:
     /// Null for a ticket of the package.
     PartWriteStream* NewContent() const noexcept { return m_pNewContent.Get(); }
 
+    /// Whether it can be stored: a new ticket once, when its stream was closed exactly once.
+    bool IsComplete() const noexcept;
+
+    /// Writes a new ticket into the package; one of the package stays there.
+    void Store();
+
     /// The ticket behind an interface that a filter hands back; null for one that is not of this pipeline.
     static base::utility::ComPtr<TicketPart> Recognise(IUnknown* object);
 
@@ -50,6 +61,7 @@ private:
     PipelineJobPtr m_pJob;
     opc::PartName m_name;
     base::utility::ComPtr<PartWriteStream> m_pNewContent;
+    bool m_isStored = false;
     EXpsCompressionOptions m_compression = Compression_Normal;
 };
 
@@ -63,7 +75,7 @@ public:
     /// Answers IXxx::GetPrintTicket.
     [[nodiscard]] HRESULT Get(IPartPrintTicket** ticket) const;
 
-    /// Takes a ticket of this pipeline; E_INVALIDARG for any other.
+    /// Takes a ticket of this pipeline; E_INVALIDARG for any other, and what was there stays.
     [[nodiscard]] HRESULT Set(IPartPrintTicket* ticket);
 
     /// Lets go of the ticket of this name; false when it is not the one that the part came with.
@@ -73,6 +85,7 @@ public:
     const xps::JobPart& Owner() const noexcept { return m_owner; }
     /// Null when the part keeps what it has.
     TicketPart* New() const noexcept { return m_pNew.Get(); }
+    bool IsComplete() const noexcept { return !m_pNew || m_pNew->IsComplete(); }
 
     /// Writes what has become of the ticket into the package.
     void Store();
@@ -88,14 +101,24 @@ private:
 class DocumentRootPart final : public base::utility::ComObject<IXpsDocument>
 {
 public:
-    explicit DocumentRootPart(PipelineJobPtr job) : m_pJob(std::move(job)) {}
+    explicit DocumentRootPart(PipelineJobPtr job) : m_pJob(std::move(job)), m_place(m_pJob->handedOut++) {}
 
+    STDMETHODIMP QueryInterface(REFIID iid, void** result) override;
     /// Thumbnails stay where they are and are not handed out.
     STDMETHODIMP GetThumbnail(IPartThumbnail** thumbnail) override;
     STDMETHODIMP SetThumbnail(IPartThumbnail* thumbnail) override;
 
+    /// Where the part stands in the order of the tree.
+    std::size_t Place() const noexcept { return m_place; }
+    std::string_view Name() const noexcept { return {}; }
+    bool IsComplete() const noexcept { return true; }
+
+    /// As TicketPart::Recognise.
+    static base::utility::ComPtr<DocumentRootPart> Recognise(IUnknown* object);
+
 private:
     PipelineJobPtr m_pJob;
+    std::size_t m_place;
 };
 
 /// The fixed document sequence or a fixed document.
@@ -112,12 +135,18 @@ public:
 
     TicketSlot& Ticket() noexcept { return m_ticket; }
 
+    /// Where the part stands in the order of the tree.
+    std::size_t Place() const noexcept { return m_place; }
+    std::string_view Name() const noexcept { return m_name.Text(); }
+    bool IsComplete() const noexcept { return m_ticket.IsComplete(); }
+
     /// As TicketPart::Recognise.
     static base::utility::ComPtr<TreePart> Recognise(IUnknown* object);
 
 private:
     PipelineJobPtr m_pJob;
     opc::PartName m_name;
+    std::size_t m_place;
     TicketSlot m_ticket;
 };
 
@@ -151,12 +180,19 @@ public:
     /// Null when nobody asked to replace the markup.
     PartWriteStream* NewMarkup() const noexcept { return m_pNewMarkup.Get(); }
 
+    /// Where the part stands in the order of the tree.
+    std::size_t Place() const noexcept { return m_place; }
+    std::string_view Name() const noexcept { return m_name.Text(); }
+    /// Whether the streams to its new contents were closed exactly once.
+    bool IsComplete() const noexcept;
+
     /// As TicketPart::Recognise.
     static base::utility::ComPtr<PagePart> Recognise(IUnknown* object);
 
 private:
     PipelineJobPtr m_pJob;
     opc::PartName m_name;
+    std::size_t m_place;
     TicketSlot m_ticket;
     base::utility::ComPtr<PartWriteStream> m_pNewMarkup;
     EXpsCompressionOptions m_compression = Compression_Normal;

@@ -12,4 +12,13 @@ void PipelineJob::RemoveOrphanedTickets()
         }
     }
 }
+
+std::string_view PipelineJob::FindDebt() const
+{
+    if (!isReadToEnd || sent != handedOut)
+    {
+        return "did not send every part on";
+    }
+    return isSenderClosed ? std::string_view() : "did not close its sender";
+}
 } // namespace host::pipeline

@@ -1,22 +1,25 @@
 #pragma once
 
 #include <atomic>
+#include <cstddef>
 #include <map>
 #include <memory>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "host/opc/package.h"
 #include "host/opc/packagewriter.h"
 #include "host/pipeline/calltrace.h"
+#include "platform/win32.h"
 
 namespace host::pipeline
 {
 /// What the endpoints of one job share. They hold it together, so that a filter which keeps one of them does
 /// not pull it from under the others; whoever runs the job sees by their number what the filter kept.
 ///
-/// The job's thread alone changes it, but for the two flags.
+/// The job's thread alone changes it, but for what is atomic.
 struct PipelineJob
 {
     PipelineJob(const opc::Package& source, opc::PackageWriter* target, CallTrace& calls)
@@ -32,6 +35,12 @@ struct PipelineJob
     /// The part that was handed out last, for messages.
     std::string currentPart;
 
+    /// The parts of the tree that were handed out and those that came back, which they must in the same
+    /// order: it is the source's own tree that is written.
+    std::size_t handedOut = 0;
+    std::size_t sent = 0;
+    bool isReadToEnd = false;
+
     /// How many parts of the job name a ticket, and how many of them let go of it.
     struct TicketUse
     {
@@ -45,9 +54,14 @@ struct PipelineJob
 
     std::atomic<bool> isCancelled{false};
     std::atomic<bool> isSenderClosed{false};
+    /// The first failure that a filter gave as a reason to shut the pipeline down.
+    std::atomic<HRESULT> shutdownReason{S_OK};
 
     /// Removes the tickets that no part of the job names any more. To be called once all parts have passed.
     void RemoveOrphanedTickets();
+
+    /// What a filter that claims success still owes the pipeline; empty for nothing.
+    std::string_view FindDebt() const;
 };
 
 using PipelineJobPtr = std::shared_ptr<PipelineJob>;

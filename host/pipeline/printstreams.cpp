@@ -78,4 +78,10 @@ STDMETHODIMP PartWriteStream::WriteBytes(const void* buffer, ULONG count, ULONG*
         return S_OK;
     });
 }
+
+STDMETHODIMP_(void) PartWriteStream::Close()
+{
+    ++m_closeCount;
+    m_onClose();
+}
 } // namespace host::pipeline

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "base/utility/comobject.h"
@@ -32,11 +33,16 @@ private:
 class PartWriteStream final : public base::utility::ComObject<IPrintWriteStream>
 {
 public:
-    explicit PartWriteStream(opc::PartContent content) : m_content(std::move(content)) {}
+    /// `onClose` is told of each closing; it must not throw.
+    explicit PartWriteStream(
+        opc::PartContent content, std::function<void()> onClose = [] {})
+        : m_content(std::move(content)), m_onClose(std::move(onClose))
+    {
+    }
 
     /// E_UNEXPECTED once the stream is closed.
     STDMETHODIMP WriteBytes(const void* buffer, ULONG count, ULONG* written) override;
-    STDMETHODIMP_(void) Close() override { ++m_closeCount; }
+    STDMETHODIMP_(void) Close() override;
 
     /// How often the filter has closed the stream: a second time is its fault as well as none.
     int CloseCount() const noexcept { return m_closeCount; }
@@ -48,6 +54,7 @@ public:
 
 private:
     opc::PartContent m_content;
+    std::function<void()> m_onClose;
     int m_closeCount = 0;
 };
 } // namespace host::pipeline

@@ -71,7 +71,12 @@ STDMETHODIMP PipelinePropertyBag::AddProperty(const wchar_t* name, const VARIANT
         {
             return E_POINTER;
         }
-        return CopyValue(*value, m_values[name].Receive());
+        const HRESULT copied = CopyValue(*value, m_values[name].Receive());
+        if (FAILED(copied))
+        {
+            m_values.erase(name);
+        }
+        return copied;
     });
 }
 

@@ -10,12 +10,16 @@ using base::xps::printschema::MediaSizeLimits;
 
 namespace
 {
-/// With no more decimals than it has, and a decimal point whatever the locale.
+/// To hundredths and with no more decimals than it has; with a decimal point whatever the locale.
 std::string FormatNumber(double value)
 {
-    std::array<char, 64> digits{};
-    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
-    return std::string(digits.data(), end);
+    std::array<char, 400> digits{};
+    constexpr int decimals = 2;
+    const auto end = std::to_chars(
+        digits.data(), digits.data() + digits.size(), value, std::chars_format::fixed, decimals);
+    std::string text(digits.data(), end.ptr);
+    text.erase(text.find_last_not_of('0') + 1);
+    return text.ends_with('.') ? text.substr(0, text.size() - 1) : text;
 }
 
 std::string FormatExtent(const std::optional<double>& value)
@@ -23,23 +27,17 @@ std::string FormatExtent(const std::optional<double>& value)
     return value ? FormatNumber(*value) : "?";
 }
 
-bool IsLandscape(MediaSize sheet)
+MediaSize Rotated(MediaSize sheet)
 {
-    return sheet.widthMicrometres > sheet.heightMicrometres;
+    return {sheet.heightMicrometres, sheet.widthMicrometres};
 }
 
-/// The sheet as the page lies on it under a landscape orientation, and as the filter looks at it.
-MediaSize AsOriented(const tickets::TicketFacts& ticket)
-{
-    const bool isTurned = ticket.orientation == "Landscape" || ticket.orientation == "ReverseLandscape";
-    return isTurned ? MediaSize{ticket.media.heightMicrometres, ticket.media.widthMicrometres} : ticket.media;
-}
-
-/// The sheet that the limits are held against: a page that is turned lies upright on it.
+/// The sheet that the limits are held against: as the page lies on it, upright once it has been turned.
 MediaSize AsPrinted(const PageReport& page)
 {
-    const MediaSize sheet = AsOriented(page.asked);
-    return page.isMarkupReplaced ? MediaSize{sheet.heightMicrometres, sheet.widthMicrometres} : sheet;
+    const bool asksForLandscape =
+        page.asked.orientation == "Landscape" || page.asked.orientation == "ReverseLandscape";
+    return asksForLandscape != page.isMarkupReplaced ? Rotated(page.asked.media) : page.asked.media;
 }
 
 bool IsOutOfLimits(const PageReport& page)
@@ -47,17 +45,7 @@ bool IsOutOfLimits(const PageReport& page)
     return !page.asked.limits.Contains(AsPrinted(page));
 }
 
-std::string DescribeSheet(const tickets::TicketFacts& ticket)
-{
-    return ticket.mediaName + " (" + FormatMillimetres(ticket.media) + ")";
-}
-
-std::string DescribeLimits(const MediaSizeLimits& limits)
-{
-    return FormatMillimetres(limits.minimum) + " to " + FormatMillimetres(limits.maximum);
-}
-
-std::string DescribeScaling(const tickets::TicketFacts& ticket)
+std::string DescribeScaling(const tickets::SheetFacts& ticket)
 {
     if (ticket.scaling != "Custom" && ticket.scaling != "CustomSquare")
     {
@@ -66,21 +54,17 @@ std::string DescribeScaling(const tickets::TicketFacts& ticket)
     return "scaled to " + std::to_string(ticket.scale.widthPercent) + " %";
 }
 
-std::string ExplainTurn(const PageReport& page)
+std::string ExplainOrientation(const PageReport& page)
 {
-    const char* const shape = IsLandscape(page.asked.media) ? "landscape" : "upright";
-    return page.asked.orientation + " on " + shape + " " + DescribeSheet(page.asked);
+    const MediaSize sheet = page.asked.media;
+    const bool isUpright = sheet.widthMicrometres <= sheet.heightMicrometres;
+    return page.asked.orientation + " on " + (isUpright ? "an upright" : "a landscape") + " sheet";
 }
 
 std::string ExplainFit(const PageReport& page)
 {
-    std::string text =
-        FormatMillimetres(AsPrinted(page)) + " is outside " + DescribeLimits(page.asked.limits);
-    if (page.given)
-    {
-        text += ": refitted to " + DescribeSheet(*page.given) + ", " + DescribeScaling(*page.given);
-    }
-    return text;
+    return FormatSheet(AsPrinted(page)) + " mm is outside the limits: now " + page.given->mediaName + " " +
+           FormatSheet(page.given->media) + ", " + DescribeScaling(*page.given);
 }
 } // namespace
 
@@ -115,26 +99,31 @@ std::string ExplainDecision(const PageReport& page)
     switch (Decide(page))
     {
     case Decision::Passed:
-        return page.asked.orientation + " on " + DescribeSheet(page.asked) + ", within the limits";
+        return ExplainOrientation(page) + " within the limits";
     case Decision::Turned:
-        return ExplainTurn(page);
+        return ExplainOrientation(page);
     case Decision::Refitted:
         return ExplainFit(page);
     case Decision::TurnedAndRefitted:
-        return ExplainTurn(page) + "; " + ExplainFit(page);
+        return ExplainOrientation(page) + "; " + ExplainFit(page);
     }
     return "";
 }
 
-std::string FormatMillimetres(MediaSize size)
+std::string FormatSheet(MediaSize size)
 {
     constexpr double micrometres = 1000.0;
-    return FormatNumber(size.widthMicrometres / micrometres) + " x " +
-           FormatNumber(size.heightMicrometres / micrometres) + " mm";
+    return FormatNumber(size.widthMicrometres / micrometres) + "x" +
+           FormatNumber(size.heightMicrometres / micrometres);
+}
+
+std::string FormatLimits(const MediaSizeLimits& limits)
+{
+    return FormatSheet(limits.minimum) + "-" + FormatSheet(limits.maximum);
 }
 
 std::string FormatPageSize(const PageSize& size)
 {
-    return FormatExtent(size.width) + " x " + FormatExtent(size.height);
+    return FormatExtent(size.width) + "x" + FormatExtent(size.height);
 }
 } // namespace host::report

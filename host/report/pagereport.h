@@ -26,7 +26,7 @@ struct PageReport
     /// Of the page's effective ticket as it came.
     tickets::TicketFacts asked;
     /// Of the new ticket; empty when the page keeps its own.
-    std::optional<tickets::TicketFacts> given;
+    std::optional<tickets::SheetFacts> given;
     bool isMarkupReplaced = false;
     /// Part names; empty for none.
     std::string oldTicket;
@@ -49,9 +49,12 @@ const char* NameOf(Decision decision);
 /// Why, in words: what of the ticket led to the decision.
 std::string ExplainDecision(const PageReport& page);
 
-/// "210 x 297 mm"
-std::string FormatMillimetres(base::xps::printschema::MediaSize size);
+/// In millimetres, as they are typed: "210x297".
+std::string FormatSheet(base::xps::printschema::MediaSize size);
 
-/// "816 x 1056", or "?" for what the markup does not say.
+/// The same: "76.2x127-215.9x355.6".
+std::string FormatLimits(const base::xps::printschema::MediaSizeLimits& limits);
+
+/// "816x1056", to hundredths, or "?" for what the markup does not say.
 std::string FormatPageSize(const PageSize& size);
 } // namespace host::report

@@ -17,7 +17,7 @@ std::string ContentOf(const pipeline::PartWriteStream& stream, std::size_t limit
 }
 
 // Tickets are some thousand bytes long.
-constexpr std::size_t kTicketLimit = 16 * 1024 * 1024;
+constexpr std::size_t kTicketLimit = 16'777'216;
 } // namespace
 
 void PageReporter::Take(const pipeline::SentPart& sent)
@@ -66,7 +66,7 @@ PageReport PageReporter::Describe(const pipeline::SentPart& sent)
         page.newTicket = sent.newTicket->Name().Text();
         if (sent.newTicket->NewContent() != nullptr)
         {
-            page.given = tickets::ReadFacts(ContentOf(*sent.newTicket->NewContent(), kTicketLimit));
+            page.given = tickets::ReadSheetFacts(ContentOf(*sent.newTicket->NewContent(), kTicketLimit));
         }
     }
     return page;

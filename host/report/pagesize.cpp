@@ -17,13 +17,14 @@ struct RootFound
 
 std::optional<double> ToNumber(const std::string* text)
 {
-    double value = 0.0;
-    if (text == nullptr ||
-        std::from_chars(text->data(), text->data() + text->size(), value).ec != std::errc())
+    if (text == nullptr)
     {
         return std::nullopt;
     }
-    return value;
+    double value = 0.0;
+    const char* const textEnd = text->data() + text->size();
+    const auto [end, error] = std::from_chars(text->data(), textEnd, value);
+    return error == std::errc() && end == textEnd ? std::optional(value) : std::nullopt;
 }
 
 /// Markup that was cut off somewhere, cut off behind its last tag, so that no character is halved.

@@ -8,7 +8,6 @@
 namespace host::report
 {
 using base::xps::printschema::MediaSize;
-using base::xps::printschema::MediaSizeLimits;
 
 namespace
 {
@@ -20,13 +19,13 @@ struct Column
 
 // The last one is as wide as it needs to be.
 constexpr std::array kColumns = {Column{"page", 5},
-                                 Column{"before", 15},
-                                 Column{"after", 17},
-                                 Column{"orientation", 18},
-                                 Column{"medium", 38},
-                                 Column{"limits", 34},
-                                 Column{"decision", 16},
-                                 Column{"tickets and reason", 0}};
+                                 Column{"before, px", 16},
+                                 Column{"after, px", 16},
+                                 Column{"asks for", 17},
+                                 Column{"medium, mm", 32},
+                                 Column{"limits, mm", 23},
+                                 Column{"decision", 17},
+                                 Column{"reason; ticket", 0}};
 
 using Cells = std::array<std::string, kColumns.size()>;
 
@@ -47,7 +46,7 @@ std::string FormatLine(const Cells& cells)
 
 std::string FormatTickets(const PageReport& page)
 {
-    const std::string old = page.oldTicket.empty() ? "no ticket" : page.oldTicket;
+    const std::string old = page.oldTicket.empty() ? "none" : page.oldTicket;
     return page.newTicket.empty() ? old : old + " -> " + page.newTicket;
 }
 
@@ -66,15 +65,18 @@ nlohmann::json ToJson(MediaSize size)
     return {{"widthMicrometres", size.widthMicrometres}, {"heightMicrometres", size.heightMicrometres}};
 }
 
-nlohmann::json ToJson(const tickets::TicketFacts& facts)
+nlohmann::json ToJson(const tickets::SheetFacts& facts)
 {
     nlohmann::json media = ToJson(facts.media);
     media["name"] = facts.mediaName;
-    return {
-        {"orientation", facts.orientation},
-        {"media", media},
-        {"limits", {{"minimum", ToJson(facts.limits.minimum)}, {"maximum", ToJson(facts.limits.maximum)}}},
-        {"scaling", facts.scaling}};
+    return {{"orientation", facts.orientation}, {"media", media}, {"scaling", facts.scaling}};
+}
+
+nlohmann::json ToJson(const tickets::TicketFacts& facts)
+{
+    nlohmann::json object = ToJson(static_cast<const tickets::SheetFacts&>(facts));
+    object["limits"] = {{"minimum", ToJson(facts.limits.minimum)}, {"maximum", ToJson(facts.limits.maximum)}};
+    return object;
 }
 
 nlohmann::json NameOrNull(const std::string& name)
@@ -95,15 +97,14 @@ std::string FormatTableHead()
 
 std::string FormatTableLine(const PageReport& page)
 {
-    return FormatLine(
-        {std::to_string(page.number),
-         FormatPageSize(page.before),
-         FormatPageSize(page.after),
-         page.asked.orientation,
-         page.asked.mediaName + " " + FormatMillimetres(page.asked.media),
-         FormatMillimetres(page.asked.limits.minimum) + " - " + FormatMillimetres(page.asked.limits.maximum),
-         NameOf(Decide(page)),
-         FormatTickets(page) + "; " + ExplainDecision(page)});
+    return FormatLine({std::to_string(page.number),
+                       FormatPageSize(page.before),
+                       FormatPageSize(page.after),
+                       page.asked.orientation,
+                       page.asked.mediaName + " " + FormatSheet(page.asked.media),
+                       FormatLimits(page.asked.limits),
+                       NameOf(Decide(page)),
+                       ExplainDecision(page) + "; " + FormatTickets(page)});
 }
 
 std::string FormatJson(const PageReport& page)

@@ -58,6 +58,21 @@ std::string ToText(const Value& value, const NameDisplay& display)
     return name != nullptr ? display(*name) : std::get<std::string>(value);
 }
 
+/// What comes with a feature's option, as ", MediaSizeWidth 215900"; empty for a parameter.
+std::string ListProperties(const Element& element, const NameDisplay& display)
+{
+    std::string text;
+    const Element* const option = ticketservice::FindChild(element, Kind::Option);
+    for (const Element& property : option == nullptr ? std::vector<Element>() : option->children)
+    {
+        if (const auto value = ticketservice::FindText(property))
+        {
+            text.append(", ").append(display(property.name)).append(" ").append(*value);
+        }
+    }
+    return text;
+}
+
 std::string FindOrigin(const Element& element,
                        const Value& value,
                        const std::vector<ReadLayer>& layers,
@@ -77,26 +92,43 @@ std::string FindOrigin(const Element& element,
     }
     return "device";
 }
-} // namespace
 
-std::string ListTicket(const std::string& effective, const std::vector<TicketLayer>& layers)
+/// One line for each thing that a ticket selects; `explain` gives its end.
+template <typename Explanation>
+std::string ListSelections(const ticketservice::Document& ticket, Explanation&& explain)
 {
-    std::vector<ReadLayer> read;
-    for (const TicketLayer& layer : layers)
-    {
-        read.emplace_back(layer.name, ticketservice::ReadDocument(layer.bytes, Kind::PrintTicket));
-    }
-    const ticketservice::Document ticket = ticketservice::ReadDocument(effective, Kind::PrintTicket);
     const NameDisplay display(ticket.prefixes);
     std::string listing;
     for (const Element& element : ticket.root.children)
     {
         if (const auto value = ValueOf(element))
         {
-            listing.append("  ").append(display(element.name)).append(" = ").append(ToText(*value, display));
-            listing.append("  (").append(FindOrigin(element, *value, read, display)).append(")\n");
+            listing.append("    ").append(display(element.name)).append(" = ");
+            listing.append(ToText(*value, display)).append(ListProperties(element, display));
+            listing.append(explain(element, *value, display)).append("\n");
         }
     }
     return listing;
+}
+} // namespace
+
+std::string ListTicket(const std::string& ticket)
+{
+    return ListSelections(ticketservice::ReadDocument(ticket, Kind::PrintTicket),
+                          [](const Element&, const Value&, const NameDisplay&) { return std::string(); });
+}
+
+std::string ListTicketWithOrigins(const std::string& effective, const std::vector<TicketLayer>& layers)
+{
+    std::vector<ReadLayer> read;
+    read.reserve(layers.size());
+    for (const TicketLayer& layer : layers)
+    {
+        read.emplace_back(layer.name, ticketservice::ReadDocument(layer.bytes, Kind::PrintTicket));
+    }
+    return ListSelections(ticketservice::ReadDocument(effective, Kind::PrintTicket),
+                          [&](const Element& element, const Value& value, const NameDisplay& display) {
+                              return "  (" + FindOrigin(element, value, read, display) + ")";
+                          });
 }
 } // namespace host::report

@@ -12,8 +12,11 @@ struct TicketLayer
     std::string bytes;
 };
 
-/// Lists what an effective ticket selects: a line for each feature and each parameter, its value, and the
-/// first of the layers, most specific first, that asks for it. A value that the layers do not account for is
-/// the device's. Throws ticketservice::FormatError for what is no print ticket.
-std::string ListTicket(const std::string& effective, const std::vector<TicketLayer>& layers);
+/// Lists what a ticket selects: a line for each feature, with the option and its properties, and for each
+/// parameter. Throws ticketservice::FormatError for what is no print ticket.
+std::string ListTicket(const std::string& ticket);
+
+/// The same of an effective ticket, each line with the first of the layers, most specific first, that asks
+/// for it. A value that the layers do not account for is the device's.
+std::string ListTicketWithOrigins(const std::string& effective, const std::vector<TicketLayer>& layers);
 } // namespace host::report

@@ -7,6 +7,7 @@
 #include "base/utility/bstr.h"
 #include "base/utility/utf8.h"
 #include "base/xml/xmlutility.h"
+#include "base/xps/printschema/defaulttickets.h"
 #include "base/xps/printschema/mediasizedata.h"
 #include "base/xps/printschema/pageorientationdata.h"
 #include "base/xps/printschema/printablemediasizedata.h"
@@ -34,26 +35,32 @@ std::string OptionOf(const printschema::PrintTicketFunctionOption& feature)
 {
     return base::utility::ToUtf8(feature.GetOptionQname().localName);
 }
-} // namespace
 
-TicketFacts ReadFacts(const ComPtr<IXMLDOMDocument2>& ticket)
+SheetFacts ReadSheetFacts(const printschema::PrintSchemaHandler& handler)
 {
-    const auto handler = printschema::PrintSchemaDocumentHandler::ForPrintTicket(ticket);
     const auto orientation = ReadFeature<printschema::PageOrientationData>(handler);
     const auto media = ReadFeature<printschema::MediaSizeData>(handler);
-    const auto limits = ReadFeature<printschema::PrintableMediaSizeData>(handler);
     const auto scaling = ReadFeature<printschema::ScalingData>(handler);
-    return {OptionOf(orientation),
-            OptionOf(media),
-            media.GetSize(),
-            limits.GetLimits(),
-            OptionOf(scaling),
-            scaling.GetScale()};
+    return {OptionOf(orientation), OptionOf(media), media.GetSize(), OptionOf(scaling), scaling.GetScale()};
+}
+} // namespace
+
+TicketFacts ReadFacts(const ComPtr<IXMLDOMDocument2>& effectiveTicket)
+{
+    const auto handler = printschema::PrintSchemaDocumentHandler::ForPrintTicket(effectiveTicket);
+    const auto limits = ReadFeature<printschema::PrintableMediaSizeData>(handler);
+    return {ReadSheetFacts(handler), limits.GetLimits()};
 }
 
-TicketFacts ReadFacts(const std::string& ticket)
+SheetFacts ReadSheetFacts(const std::string& ticket)
 {
-    return ReadFacts(LoadBytes(ticket));
+    return ReadSheetFacts(printschema::PrintSchemaDocumentHandler::ForPrintTicket(LoadBytes(ticket)));
+}
+
+std::wstring DefaultTicketOf(std::optional<std::int32_t> tesselType)
+{
+    constexpr std::int32_t usual = 7;
+    return printschema::DefaultPrintTicketOf(tesselType.value_or(usual));
 }
 
 JobTickets::JobTickets(const opc::Package& package, const TicketSetting& setting)

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 
 #include "base/utility/comptr.h"
@@ -16,21 +17,29 @@
 namespace host::tickets
 {
 /// What a ticket says of the page's sheet. Names are options of the Print Schema, lengths micrometres.
-struct TicketFacts
+struct SheetFacts
 {
     std::string orientation;
     std::string mediaName;
     base::xps::printschema::MediaSize media;
-    base::xps::printschema::MediaSizeLimits limits;
     std::string scaling;
     base::xps::printschema::PageScale scale;
 };
 
-/// Throws what the module's accessors throw for a ticket that they cannot read.
-TicketFacts ReadFacts(const base::utility::ComPtr<IXMLDOMDocument2>& ticket);
+/// What an effective ticket says, the printable sheets among it.
+struct TicketFacts : SheetFacts
+{
+    base::xps::printschema::MediaSizeLimits limits;
+};
 
-/// The same from a ticket's bytes.
-TicketFacts ReadFacts(const std::string& ticket);
+/// Throws what the module's accessors throw for a ticket that they cannot read.
+TicketFacts ReadFacts(const base::utility::ComPtr<IXMLDOMDocument2>& effectiveTicket);
+
+/// The same from the bytes of a page's own ticket, which may have no limits.
+SheetFacts ReadSheetFacts(const std::string& ticket);
+
+/// The driver's default ticket for the page-description type that its property bag has, or lacks.
+std::wstring DefaultTicketOf(std::optional<std::int32_t> tesselType);
 
 /// What the tickets of a job are merged with, and in whose name.
 struct TicketSetting
