@@ -5,6 +5,7 @@ TABLE is a JSON list of packages. Each is a text tree beside the table ("tree"),
 table with changes ("from"), under a name of its own, with any of:
 
   images       {item: [width, height]}   PNG images, drawn here
+  tickets      {item: {feature: option}} print tickets; an option may be [name, width, height] in micrometres
   put, remove  {item: text}, [item]      items added or replaced, and left out
   substitute   {text: text}              in every text of the tree
   rename       {item: name}              names in the archive, which may hold backslashes
@@ -52,6 +53,22 @@ def draw_png(width, height):
     return b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", header) + chunk(b"IDAT", zlib.compress(rows)) + chunk(b"IEND", b"")
 
 
+def write_ticket(features):
+    schema = "http://schemas.microsoft.com/windows/2003/08/printing/printschema"
+    text = f'<psf:PrintTicket xmlns:psf="{schema}framework" xmlns:psk="{schema}keywords"'
+    text += ' xmlns:xsi="http://www.w3.org/2001/XMLSchema-instance" xmlns:xsd="http://www.w3.org/2001/XMLSchema"'
+    text += ' version="1">'
+    for feature, option in features.items():
+        name, *lengths = [option] if isinstance(option, str) else option
+        properties = "".join(
+            f'<psf:ScoredProperty name="psk:MediaSize{side}"><psf:Value xsi:type="xsd:integer">{length}</psf:Value>'
+            "</psf:ScoredProperty>"
+            for side, length in zip(("Width", "Height"), lengths)
+        )
+        text += f'<psf:Feature name="psk:{feature}"><psf:Option name="psk:{name}">{properties}</psf:Option></psf:Feature>'
+    return (text + "</psf:PrintTicket>").encode()
+
+
 def resolve(name, table, folder):
     """The package's items in order and its options, with those of what it is made from."""
     package = table[name]
@@ -63,6 +80,7 @@ def resolve(name, table, folder):
         items = {path.relative_to(tree).as_posix(): path.read_bytes() for path in paths}
         options = {}
     items.update({item: draw_png(*size) for item, size in package.get("images", {}).items()})
+    items.update({item: write_ticket(features) for item, features in package.get("tickets", {}).items()})
     items.update({item: text.encode() for item, text in package.get("put", {}).items()})
     for item in package.get("remove", []):
         del items[item]

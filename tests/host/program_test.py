@@ -1,149 +1,388 @@
 #!/usr/bin/env python3
-"""Runs the host's program as a user does and checks its outputs with readers of other origin.
-
-program_test.py RUNNER PROGRAM PACKAGES WORK-FOLDER; PROGRAM's rewriter appends a comment to every page.
-"""
+"""Runs the host's program as a user does and checks its outputs with readers of other origin."""
 
 import os
 import pty
 import re
-import shutil
-import subprocess
+import select
+import shlex
+import signal
 import sys
 import unittest
-import zipfile
 from pathlib import Path
 
-RUNNER, PROGRAM, PACKAGES, WORK = sys.argv[1:5]
-COMMENT = b"<!-- rewritten -->"
+from hostprogram import PACKAGES, PROGRAM, WORK, Package, ProgramTestCase, options_of, run, start
+
+SAMPLE = ["passed", "turned", "passed", "refitted", "turned, refitted"]
+# Of a document in A4 Landscape, then of one in A5 Portrait; the pages ask for other things in between.
+MIXED = ["turned", "passed", "refitted", "turned, refitted", "passed", "passed", "turned", "turned"]
+MISBEHAVING = str(Path(PROGRAM).with_name("misbehavingfilter.dll"))
+BIG_SHEETS = "76.2x127-500x500"
+DEVICE = """<psf:PrintCapabilities version="1" xmlns:psf="http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework"
+ xmlns:psk="http://schemas.microsoft.com/windows/2003/08/printing/printschemakeywords"
+ xmlns:xsi="http://www.w3.org/2001/XMLSchema-instance" xmlns:xsd="http://www.w3.org/2001/XMLSchema">
+ <psf:Feature name="psk:PageMediaSize"><psf:Option name="psk:ISOA5">
+  <psf:ScoredProperty name="psk:MediaSizeWidth"><psf:Value xsi:type="xsd:integer">148000</psf:Value></psf:ScoredProperty>
+  <psf:ScoredProperty name="psk:MediaSizeHeight"><psf:Value xsi:type="xsd:integer">210000</psf:Value></psf:ScoredProperty>
+ </psf:Option></psf:Feature></psf:PrintCapabilities>"""
+USER_TICKET = """<psf:PrintTicket version="1" xmlns:psf="http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework"
+ xmlns:psk="http://schemas.microsoft.com/windows/2003/08/printing/printschemakeywords">
+ <psf:Feature name="psk:PageOrientation"><psf:Option name="psk:Landscape"/></psf:Feature></psf:PrintTicket>"""
 
 
-def run(*arguments, stderr=subprocess.PIPE):
-    return subprocess.run(
-        [RUNNER, PROGRAM, *arguments], cwd=WORK, stdout=subprocess.PIPE, stderr=stderr, encoding="utf-8", timeout=60
-    )
+def decisions(pages):
+    return [page["decision"] for page in pages]
 
 
-def stored_bytes(path, item):
-    """An item's compressed bytes, found through its local header."""
-    with open(path, "rb") as file:
-        file.seek(item.header_offset + 26)
-        name_length = int.from_bytes(file.read(2), "little")
-        extra_length = int.from_bytes(file.read(2), "little")
-        file.seek(name_length + extra_length, os.SEEK_CUR)
-        return file.read(item.compress_size)
+def traced(stderr):
+    """[(result, method, subject)]"""
+    return [tuple((line + " ").split(" ", 2)) for line in stderr.splitlines()]
 
 
-class ProgramTest(unittest.TestCase):
-    def setUp(self):
-        shutil.rmtree(WORK, ignore_errors=True)
-        Path(WORK).mkdir(parents=True)
+class Terminal:
+    """What a terminal shows of a program's stderr."""
 
-    def take(self, name):
-        shutil.copy(Path(PACKAGES) / f"{name}.xps", Path(WORK) / "in.xps")
+    def __enter__(self):
+        self.screen, self.stderr = pty.openpty()
+        return self
 
-    def files(self):
-        return sorted(path.name for path in Path(WORK).iterdir())
+    def __exit__(self, *_):
+        os.close(self.screen)
+        os.close(self.stderr)
 
-    def assert_rewritten(self, source, target, pages):
-        with zipfile.ZipFile(source) as before, zipfile.ZipFile(target) as after:
-            self.assertIsNone(after.testzip())
-            self.assertEqual(after.namelist(), before.namelist())
-            for old, new in zip(before.infolist(), after.infolist()):
-                if old.filename in pages:
-                    self.assertEqual(after.read(new), before.read(old) + COMMENT)
-                else:
-                    self.assertEqual(stored_bytes(target, new), stored_bytes(source, old), old.filename)
-                    self.assertEqual((new.CRC, new.date_time), (old.CRC, old.date_time), old.filename)
+    def read_until(self, text):
+        shown = ""
+        while text not in shown:
+            if not select.select([self.screen], [], [], 30)[0]:
+                raise AssertionError(f"there is no {text!r} in {shown!r}")
+            # The emulated console draws with control sequences of its own.
+            shown += re.sub(r"\x1b\[[?0-9;]*[A-Za-z]", "", os.read(self.screen, 4096).decode())
+        return shown
 
-    def test_rewrites_every_page_and_copies_the_rest(self):
-        for name in ["tickets", "openxps", "zip64", "descriptors", "zip64-descriptors"]:
+
+class RunTest(ProgramTestCase):
+    def test_writes_each_page_as_was_decided_and_nothing_else(self):
+        for name, expected in {"sample": SAMPLE, "mixed": MIXED}.items():
             with self.subTest(name):
                 self.take(name)
-                done = run("turn", "in.xps", "-o", "out.xps")
-                self.assertEqual((done.returncode, done.stderr), (0, ""))
-                self.assertEqual(done.stdout.splitlines(), ["turned 3 pages in 2 documents: out.xps"])
-                pages = [f"Documents/{page}.fpage" for page in ("1/Pages/1", "1/Pages/2", "2/Pages/1")]
-                self.assert_rewritten(f"{WORK}/in.xps", f"{WORK}/out.xps", pages)
+                pages = self.pages_of("in.xps", "-o", "out.xps")
+                self.assertEqual(decisions(pages), expected)
+                self.assert_written(Package("in.xps"), Package("out.xps"), pages)
+                self.assert_looks_right(pages)
                 self.assertEqual(self.files(), ["in.xps", "out.xps"])
+                # What it wrote has nothing left to be decided.
+                again = self.pages_of("out.xps", "-o", "again.xps")
+                self.assertEqual(set(decisions(again)), {"passed"})
+                first, second = Package("out.xps"), Package("again.xps")
+                self.assertEqual(list(second.items), list(first.items))
+                self.assertTrue(all(second.stored(item) == first.stored(item) for item in first.items))
+                os.remove(f"{WORK}/again.xps")
 
-    def test_output_looks_as_the_input_to_a_renderer(self):
-        if shutil.which("mutool") is None:
-            self.skipTest("mutool is not installed")
+    def test_new_tickets_say_what_became_of_the_page(self):
         self.take("sample")
-        self.assertEqual(run("turn", "in.xps", "--output=out.xps").returncode, 0)
-        pictures = [
-            subprocess.run(["mutool", "draw", "-q", "-r", "30", "-o", "-", "-F", "ppm", f"{WORK}/{name}"],
-                           stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, check=True).stdout
-            for name in ("in.xps", "out.xps")
-        ]
-        self.assertEqual(pictures[0].count(b"P6\n"), 3)
-        self.assertEqual(pictures[0], pictures[1])
+        pages = self.pages_of("in.xps", "-o", "out.xps")
+        after = Package("out.xps")
+        tickets = [options_of(after.read(page["newTicket"])) for page in pages if page["newTicket"]]
+        letter, kept = "NorthAmericaLetter", "FitApplicationMediaSizeToPageMediaSize"
+        self.assertEqual(
+            [(ticket["PageMediaSize"], ticket["PageOrientation"], ticket["PageScaling"]) for ticket in tickets],
+            [(letter, "Portrait", kept), (letter, "Portrait", "Custom"), (letter, "Portrait", "Custom")])
 
-    def test_failure_is_one_line_that_names_the_part(self):
-        page = "/Documents/1/Pages/1.fpage: "
-        table = {
-            "not-a-zip": "is not a ZIP archive",
-            "no-sequence": "/FixedDocumentSequence.fdseq: is missing from the package, and /_rels/.rels refers to it",
-            "method-6": page[1:] + "is compressed with method 6, which is not supported",
-            "bad-page": "/Documents/1/Pages/2.fpage: is not well-formed: line 2: ",
-            "wrong-crc": page[1:] + "cannot be decompressed: CRC error",
-        }
-        for name, fault in table.items():
+    def test_a_ticket_stays_for_the_page_that_keeps_it(self):
+        self.take("mixed")
+        self.run_done("run", "in.xps", "-o", "out.xps")
+        after = Package("out.xps")
+        self.assertEqual(after.tickets_of("/Documents/2/Pages/2.fpage"), ["/Metadata/shared.xml"])
+        self.assertEqual(after.tickets_of("/Documents/1/Pages/3.fpage"), ["/Metadata/pagevalidator_2_shared.xml"])
+        self.assertIn("Metadata/shared.xml", after.items)
+
+    def test_takes_packages_however_they_are_stored(self):
+        names = ["tickets", "openxps", "pieces", "pieces-reversed", "odd-names", "utf16", "zip64", "descriptors",
+                 "zip64-descriptors", "alternate-content"]
+        for name in names:
             with self.subTest(name):
                 self.take(name)
-                failed = run("turn", "in.xps", "-o", "out.xps")
-                self.assertEqual((failed.returncode, failed.stdout), (2, ""))
-                self.assertEqual(len(failed.stderr.splitlines()), 1, failed.stderr)
-                self.assertTrue(failed.stderr.startswith("xpsfilterhost: in.xps: " + fault), failed.stderr)
+                pages = self.pages_of("in.xps", "-o", "out.xps")
+                self.assertEqual(decisions(pages), ["turned", "passed", "passed"])
+                after = Package("out.xps")
+                self.assertEqual(after.type_of(pages[0]["newTicket"]), "application/vnd.ms-printing.printticket+xml")
+                self.assertEqual(set(decisions(self.pages_of("out.xps", "--dry-run"))), {"passed"})
+                if name in ("tickets", "openxps", "zip64", "descriptors", "zip64-descriptors"):
+                    self.assert_written(Package("in.xps"), after, pages)
+
+    def test_prints_one_line_a_page_and_the_totals(self):
+        self.take("sample")
+        head, *lines, totals = self.run_done("run", "in.xps", "-o", "out.xps").splitlines()
+        self.assertTrue(head.startswith("page before, px"))
+        self.assertEqual([line.split()[0] for line in lines], list("12345"))
+        ticket = "/Documents/2/Pages/Metadata/"
+        self.assertEqual(
+            re.split(" {2,}", lines[3]),
+            ["4", "1122.56x1587.36 1122.56x1587.36 Portrait", "ISOA3 297x420", "76.2x127-215.9x355.6", "refitted",
+             "297x420 mm is outside the limits: now NorthAmericaLetter 215.9x279.4, scaled to 65 %; "
+             f"{ticket}Page2_PT.xml -> {ticket}pagevalidator_2_Page2_PT.xml"])
+        self.assertRegex(totals, r"^5 pages in 2 documents: 2 passed; 1 turned; 1 refitted; 1 turned, refitted; "
+                                 r"\d+\.\d\d s: out.xps$")
+
+    def test_json_is_one_object_a_page(self):
+        self.take("sample")
+        page = self.pages_of("in.xps", "--dry-run")[4]
+        media = {"name": "ISOA3", "widthMicrometres": 297000, "heightMicrometres": 420000}
+        self.assertEqual(page["before"], {"width": 1587.36, "height": 1122.56})
+        self.assertEqual(page["after"], {"width": 1122.56, "height": 1587.36})
+        self.assertEqual((page["asked"]["orientation"], page["asked"]["media"]), ("Landscape", media))
+        self.assertEqual(page["asked"]["limits"]["maximum"],
+                         {"widthMicrometres": 215900, "heightMicrometres": 355600})
+        self.assertEqual(set(page["given"]), {"orientation", "media", "scaling"})
+
+    def test_dry_run_writes_nothing_and_tells_the_same(self):
+        self.take("sample")
+        dry = self.run_done("run", "in.xps", "--dry-run").splitlines()
+        self.assertEqual(self.files(), ["in.xps"])
+        wet = self.run_done("run", "in.xps", "-o", "out.xps").splitlines()
+        self.assertEqual(dry[:-1], wet[:-1])
+        self.assertTrue(dry[-1].endswith(" s, nothing written"))
+
+    def test_options_change_what_the_user_or_the_device_asks_for(self):
+        self.take("plain")
+        Path(WORK, "device.xml").write_text(DEVICE)
+        Path(WORK, "user.xml").write_text(USER_TICKET)
+        sheet = lambda page: (page["asked"]["media"]["name"], page["asked"]["media"]["widthMicrometres"])
+        limits = lambda page: [size["widthMicrometres"] for size in page["asked"]["limits"].values()]
+        table = [
+            ([], "passed", sheet, ("NorthAmericaLetter", 215900)),
+            (["--media", "ISOA4"], "passed", sheet, ("ISOA4", 210000)),
+            (["--media", "ISOA3"], "refitted", sheet, ("ISOA3", 297000)),
+            (["--media", "297x210"], "turned", sheet, ("ISOA4Rotated", 297000)),
+            (["--orientation", "Landscape"], "turned", lambda page: page["given"]["orientation"], "Portrait"),
+            (["--limits", "100x100-200x400"], "refitted", lambda page: sorted(limits(page)), [100000, 200000]),
+            (["--media", "ISOA3", "--limits", BIG_SHEETS], "passed", lambda page: sorted(limits(page)), [76200, 500000]),
+            (["--ns-prefix", "quell", "--media", "ISOA3", "--limits", BIG_SHEETS], "passed", limits, [500000, 76200]),
+            (["--user-ticket", "user.xml"], "turned", lambda page: page["asked"]["orientation"], "Landscape"),
+            (["--user-ticket", "user.xml", "--orientation", "Portrait"], "passed",
+             lambda page: page["asked"]["orientation"], "Portrait"),
+            (["--device", "device.xml"], "passed", sheet, ("ISOA5", 148000)),
+            (["--module", str(Path(PROGRAM).with_name("pagevalidatefilter.dll"))], "passed", sheet,
+             ("NorthAmericaLetter", 215900)),
+        ]
+        for options, decision, fact, expected in table:
+            with self.subTest(options=options):
+                (page,) = self.pages_of("in.xps", "--dry-run", *options)
+                self.assertEqual((page["decision"], fact(page)), (decision, expected))
+
+    def test_takes_paths_beyond_ascii(self):
+        name = "\u0434\u043e\u043a \u00e9\U0001f600.xps"
+        self.take("sample", name)
+        Path(WORK, "\u0431.xml").write_text(USER_TICKET)
+        printed = self.run_done("run", name, "-o", "out " + name, "--user-ticket", "\u0431.xml")
+        self.assertTrue(printed.splitlines()[-1].endswith(f" s: out {name}"))
+        self.assertEqual(self.files(), sorted([name, "out " + name, "\u0431.xml"]))
+
+    def test_progress_is_shown_on_a_terminal_only(self):
+        self.take("sample")
+        with Terminal() as terminal:
+            done = run("run", "in.xps", "-o", "out.xps", stderr=terminal.stderr)
+            self.assertTrue(terminal.read_until("page 1\r").startswith("page 1\r"))
+        self.assertEqual((done.returncode, len(done.stdout.splitlines())), (0, 7))
+
+
+class TraceTest(ProgramTestCase):
+    def test_tells_every_call_in_the_order_of_the_contract(self):
+        self.take("sample")
+        calls = traced(run("run", "in.xps", "--dry-run", "--trace", "--tessel-type", "1",
+                           "--ns-prefix", "ns0000").stderr)
+        self.assertEqual({result for result, _, _ in calls}, {"0x00000000", "0x80070490"})
+        methods = [method.rpartition("::")[2] for _, method, _ in calls]
+        first = ["DllGetClassObject", "CreateInstance", "GetProperty", "GetString", "InitializeFilter"]
+        self.assertEqual(methods[:5], first)
+        self.assertEqual(methods[-4:], ["GetXpsPart", "CloseSender", "StartOperation", "DllCanUnloadNow"])
+        self.assertEqual([subject for _, method, subject in calls if "IPrinterPropertyBag" in method],
+                         ["QuellmarkNsPrefix ", "QuellmarkTesselType "])
+        self.assertEqual([subject for _, method, subject in calls[:13] if method.endswith("GetProperty")],
+                         ["DriverPropertyBag ", "PerUserPrintTicket ", "PrinterName ", "UserSecurityToken ",
+                          "DriverPropertyBag "])
+        # Each part is sent before the next one is taken, and what is written to is closed before it is sent.
+        tree = [method for method in methods if method.startswith("Send") or method == "GetXpsPart"]
+        document, page = ["GetXpsPart", "SendFixedDocument"], ["GetXpsPart", "SendFixedPage"]
+        self.assertEqual(tree, ["GetXpsPart", "SendXpsDocument", "GetXpsPart", "SendFixedDocumentSequence"]
+                         + document + page * 2 + document + page * 3 + ["GetXpsPart"])
+        turned = calls[[call[1:] for call in calls].index(("IXpsDocumentProvider::GetXpsPart", "/Documents/1/Pages/2.fpage ")):]
+        folder = "/Documents/1/Pages/Metadata"
+        part, old, new = "/Documents/1/Pages/2.fpage ", f"{folder}/Page2_PT.xml ", "pagevalidator_1_Page2_PT.xml "
+        self.assertEqual([call[1:] for call in turned[5:14]], [
+            ("IPartPrintTicket::GetUri", old),
+            ("IFixedPage::DeleteResource", old),
+            ("IXpsDocumentConsumer::GetNewEmptyPart", f"{folder}\\{new}"),
+            ("IPrintWriteStream::Close", f"{folder}/{new}"),
+            ("IFixedPage::SetPrintTicket", part),
+            ("IFixedPage::GetStream", part),
+            ("IFixedPage::GetWriteStream", part),
+            ("IPrintWriteStream::Close", part),
+            ("IXpsDocumentConsumer::SendFixedPage", part),
+        ])
+
+    def test_a_failing_filter_has_asked_for_shutdown(self):
+        self.take("foreign-ticket")
+        failed = run("run", "in.xps", "--dry-run", "--trace")
+        *calls, message = failed.stderr.splitlines()
+        methods = [line.split(" ")[1].rpartition("::")[2] for line in calls]
+        self.assertEqual(failed.returncode, 1)
+        self.assertEqual(methods[-4:], ["CloseSender", "RequestShutdown", "StartOperation", "DllCanUnloadNow"])
+        self.assertIn(calls[-3].split(" ")[2].lower(), message.lower())
+
+
+class FailureTest(ProgramTestCase):
+    def test_an_unusable_package_is_one_line_that_names_the_part(self):
+        page = "Documents/1/Pages/1.fpage: "
+        table = [
+            ("not-a-zip", [], "is not a ZIP archive"),
+            ("no-sequence", [], "/FixedDocumentSequence.fdseq: is missing from the package, and /_rels/.rels refers to it"),
+            ("method-6", ["--orientation", "Landscape"], page + "is compressed with method 6, which is not supported"),
+            ("wrong-crc", [], page + "cannot be decompressed: CRC error"),
+            ("bad-page", ["--orientation", "Landscape"], "/Documents/1/Pages/2.fpage: is not well-formed: line 2: "),
+            ("bad-ticket", [], "/Documents/1/Pages/Metadata/page.xml: is not well-formed: "),
+            ("no-ticket", [], "/Documents/2/Metadata/document.xml: is missing from the package, and "),
+        ]
+        for name, options, fault in table:
+            with self.subTest(name):
+                self.take(name)
+                message = self.assert_refused(2, "run", "in.xps", "-o", "out.xps", *options)
+                self.assertTrue(message.startswith("in.xps: " + fault), message)
                 self.assertEqual(self.files(), ["in.xps"])
 
-    def test_output_must_not_be_the_input(self):
+    def test_an_unusable_argument_is_one_line_with_the_reason(self):
+        self.take("plain")
+        Path(WORK, "text.xml").write_text("no markup")
+        Path(WORK, "other.xml").write_text("<other/>")
+        offline = str(Path(PROGRAM).with_name("offline") / "prntvpt.dll")
+        no_filter = r"C:\windows\system32\msxml6.dll"
+        limits = ": is not MINWxMINH-MAXWxMAXH in millimetres"
+        table = [
+            (["--limits", "76x127"], "--limits 76x127" + limits),
+            (["--limits", "76x127-215x0"], "--limits 76x127-215x0" + limits),
+            (["--media", "A4"], "--media A4: is no such option of the Print Schema"),
+            (["--media", "210x297mm"], "--media 210x297mm: is no such option of the Print Schema"),
+            (["--orientation", "landscape"], "--orientation landscape: is no such option of the Print Schema"),
+            (["--user-ticket", "none.xml"], "none.xml: cannot be read"),
+            (["--user-ticket", "text.xml"], "text.xml: is not a print ticket"),
+            (["--user-ticket", "other.xml"], "other.xml: is not a print ticket"),
+            (["--device", "none.xml"], "none.xml: cannot be read"),
+            (["--device", "text.xml"], "text.xml: line 1: "),
+            (["--device", "other.xml"], "other.xml: "),
+            (["--printer", "none"], "printer none: "),
+            (["--tessel-type", "x"], "Could not convert: --tessel-type = x; see --help"),
+            (["--device", "other.xml", "--printer", "none"], "--device excludes --printer; see --help"),
+            (["--module", "none.dll"], f"{self.windows_path('none.dll')}: cannot be loaded: "),
+            (["--module", offline], f"{self.windows_path(offline)}: does not export what the host calls"),
+            (["--module", no_filter], f"{no_filter}: creates no filter: "),
+            (["--colour"], "The following argument was not expected: --colour; see --help"),
+        ]
+        for options, fault in table:
+            with self.subTest(options=options):
+                message = self.assert_refused(2, "run", "in.xps", "--dry-run", *options)
+                self.assertTrue(message.startswith(fault), message)
+        for arguments in ([], ["run"], ["run", "in.xps"], ["run", "a", "b", "-o", "c"], ["turn"],
+                          ["run", "in.xps", "-o", "c", "--dry-run"], ["tickets", "in.xps", "-o", "c"]):
+            self.assertIn("; see --help", self.assert_refused(2, *arguments))
+        self.assertEqual(self.assert_refused(2, "run", "none.xps", "-o", "out.xps"), "none.xps: there is no such file")
+
+    @staticmethod
+    def windows_path(path):
+        return "Z:" + str(Path(WORK, path)).replace("/", "\\")
+
+    def test_the_output_must_not_be_the_input(self):
         self.take("plain")
         content = Path(WORK, "in.xps").read_bytes()
         os.link(f"{WORK}/in.xps", f"{WORK}/same.xps")
         for output in ("in.xps", "same.xps"):
-            failed = run("turn", "in.xps", "-o", output)
-            self.assertEqual(failed.returncode, 2)
-            self.assertIn("the output would replace the input", failed.stderr)
+            self.assertIn("the output would replace the input", self.assert_refused(2, "run", "in.xps", "-o", output))
         self.assertEqual(Path(WORK, "in.xps").read_bytes(), content)
 
-    def test_takes_paths_beyond_ascii(self):
-        name = "\u0434\u043e\u043a \u00e9\U0001f600.xps"
-        shutil.copy(Path(PACKAGES) / "plain.xps", Path(WORK) / name)
-        done = run("turn", name, "-o", "out " + name)
-        self.assertEqual((done.returncode, done.stderr), (0, ""))
-        self.assertEqual(done.stdout.splitlines(), [f"turned 1 page in 1 document: out {name}"])
-        self.assertEqual(self.files(), sorted([name, "out " + name]))
+    def test_a_failing_filter_is_named_with_its_result_and_the_part(self):
+        self.take("tickets")
+        page, last = "/Documents/1/Pages/1.fpage: ", ""
+        table = {
+            "fails": page + "the filter failed with 0x80070005: ",
+            "unclosed": page + "the filter failed with 0x8000ffff: ",
+            "uninitialised": "the filter failed with 0x8007000e: ",
+            "shutdown": "the filter failed with 0x80070005: ",
+            "drops": "/Documents/2/FixedDocument.fdoc: the filter failed with 0x8000ffff: ",
+            "unended": "the filter did not close its sender: 0x8000ffff: ",
+        }
+        for fault, expected in table.items():
+            with self.subTest(fault):
+                arguments = ["run", "in.xps", "-o", "out.xps", "--module", MISBEHAVING, "--ns-prefix", fault]
+                failed = run(*arguments)
+                message = failed.stderr
+                self.assertEqual((failed.returncode, message.count("\n")), (1, 1), message)
+                self.assertTrue(message.startswith("xpsfilterhost: in.xps: " + expected), message)
+                self.assertEqual(self.files(), ["in.xps"])
+        self.take("foreign-ticket")
+        message = self.assert_refused(1, "run", "in.xps", "-o", "out.xps")
+        self.assertTrue(message.startswith(f"in.xps: {page}the filter failed with 0x"), message)
 
-    def test_help_and_wrong_usage(self):
-        for arguments in (["--help"], ["turn", "--help"]):
-            helped = run(*arguments)
-            self.assertEqual((helped.returncode, helped.stderr), (0, ""))
-            self.assertIn("xpsfilterhost turn letter.xps -o turned.xps", helped.stdout)
-        for arguments in ([], ["turn"], ["turn", "in.xps"], ["turn", "a", "b", "-o", "c"], ["spin"]):
-            wrong = run(*arguments)
-            self.assertEqual((wrong.returncode, wrong.stdout), (1, ""), arguments)
-            self.assertIn("--help", wrong.stderr)
-
-    def test_progress_is_shown_on_a_terminal_only(self):
-        self.take("sample")
-        mine, theirs = pty.openpty()
-        done = run("turn", "in.xps", "-o", "out.xps", stderr=theirs)
-        os.close(theirs)
-        shown = b""
-        try:
-            while chunk := os.read(mine, 4096):
-                shown += chunk
-        except OSError:
-            pass
-        os.close(mine)
+    def test_what_a_filter_keeps_is_told(self):
+        self.take("plain")
+        done = run("run", "in.xps", "-o", "out.xps", "--module", MISBEHAVING, "--ns-prefix", "leaks")
         self.assertEqual(done.returncode, 0)
-        # The emulated console draws with control sequences of its own.
-        text = re.sub(rb"\x1b\[[?0-9;]*[A-Za-z]", b"", shown)
-        self.assertTrue(text.startswith(b"page 1 (document 1)\r"), shown)
-        self.assertTrue(done.stdout.startswith("turned 3 pages in 2 documents"))
+        self.assertEqual(done.stderr, "xpsfilterhost: the filter keeps 1 object of the pipeline, and its module is "
+                                      "still in use\n")
+        self.assertEqual(self.files(), ["in.xps", "out.xps"])
+
+    def test_ctrl_c_shuts_the_filter_down(self):
+        self.take("plain")
+        with Terminal() as terminal:
+            job = start("run", "in.xps", "-o", "out.xps", "--trace", "--module", MISBEHAVING, "--ns-prefix", "waits",
+                        stderr=terminal.stderr, start_new_session=True)
+            terminal.read_until("GetXpsPart /Documents/1/Pages/1.fpage")
+            os.killpg(job.pid, signal.SIGINT)
+            shown = terminal.read_until("interrupted")
+            job.communicate(timeout=60)
+        self.assertIn("0x00000000 IPrintPipelineFilter::ShutdownOperation", shown)
+        self.assertIn("0x80004004 IPrintPipelineFilter::StartOperation", shown)
+        self.assertEqual(self.files(), ["in.xps"])
+
+
+class TicketsTest(ProgramTestCase):
+    def test_lists_each_levels_own_and_effective_ticket_with_origins(self):
+        self.take("mixed")
+        blocks = re.split(r"^(?=\S)", self.run_done("tickets", "in.xps", "--tessel-type", "1"), flags=re.M)[1:]
+        heads = [block.splitlines()[0] for block in blocks]
+        self.assertEqual(heads[:3] + heads[6:7],
+                         ["job /FixedDocumentSequence.fdseq", "document /Documents/1/FixedDocument.fdoc",
+                          "page /Documents/1/Pages/1.fpage", "document /Documents/2/FixedDocument.fdoc"])
+        letter = "PageMediaSize = NorthAmericaLetter, MediaSizeWidth 215900, MediaSizeHeight 279400"
+        a4 = "PageMediaSize = ISOA4, MediaSizeWidth 210000, MediaSizeHeight 297000"
+        for block, lines in {
+            0: ["  own ticket /Metadata/job.xml", "    " + letter, f"    {letter}  (job)",
+                "    JobInputBin = AutoSelect  (user)", "    ns0000:JobTesselType = ns0000:Type1  (driver default)"],
+            2: ["  no ticket of its own", f"    {a4}  (document)", "    PageOrientation = Landscape  (document)"],
+            3: ["    PageOrientation = Portrait", "    PageOrientation = Portrait  (page)", f"    {a4}  (document)"],
+        }.items():
+            self.assertEqual([line for line in lines if line not in blocks[block].splitlines()], [])
+        # The second document's own ticket, and nothing of the first one's.
+        self.assertIn("PageMediaSize = ISOA5, MediaSizeWidth 148000, MediaSizeHeight 210000  (document)", blocks[7])
+        self.assertIn("PageOrientation = Portrait  (job)", blocks[7])
+
+    def test_an_unusable_ticket_is_named(self):
+        for name in ("bad-ticket", "foreign-ticket"):
+            self.take(name)
+            failed = run("tickets", "in.xps")
+            self.assertEqual((failed.returncode, failed.stderr.count("\n")), (2, 1))
+            self.assertIn("in.xps: /Documents/1/Pages/Metadata/page.xml: ", failed.stderr)
+
+
+class HelpTest(ProgramTestCase):
+    def test_gives_units_and_examples_that_work_when_pasted(self):
+        self.take("sample", "sample.xps")
+        for arguments in (["--help"], ["run", "--help"], ["tickets", "--help"]):
+            helped = self.run_done(*arguments)
+            examples = re.findall(r"^  xpsfilterhost (.*)$", helped, re.M)
+            self.assertEqual(len(examples), 3)
+            self.assertIn("millimetres", helped)
+            for example in examples:
+                self.run_done(*shlex.split(example))
 
 
 if __name__ == "__main__":
-    unittest.main(argv=sys.argv[:1])
+    unittest.main(argv=[sys.argv[0], *sys.argv[5:]])
