@@ -1,5 +1,6 @@
 #include "base/xps/printschema/namespaceprefixes.h"
 
+#include <map>
 #include <mutex>
 #include <string>
 
@@ -9,13 +10,22 @@ using utility::Bstr;
 
 namespace
 {
-constexpr wchar_t kFallbackPrefix[] = L"ns0000:";
-
+/// The prefixes in force. Every prefix that ever was stays, as readers on other threads hold references to
+/// it: a driver has one, so that there are few.
 struct Prefixes
 {
     std::mutex mutex;
-    Bstr privatePrefix;
-    Bstr fallbackPrefix;
+    std::map<std::wstring, Bstr> known;
+    const Bstr none;
+    // Null while the driver names none: the fallback stands in for it.
+    const Bstr* privatePrefix = nullptr;
+    const Bstr* fallbackPrefix = &none;
+
+    const Bstr* Keep(const std::wstring& text)
+    {
+        const auto kept = known.find(text);
+        return kept != known.end() ? &kept->second : &known.emplace(text, Bstr(text)).first->second;
+    }
 };
 
 Prefixes& Shared()
@@ -23,51 +33,34 @@ Prefixes& Shared()
     static Prefixes prefixes;
     return prefixes;
 }
-
-// Readers hold references: a prefix that already reads so stays the string it is.
-void Store(Bstr& prefix, std::wstring_view text)
-{
-    if (prefix.View() != text)
-    {
-        prefix = Bstr(text);
-    }
-}
 } // namespace
 
 void SetPrivatePrefix(const wchar_t* prefix)
 {
-    std::wstring text = prefix == nullptr ? L"" : prefix;
-    if (!text.empty())
-    {
-        text += L':';
-    }
+    const std::wstring text = prefix == nullptr ? L"" : prefix;
     Prefixes& prefixes = Shared();
     const std::lock_guard lock(prefixes.mutex);
-    Store(prefixes.privatePrefix, text);
+    prefixes.privatePrefix = text.empty() ? nullptr : prefixes.Keep(text + L':');
 }
 
 void ProvideFallbackPrefixes()
 {
     Prefixes& prefixes = Shared();
     const std::lock_guard lock(prefixes.mutex);
-    if (prefixes.privatePrefix.Length() == 0)
-    {
-        Store(prefixes.privatePrefix, kFallbackPrefix);
-    }
-    Store(prefixes.fallbackPrefix, kFallbackPrefix);
+    prefixes.fallbackPrefix = prefixes.Keep(L"ns0000:");
 }
 
 const Bstr& GetPrivatePrefix()
 {
     Prefixes& prefixes = Shared();
     const std::lock_guard lock(prefixes.mutex);
-    return prefixes.privatePrefix;
+    return prefixes.privatePrefix != nullptr ? *prefixes.privatePrefix : *prefixes.fallbackPrefix;
 }
 
 const Bstr& GetFallbackPrefix()
 {
     Prefixes& prefixes = Shared();
     const std::lock_guard lock(prefixes.mutex);
-    return prefixes.fallbackPrefix;
+    return *prefixes.fallbackPrefix;
 }
 } // namespace base::xps::printschema
