@@ -73,7 +73,7 @@ std::string TicketFacts::Join(const std::string& xpath) const
         }
         Bstr text;
         ThrowIfFailed(node->get_text(text.Receive()));
-        joined += (joined.empty() ? "" : " ") + base::utility::ToUtf8(std::wstring(text.View()));
+        joined.append(joined.empty() ? "" : " ").append(base::utility::ToUtf8(std::wstring(text.View())));
     }
 }
 

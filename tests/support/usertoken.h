@@ -31,7 +31,7 @@ inline HANDLE OpenUserToken()
 /// One that lives as long as the program.
 inline HANDLE UserToken()
 {
-    static const HANDLE token = OpenUserToken();
+    static HANDLE token = OpenUserToken();
     return token;
 }
 } // namespace support

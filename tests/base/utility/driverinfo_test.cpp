@@ -39,7 +39,7 @@ GetPrinterDriverW(HANDLE printer, LPWSTR environment, DWORD level, LPBYTE buffer
 {
     g_spooler.calls.push_back({printer, environment != nullptr, level, buffer != nullptr, size});
     *needed = g_spooler.needed;
-    if (size < g_spooler.needed || !g_spooler.answers)
+    if (buffer == nullptr || size < g_spooler.needed || !g_spooler.answers)
     {
         SetLastError(ERROR_INSUFFICIENT_BUFFER);
         return FALSE;
@@ -55,7 +55,7 @@ namespace base::utility
 {
 namespace
 {
-const HANDLE kPrinter = &g_spooler;
+void* const kPrinter = &g_spooler;
 constexpr DWORD kSize = sizeof(DRIVER_INFO_3W) + 7 * sizeof(wchar_t);
 
 TEST(DriverInfo, HoldsExactlyWhatTheSpoolerNeeds)

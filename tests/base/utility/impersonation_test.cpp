@@ -13,7 +13,7 @@ using support::IsThreadImpersonating;
 /// A token that was valid once.
 HANDLE ClosedToken()
 {
-    const HANDLE token = support::OpenUserToken();
+    HANDLE token = support::OpenUserToken();
     EXPECT_TRUE(CloseHandle(token));
     return token;
 }
@@ -30,7 +30,7 @@ TEST(Impersonation, LastsAsLongAsItsObject)
 
 TEST(Impersonation, FailsWithoutAUsableToken)
 {
-    for (const HANDLE token : {HANDLE{nullptr}, INVALID_HANDLE_VALUE, ClosedToken()})
+    for (HANDLE token : {HANDLE{nullptr}, INVALID_HANDLE_VALUE, ClosedToken()})
     {
         const Impersonation user(token);
         EXPECT_EQ(user.GetResult(), HRESULT_FROM_WIN32(ERROR_INVALID_HANDLE)) << token;

@@ -177,13 +177,14 @@ TEST(XmlMargerTest, FindsEveryDeclarationWhateverElseTheRootBears)
                                     rest + " xmlns:v='urn:v' xmlns='urn:d'"})
     {
         const DomDocument bare = LoadDocument("<f:PrintTicket " + rest + "/>");
-        const std::string feature = "<f:Feature name='v:A'/>";
-        const DomDocument full = LoadDocument("<f:PrintTicket " + root + ">" + feature + "</f:PrintTicket>");
+        const DomDocument full =
+            LoadDocument("<f:PrintTicket " + root + "><f:Feature name='v:A'/></f:PrintTicket>");
         Merge(bare.Get(), full.Get());
         EXPECT_EQ(TicketFacts(bare.Get()).CountFeatures("urn:v", "A"), 1) << root;
 
         // The other way round a declaration is there already.
-        const DomDocument other = LoadDocument("<f:PrintTicket " + rest + " xmlns:v='urn:w'>" + feature +
+        const DomDocument other = LoadDocument("<f:PrintTicket " + rest +
+                                               " xmlns:v='urn:w'><f:Feature name='v:A'/>"
                                                "<f:Feature name='v:B' xmlns:v='urn:x'/></f:PrintTicket>");
         Merge(full.Get(), other.Get());
         EXPECT_EQ(TicketFacts(full.Get()).CountFeatures("urn:v", "A"), 1) << root;

@@ -100,8 +100,10 @@ std::string Describe(const std::wstring& ticket)
         for (int property = 1; property <= properties; ++property)
         {
             const std::string path = feature + "/f:Option/f:Property[" + std::to_string(property) + "]";
-            lines += " " + facts.Join(path + "/@name") + "=" +
-                     facts.Join(path + "/f:Value[@*[name()='xsi:type']='xsd:integer']");
+            lines.append(" ")
+                .append(facts.Join(path + "/@name"))
+                .append("=")
+                .append(facts.Join(path + "/f:Value[@*[name()='xsi:type']='xsd:integer']"));
         }
         lines += "\n";
     }

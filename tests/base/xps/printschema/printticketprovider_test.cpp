@@ -422,14 +422,14 @@ TEST_F(PrintTicketProviderTest, PassesOnAFailureOfAnyPlatformCall)
 
 TEST_F(PrintTicketProviderTest, CallsNothingInAnybodysNameButTheUsers)
 {
-    for (const HANDLE token : {HANDLE{nullptr}, INVALID_HANDLE_VALUE})
+    for (HANDLE token : {HANDLE{nullptr}, INVALID_HANDLE_VALUE})
     {
         EXPECT_EQ(Open(TicketText(""), token), kBadToken);
     }
     EXPECT_EQ(TicketPlatform::CallNames(), std::vector<std::string>());
 
     // The user's token goes away during the job.
-    const HANDLE token = support::OpenUserToken();
+    HANDLE token = support::OpenUserToken();
     ASSERT_EQ(Open(TicketText(""), token), S_OK);
     ASSERT_TRUE(CloseHandle(token));
     DomDocument result;
