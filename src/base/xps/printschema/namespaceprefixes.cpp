@@ -16,7 +16,7 @@ struct Prefixes
 {
     std::mutex mutex;
     std::map<std::wstring, Bstr> known;
-    const Bstr none;
+    Bstr none;
     // Null while the driver names none: the fallback stands in for it.
     const Bstr* privatePrefix = nullptr;
     const Bstr* fallbackPrefix = &none;
