@@ -13,15 +13,21 @@ namespace base::logging
 {
 namespace
 {
+struct LocaleCloser
+{
+    using pointer = _locale_t;
+    void operator()(_locale_t locale) const noexcept { _free_locale(locale); }
+};
+
 _locale_t PlainLocale()
 {
     // One for the module's life, as every thread formats with it.
-    static _locale_t locale = _create_locale(LC_ALL, "C");
-    if (locale == nullptr)
+    static const std::unique_ptr<_locale_t, LocaleCloser> locale(_create_locale(LC_ALL, "C"));
+    if (!locale)
     {
         throw std::bad_alloc();
     }
-    return locale;
+    return locale.get();
 }
 
 int CountFormatted(const char* format, std::va_list arguments)

@@ -7,7 +7,7 @@
 namespace base::xps
 {
 /// Keeps GDI+ started for as long as any guard of the process lives. The status of the start is kept and not
-/// examined: matrices work without it.
+/// examined: where GDI+ did not start, the statuses of the matrices tell.
 ///
 /// The count of guards is changed atomically; start and shutdown themselves do not wait for each other.
 class GdiplusGuard
