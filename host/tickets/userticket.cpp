@@ -181,7 +181,7 @@ void RequirePrintTicket(const ComPtr<IXMLDOMDocument2>& ticket)
 
 std::string MakeUserTicket(const std::optional<std::filesystem::path>& file, const TicketOverrides& overrides)
 {
-    const std::string bytes = file ? ReadFileBytes(*file) : std::string(kBuiltInTicket);
+    std::string bytes = file ? ReadFileBytes(*file) : std::string(kBuiltInTicket);
     printschema::SetPrivatePrefix(FromUtf8(overrides.privatePrefix).c_str());
     ComPtr<IXMLDOMDocument2> ticket;
     try
