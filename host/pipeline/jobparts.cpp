@@ -3,6 +3,8 @@
 #include <string_view>
 
 #include "base/utility/utf8.h"
+#include "host/opc/packageerror.h"
+#include "host/xml/markuptext.h"
 #include "host/xps/xpsvocabulary.h"
 
 namespace host::pipeline
@@ -58,6 +60,21 @@ ComPtr<Part> Query(IUnknown* object, REFIID iid)
     return S_OK;
 }
 
+/// The content of a part that goes to XML readers, which in Wine open the files that a document type names.
+std::string ReadMarkup(const PipelineJob& job, const opc::PartName& name)
+{
+    std::string markup = job.package.Read(name);
+    try
+    {
+        xml::RefuseForeignMarkup(markup);
+    }
+    catch (const xml::MarkupError& fault)
+    {
+        throw opc::PackageError(name.Text(), fault.what());
+    }
+    return markup;
+}
+
 /// Answers GetStream of a part of the package.
 [[nodiscard]] HRESULT HandOutContent(const PipelineJob& job,
                                      const opc::PartName& name,
@@ -68,7 +85,7 @@ ComPtr<Part> Query(IUnknown* object, REFIID iid)
         return E_POINTER;
     }
     *stream = nullptr;
-    *stream = MakeCom<PartReadStream>(job.package.Read(name)).Detach();
+    *stream = MakeCom<PartReadStream>(ReadMarkup(job, name)).Detach();
     return S_OK;
 }
 
