@@ -1,0 +1,49 @@
+#include "host/commands/jobground.h"
+
+#include <stdexcept>
+
+#include "base/utility/utf8.h"
+#include "host/filebytes.h"
+#include "host/opc/ziparchive.h"
+#include "host/tickets/userticket.h"
+
+namespace host
+{
+std::filesystem::path ProgramFolder()
+{
+    std::wstring path(MAX_PATH, L'\0');
+    while (GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size())) == path.size())
+    {
+        path.resize(path.size() * 2);
+    }
+    return std::filesystem::path(path.c_str()).parent_path();
+}
+
+std::optional<std::wstring> PrinterOf(const JobSetting& setting)
+{
+    return setting.printer ? std::optional(base::utility::FromUtf8(*setting.printer)) : std::nullopt;
+}
+
+JobGround::JobGround(const JobSetting& setting)
+    : m_library(setting.printer ? std::nullopt : std::optional(ProgramFolder() / "offline" / "prntvpt.dll")),
+      m_userTicket(tickets::MakeUserTicket(setting.userTicket, setting.overrides))
+{
+    if (setting.device)
+    {
+        Describe(*setting.device);
+    }
+}
+
+void JobGround::Describe(const std::filesystem::path& device) const
+{
+    const std::string description = ReadFileBytes(device);
+    try
+    {
+        m_library.DescribeDevice(description);
+    }
+    catch (const std::runtime_error& fault)
+    {
+        throw std::runtime_error(opc::ToUtf8Path(device) + ": " + fault.what());
+    }
+}
+} // namespace host

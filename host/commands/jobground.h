@@ -1,0 +1,35 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "base/utility/safecoinit.h"
+#include "host/commandline.h"
+#include "host/tickets/printticketlibrary.h"
+
+namespace host
+{
+/// Where this program and what belongs to it lies.
+std::filesystem::path ProgramFolder();
+
+/// The spooler's printer of a job; empty for one that there is only offline.
+std::optional<std::wstring> PrinterOf(const JobSetting& setting);
+
+/// What every job needs before it starts: COM, the print ticket library and the user's ticket. One at a time.
+class JobGround
+{
+public:
+    /// Throws std::runtime_error, naming the file or the option, for a setting that cannot be used.
+    explicit JobGround(const JobSetting& setting);
+
+    const std::string& UserTicket() const noexcept { return m_userTicket; }
+
+private:
+    void Describe(const std::filesystem::path& device) const;
+
+    base::utility::SafeCoInit m_com;
+    tickets::PrintTicketLibrary m_library;
+    std::string m_userTicket;
+};
+} // namespace host

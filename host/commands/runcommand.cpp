@@ -1,0 +1,176 @@
+#include "host/commands/runcommand.h"
+
+#include <chrono>
+#include <iomanip>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "base/logging/errors.h"
+#include "host/commands/jobground.h"
+#include "host/filterjob.h"
+#include "host/interrupt.h"
+#include "host/opc/package.h"
+#include "host/opc/packageerror.h"
+#include "host/report/pagetable.h"
+#include "host/xml/elementreader.h"
+#include "host/xps/xpsdocument.h"
+
+namespace host
+{
+namespace
+{
+std::string CountOf(std::size_t count, const char* what)
+{
+    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
+
+std::string Describe(HRESULT result)
+{
+    std::ostringstream text;
+    text << "0x" << std::hex << std::setw(8) << std::setfill('0') << static_cast<std::uint32_t>(result)
+         << ": " << base::exception::GetErrorText(result);
+    return ToOneLine(text.str());
+}
+
+/// What is wrong with the part that the filter stopped at, as far as the host can tell: the filter answers
+/// with an HRESULT only.
+void ThrowPackageFault(const std::filesystem::path& input, const std::string& partName, HRESULT result)
+{
+    const opc::Package package(input);
+    const auto part = opc::PartName::FromItem(partName);
+    if (!part || !package.Has(*part))
+    {
+        return;
+    }
+    std::vector<opc::PartName> suspects{*part};
+    if (const auto ticket = xps::FindPrintTicket(package, *part))
+    {
+        suspects.push_back(*ticket);
+    }
+    for (const opc::PartName& suspect : suspects)
+    {
+        const std::string fault = xml::FindMarkupFault(package.Read(suspect));
+        if (!fault.empty())
+        {
+            throw opc::PackageError(suspect.Text(),
+                                    fault + " (the filter answered " + Describe(result) + ")");
+        }
+    }
+}
+
+/// Shows a run to the user while it goes on.
+class RunView
+{
+public:
+    RunView(const RunCommand& command, Console& console) : m_command(command), m_console(console) {}
+
+    void Connect(FilterJob& job, const Interrupt& interrupt)
+    {
+        job.onPage = [this](const report::PageReport& page) { ShowPage(page); };
+        if (m_command.showsCalls)
+        {
+            job.onCall = [this](const pipeline::TracedCall& call) { ShowCall(call); };
+        }
+        job.isCancelled = [&interrupt] { return interrupt.IsRaised(); };
+        job.onWriting = [this, &interrupt](double fraction) {
+            interrupt.ThrowIfRaised();
+            m_console.ShowProgress("writing, " + std::to_string(static_cast<int>(fraction * 100)) + " %");
+        };
+    }
+
+    void ShowOutcome(const FilterOutcome& outcome)
+    {
+        if (!m_command.asJson)
+        {
+            m_console.PrintOut(Summarise(outcome));
+        }
+        if (outcome.keptObjects != 0 || outcome.isModuleInUse)
+        {
+            m_console.PrintError("xpsfilterhost: the filter keeps " + CountOf(outcome.keptObjects, "object") +
+                                 " of the pipeline" +
+                                 (outcome.isModuleInUse ? ", and its module is still in use\n" : "\n"));
+        }
+    }
+
+private:
+    void ShowPage(const report::PageReport& page)
+    {
+        ++m_decisions[static_cast<std::size_t>(report::Decide(page))];
+        if (m_command.asJson)
+        {
+            m_console.PrintOut(report::FormatJson(page));
+            return;
+        }
+        if (page.number == 1)
+        {
+            m_console.PrintOut(report::FormatTableHead());
+        }
+        m_console.PrintOut(report::FormatTableLine(page));
+        m_console.ShowProgress("page " + std::to_string(page.number));
+    }
+
+    void ShowCall(const pipeline::TracedCall& call)
+    {
+        std::ostringstream line;
+        line << "0x" << std::hex << std::setw(8) << std::setfill('0')
+             << static_cast<std::uint32_t>(call.result) << " " << call.method
+             << (call.subject.empty() ? "" : " ") << call.subject << "\n";
+        m_console.PrintError(line.str());
+    }
+
+    std::string Summarise(const FilterOutcome& outcome) const
+    {
+        const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - m_start;
+        std::ostringstream text;
+        text << CountOf(outcome.pages, "page") << " in " << CountOf(outcome.documents, "document") << ":";
+        const char* separator = " ";
+        for (std::size_t decision = 0; decision < std::size(m_decisions); ++decision)
+        {
+            text << separator << m_decisions[decision] << " "
+                 << report::NameOf(static_cast<report::Decision>(decision));
+            separator = "; ";
+        }
+        text << "; " << std::fixed << std::setprecision(2) << seconds.count() << " s";
+        text << (m_command.output ? ": " + opc::ToUtf8Path(*m_command.output) : ", nothing written") << "\n";
+        return text.str();
+    }
+
+    const RunCommand& m_command;
+    Console& m_console;
+    std::size_t m_decisions[4] = {};
+    std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
+};
+} // namespace
+
+ExitStatus Carry(const RunCommand& command, Console& console)
+{
+    const JobGround ground(command.setting);
+    const Interrupt interrupt;
+    FilterJob job;
+    job.input = command.input;
+    job.output = command.output;
+    job.module = command.setting.module.value_or(ProgramFolder() / "pagevalidatefilter.dll");
+    job.userTicket = ground.UserTicket();
+    job.printer = PrinterOf(command.setting);
+    job.tesselType = command.setting.tesselType;
+    job.privatePrefix = command.setting.overrides.privatePrefix;
+    RunView view(command, console);
+    view.Connect(job, interrupt);
+
+    const FilterOutcome outcome = RunFilter(job);
+    if (FAILED(outcome.result))
+    {
+        interrupt.ThrowIfRaised();
+        ThrowPackageFault(command.input, outcome.part, outcome.result);
+        const std::string at = outcome.part.empty() ? "" : outcome.part + ": ";
+        const std::string what = outcome.debt.empty() ? "failed with" : outcome.debt + ":";
+        console.PrintError(ToOneLine("xpsfilterhost: " + opc::ToUtf8Path(command.input) + ": " + at +
+                                     "the filter " + what + " " + Describe(outcome.result)) +
+                           "\n");
+        return ExitStatus::FilterFailed;
+    }
+    view.ShowOutcome(outcome);
+    return ExitStatus::Done;
+}
+} // namespace host
