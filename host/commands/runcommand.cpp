@@ -154,7 +154,7 @@ ExitStatus Carry(const RunCommand& command, Console& console)
     job.userTicket = ground.UserTicket();
     job.printer = PrinterOf(command.setting);
     job.tesselType = command.setting.tesselType;
-    job.privatePrefix = command.setting.overrides.privatePrefix;
+    job.privatePrefix = command.setting.privatePrefix;
     RunView view(command, console);
     view.Connect(job, interrupt);
 

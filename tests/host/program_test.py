@@ -221,6 +221,13 @@ class TraceTest(ProgramTestCase):
             ("IXpsDocumentConsumer::SendFixedPage", part),
         ])
 
+    def test_a_driver_lacks_what_no_option_gives_it(self):
+        self.take("plain")
+        calls = traced(run("run", "in.xps", "--dry-run", "--trace").stderr)
+        self.assertEqual({call for call in calls if "IPrinterPropertyBag" in call[1]},
+                         {("0x80070490", "IPrinterPropertyBag::GetString", "QuellmarkNsPrefix "),
+                          ("0x80070490", "IPrinterPropertyBag::GetInt32", "QuellmarkTesselType ")})
+
     def test_a_failing_filter_has_asked_for_shutdown(self):
         self.take("foreign-ticket")
         failed = run("run", "in.xps", "--dry-run", "--trace")
