@@ -1,6 +1,7 @@
 #include "host/commandline.h"
 
 #include <sstream>
+#include <stdexcept>
 
 #include <CLI/CLI.hpp>
 
@@ -12,11 +13,12 @@ constexpr const char* kFooter = R"(Examples (sample.xps stands for any XPS or Op
   xpsfilterhost run sample.xps -o out.xps
   xpsfilterhost run sample.xps --dry-run --orientation Landscape --media ISOA4
   xpsfilterhost tickets sample.xps
+  xpsfilterhost batch cases.txt
 
 Lengths are typed in millimetres; page sizes are told in pixels of 1/96 inch.
 Exit status: 0 done; 1 the filter failed, with its HRESULT and the part it was at, or was
-stopped by Ctrl-C; 2 the document, a file or an argument cannot be used. Failures are one
-line on stderr.)";
+stopped by Ctrl-C, or something differs from what was expected; 2 the document, a file or
+an argument cannot be used. Failures are one line on stderr.)";
 
 constexpr const char* kRunFooter =
     R"(Prints one line a page: its size before and after in pixels of 1/96 inch, the orientation,
@@ -42,6 +44,28 @@ Examples (sample.xps stands for any XPS or OpenXPS document):
   xpsfilterhost tickets sample.xps
   xpsfilterhost tickets sample.xps --media ISOA3 --limits 76.2x127-215.9x355.6
   xpsfilterhost tickets sample.xps --tessel-type 1)";
+
+constexpr const char* kBatchFooter =
+    R"(CASES is a text, one line a case, with "|" between its four columns; "#" starts a comment:
+
+  # document  | options of run            | device     | expected
+  sample.xps  |                           |            | passed turned passed refitted turned+refitted
+  sample.xps  | --user-ticket a4.xml      | duplex.xml | passed*3 refitted turned+refitted
+  broken.xps  | --media 210x297           |            | passed failed 0x80070005
+  letter.txt  |                           |            | unusable
+
+Expected is what becomes of each page, in order, "*N" for N alike; then, where the job does
+not come to its end, "failed", with or without the filter's HRESULT, or "unusable" for a
+document that cannot be read. Paths start at the table's folder; lengths are millimetres.
+No document is written.
+
+Prints one line a case, and for each page that differs what was expected, what it became
+and why. Exit status: 0 all as expected; 1 something differs; 2 a line of the table cannot
+be used.
+
+Examples (cases.txt stands for any table):
+  xpsfilterhost batch cases.txt
+  xpsfilterhost batch cases.txt --module pagevalidatefilter.dll)";
 
 /// The options as they are typed, before they are taken for a command.
 struct Typed
@@ -77,9 +101,19 @@ std::optional<std::string> ToText(const std::string& text)
     return text.empty() ? std::nullopt : std::optional(text);
 }
 
-void AddSettingOptions(CLI::App& command, Typed& typed)
+void AddInput(CLI::App& command, Typed& typed)
 {
     command.add_option("IN", typed.input, "The XPS or OpenXPS document to read")->required();
+}
+
+void AddModule(CLI::App& command, Typed& typed)
+{
+    command.add_option("--module", typed.module, "The filter's DLL (default: the one beside this program)")
+        ->type_name("FILE");
+}
+
+void AddSettingOptions(CLI::App& command, Typed& typed)
+{
     command
         .add_option("--user-ticket", typed.userTicket, "The user's print ticket (default: Letter, upright)")
         ->type_name("FILE");
@@ -101,8 +135,7 @@ void AddSettingOptions(CLI::App& command, Typed& typed)
         ->type_name("MEDIA");
     command.add_option("--limits", typed.limits, "What if: the printable sheets, MINWxMINH-MAXWxMAXH (mm)")
         ->type_name("LIMITS");
-    command.add_option("--module", typed.module, "The filter's DLL (default: the one beside this program)")
-        ->type_name("FILE");
+    AddModule(command, typed);
     command.get_option("--device")->excludes("--printer");
 }
 
@@ -142,6 +175,7 @@ Command ParseCommandLine(const std::vector<std::string>& arguments)
 
     CLI::App* const run = app.add_subcommand("run", "Run the filter over a document");
     run->footer(kRunFooter);
+    AddInput(*run, typed);
     AddSettingOptions(*run, typed);
     run->add_option("-o,--output", typed.output, "The document to write")->type_name("OUT");
     run->add_flag("--dry-run", typed.isDryRun, "Write no document")->excludes("-o");
@@ -151,7 +185,14 @@ Command ParseCommandLine(const std::vector<std::string>& arguments)
     CLI::App* const tickets =
         app.add_subcommand("tickets", "Show each level's ticket and where its values come from");
     tickets->footer(kTicketsFooter);
+    AddInput(*tickets, typed);
     AddSettingOptions(*tickets, typed);
+
+    CLI::App* const batch = app.add_subcommand("batch", "Run the filter over a table of cases");
+    batch->footer(kBatchFooter);
+    batch->add_option("CASES", typed.input, "The table of documents and what is expected of them")
+        ->required();
+    AddModule(*batch, typed);
     try
     {
         // The parser takes its arguments from the back.
@@ -174,10 +215,32 @@ Command ParseCommandLine(const std::vector<std::string>& arguments)
     {
         return TicketsCommand{FromUtf8Path(typed.input), ToSetting(*tickets, typed)};
     }
+    if (batch->parsed())
+    {
+        return BatchCommand{FromUtf8Path(typed.input), ToPath(typed.module)};
+    }
     return RunCommand{FromUtf8Path(typed.input),
                       ToPath(typed.output),
                       ToSetting(*run, typed),
                       typed.showsCalls,
                       typed.asJson};
+}
+
+JobSetting ParseSetting(const std::string& options)
+{
+    Typed typed;
+    CLI::App app;
+    app.allow_windows_style_options(false);
+    app.set_help_flag();
+    AddSettingOptions(app, typed);
+    try
+    {
+        app.parse(options);
+    }
+    catch (const CLI::ParseError& fault)
+    {
+        throw std::runtime_error(fault.what());
+    }
+    return ToSetting(app, typed);
 }
 } // namespace host

@@ -16,6 +16,8 @@ enum class ExitStatus
     Done = 0,
     /// Or was stopped by Ctrl-C.
     FilterFailed = 1,
+    /// Of a comparison.
+    Differs = 1,
     /// The document, another file or the command line.
     Unusable = 2
 };
@@ -52,6 +54,15 @@ struct TicketsCommand
     JobSetting setting;
 };
 
+/// Run the filter over the documents of a table and hold what became of them against what it expects.
+struct BatchCommand
+{
+    /// The table.
+    std::filesystem::path input;
+    /// For cases that name none.
+    std::optional<std::filesystem::path> module;
+};
+
 /// There is nothing to do but to say something: help, or what is wrong with the command line.
 struct Notice
 {
@@ -59,8 +70,12 @@ struct Notice
     std::string text;
 };
 
-using Command = std::variant<RunCommand, TicketsCommand, Notice>;
+using Command = std::variant<RunCommand, TicketsCommand, BatchCommand, Notice>;
 
 /// Takes the arguments in UTF-8, without the program's name.
 Command ParseCommandLine(const std::vector<std::string>& arguments);
+
+/// The setting that options give as they are typed, in UTF-8: "--media ISOA3 --tessel-type 1". Throws
+/// std::runtime_error with what is wrong with them.
+JobSetting ParseSetting(const std::string& options);
 } // namespace host

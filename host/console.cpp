@@ -85,4 +85,9 @@ std::string ToOneLine(std::string_view text)
     }
     return line;
 }
+
+std::string CountOf(std::size_t count, const char* what)
+{
+    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+}
 } // namespace host

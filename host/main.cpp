@@ -5,6 +5,7 @@
 
 #include "base/utility/utf8.h"
 #include "host/commandline.h"
+#include "host/commands/batchcommand.h"
 #include "host/commands/runcommand.h"
 #include "host/commands/ticketscommand.h"
 #include "host/console.h"

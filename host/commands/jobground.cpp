@@ -32,6 +32,23 @@ JobGround::JobGround(const JobSetting& setting)
     {
         Describe(*setting.device);
     }
+    else if (!setting.printer)
+    {
+        // A filter of a job before may keep the library in the process, and with it that job's device.
+        m_library.DescribeDevice({});
+    }
+}
+
+FilterJob JobGround::MakeJob(const std::filesystem::path& input, const JobSetting& setting) const
+{
+    FilterJob job;
+    job.input = input;
+    job.module = setting.module.value_or(ProgramFolder() / "pagevalidatefilter.dll");
+    job.userTicket = m_userTicket;
+    job.printer = PrinterOf(setting);
+    job.tesselType = setting.tesselType;
+    job.privatePrefix = setting.privatePrefix;
+    return job;
 }
 
 void JobGround::Describe(const std::filesystem::path& device) const

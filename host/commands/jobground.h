@@ -6,6 +6,7 @@
 
 #include "base/utility/safecoinit.h"
 #include "host/commandline.h"
+#include "host/filterjob.h"
 #include "host/tickets/printticketlibrary.h"
 
 namespace host
@@ -24,6 +25,9 @@ public:
     explicit JobGround(const JobSetting& setting);
 
     const std::string& UserTicket() const noexcept { return m_userTicket; }
+
+    /// A run of the filter over a document, which nobody listens to yet and which writes nothing.
+    FilterJob MakeJob(const std::filesystem::path& input, const JobSetting& setting) const;
 
 private:
     void Describe(const std::filesystem::path& device) const;

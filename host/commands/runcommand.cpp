@@ -4,61 +4,18 @@
 #include <iomanip>
 #include <sstream>
 #include <string>
-#include <vector>
 
-#include "base/logging/errors.h"
+#include "host/commands/filteranswer.h"
 #include "host/commands/jobground.h"
 #include "host/filterjob.h"
 #include "host/interrupt.h"
-#include "host/opc/package.h"
-#include "host/opc/packageerror.h"
+#include "host/opc/ziparchive.h"
 #include "host/report/pagetable.h"
-#include "host/xml/elementreader.h"
-#include "host/xps/xpsdocument.h"
 
 namespace host
 {
 namespace
 {
-std::string CountOf(std::size_t count, const char* what)
-{
-    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
-}
-
-std::string Describe(HRESULT result)
-{
-    std::ostringstream text;
-    text << "0x" << std::hex << std::setw(8) << std::setfill('0') << static_cast<std::uint32_t>(result)
-         << ": " << base::exception::GetErrorText(result);
-    return ToOneLine(text.str());
-}
-
-/// What is wrong with the part that the filter stopped at, as far as the host can tell: the filter answers
-/// with an HRESULT only.
-void ThrowPackageFault(const std::filesystem::path& input, const std::string& partName, HRESULT result)
-{
-    const opc::Package package(input);
-    const auto part = opc::PartName::FromItem(partName);
-    if (!part || !package.Has(*part))
-    {
-        return;
-    }
-    std::vector<opc::PartName> suspects{*part};
-    if (const auto ticket = xps::FindPrintTicket(package, *part))
-    {
-        suspects.push_back(*ticket);
-    }
-    for (const opc::PartName& suspect : suspects)
-    {
-        const std::string fault = xml::FindMarkupFault(package.Read(suspect));
-        if (!fault.empty())
-        {
-            throw opc::PackageError(suspect.Text(),
-                                    fault + " (the filter answered " + Describe(result) + ")");
-        }
-    }
-}
-
 /// Shows a run to the user while it goes on.
 class RunView
 {
@@ -85,11 +42,9 @@ public:
         {
             m_console.PrintOut(Summarise(outcome));
         }
-        if (outcome.keptObjects != 0 || outcome.isModuleInUse)
+        if (const std::string leftover = DescribeLeftover(outcome); !leftover.empty())
         {
-            m_console.PrintError("xpsfilterhost: the filter keeps " + CountOf(outcome.keptObjects, "object") +
-                                 " of the pipeline" +
-                                 (outcome.isModuleInUse ? ", and its module is still in use\n" : "\n"));
+            m_console.PrintError("xpsfilterhost: " + leftover + "\n");
         }
     }
 
@@ -147,14 +102,8 @@ ExitStatus Carry(const RunCommand& command, Console& console)
 {
     const JobGround ground(command.setting);
     const Interrupt interrupt;
-    FilterJob job;
-    job.input = command.input;
+    FilterJob job = ground.MakeJob(command.input, command.setting);
     job.output = command.output;
-    job.module = command.setting.module.value_or(ProgramFolder() / "pagevalidatefilter.dll");
-    job.userTicket = ground.UserTicket();
-    job.printer = PrinterOf(command.setting);
-    job.tesselType = command.setting.tesselType;
-    job.privatePrefix = command.setting.privatePrefix;
     RunView view(command, console);
     view.Connect(job, interrupt);
 
@@ -162,12 +111,10 @@ ExitStatus Carry(const RunCommand& command, Console& console)
     if (FAILED(outcome.result))
     {
         interrupt.ThrowIfRaised();
-        ThrowPackageFault(command.input, outcome.part, outcome.result);
-        const std::string at = outcome.part.empty() ? "" : outcome.part + ": ";
-        const std::string what = outcome.debt.empty() ? "failed with" : outcome.debt + ":";
-        console.PrintError(ToOneLine("xpsfilterhost: " + opc::ToUtf8Path(command.input) + ": " + at +
-                                     "the filter " + what + " " + Describe(outcome.result)) +
-                           "\n");
+        ThrowPackageFault(command.input, outcome);
+        console.PrintError(
+            ToOneLine("xpsfilterhost: " + opc::ToUtf8Path(command.input) + ": " + DescribeFailure(outcome)) +
+            "\n");
         return ExitStatus::FilterFailed;
     }
     view.ShowOutcome(outcome);

@@ -1,0 +1,68 @@
+#include "host/commands/filteranswer.h"
+
+#include <cstdint>
+#include <iomanip>
+#include <sstream>
+#include <vector>
+
+#include "base/logging/errors.h"
+#include "host/console.h"
+#include "host/opc/package.h"
+#include "host/opc/packageerror.h"
+#include "host/xml/elementreader.h"
+#include "host/xps/xpsdocument.h"
+
+namespace host
+{
+namespace
+{
+std::string Describe(HRESULT result)
+{
+    std::ostringstream text;
+    text << "0x" << std::hex << std::setw(8) << std::setfill('0') << static_cast<std::uint32_t>(result)
+         << ": " << base::exception::GetErrorText(result);
+    return ToOneLine(text.str());
+}
+} // namespace
+
+void ThrowPackageFault(const std::filesystem::path& input, const FilterOutcome& outcome)
+{
+    const opc::Package package(input);
+    const auto part = opc::PartName::FromItem(outcome.part);
+    if (!part || !package.Has(*part))
+    {
+        return;
+    }
+    std::vector<opc::PartName> suspects{*part};
+    if (const auto ticket = xps::FindPrintTicket(package, *part))
+    {
+        suspects.push_back(*ticket);
+    }
+    for (const opc::PartName& suspect : suspects)
+    {
+        const std::string fault = xml::FindMarkupFault(package.Read(suspect));
+        if (!fault.empty())
+        {
+            throw opc::PackageError(suspect.Text(),
+                                    fault + " (the filter answered " + Describe(outcome.result) + ")");
+        }
+    }
+}
+
+std::string DescribeFailure(const FilterOutcome& outcome)
+{
+    const std::string at = outcome.part.empty() ? "" : outcome.part + ": ";
+    const std::string what = outcome.debt.empty() ? "failed with" : outcome.debt + ":";
+    return at + "the filter " + what + " " + Describe(outcome.result);
+}
+
+std::string DescribeLeftover(const FilterOutcome& outcome)
+{
+    if (outcome.keptObjects == 0 && !outcome.isModuleInUse)
+    {
+        return {};
+    }
+    return "the filter keeps " + CountOf(outcome.keptObjects, "object") + " of the pipeline" +
+           (outcome.isModuleInUse ? ", and its module is still in use" : "");
+}
+} // namespace host
