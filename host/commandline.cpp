@@ -14,11 +14,12 @@ constexpr const char* kFooter = R"(Examples (sample.xps stands for any XPS or Op
   xpsfilterhost run sample.xps --dry-run --orientation Landscape --media ISOA4
   xpsfilterhost tickets sample.xps
   xpsfilterhost batch cases.txt
+  xpsfilterhost diff sample.xps out.xps
 
 Lengths are typed in millimetres; page sizes are told in pixels of 1/96 inch.
 Exit status: 0 done; 1 the filter failed, with its HRESULT and the part it was at, or was
-stopped by Ctrl-C, or something differs from what was expected; 2 the document, a file or
-an argument cannot be used. Failures are one line on stderr.)";
+stopped by Ctrl-C, or batch or diff found a difference; 2 the document, a file or an
+argument cannot be used. Failures are one line on stderr.)";
 
 constexpr const char* kRunFooter =
     R"(Prints one line a page: its size before and after in pixels of 1/96 inch, the orientation,
@@ -67,11 +68,25 @@ Examples (cases.txt stands for any table):
   xpsfilterhost batch cases.txt
   xpsfilterhost batch cases.txt --module pagevalidatefilter.dll)";
 
+constexpr const char* kDiffFooter =
+    R"(Prints one line a part: identical, changed, added or removed; and for a changed one where it
+differs first, with what it says in A and in B.
+
+Parts are compared by what they hold, however it is stored: XML as XML, whatever the encoding,
+the prefixes, the order of attributes, comments and blanks between elements; relationships by
+their targets and content types as sets; anything else byte by byte. Part names agree in any
+case. Exit status: 0 the same; 1 something differs; 2 a document cannot be used.
+
+Examples (sample.xps and out.xps stand for any XPS or OpenXPS documents):
+  xpsfilterhost diff sample.xps out.xps
+  xpsfilterhost diff sample.xps out.xps --changes)";
+
 /// The options as they are typed, before they are taken for a command.
 struct Typed
 {
     std::string input;
     std::string output;
+    std::string other;
     std::string userTicket;
     std::string device;
     std::string printer;
@@ -84,6 +99,7 @@ struct Typed
     bool isDryRun = false;
     bool showsCalls = false;
     bool asJson = false;
+    bool showsChangesOnly = false;
 };
 
 std::filesystem::path FromUtf8Path(const std::string& text)
@@ -193,6 +209,12 @@ Command ParseCommandLine(const std::vector<std::string>& arguments)
     batch->add_option("CASES", typed.input, "The table of documents and what is expected of them")
         ->required();
     AddModule(*batch, typed);
+
+    CLI::App* const diff = app.add_subcommand("diff", "Compare two documents part by part");
+    diff->footer(kDiffFooter);
+    diff->add_option("A", typed.input, "An XPS or OpenXPS document")->required();
+    diff->add_option("B", typed.other, "What it is compared with")->required();
+    diff->add_flag("--changes", typed.showsChangesOnly, "Leave out parts that are identical");
     try
     {
         // The parser takes its arguments from the back.
@@ -218,6 +240,10 @@ Command ParseCommandLine(const std::vector<std::string>& arguments)
     if (batch->parsed())
     {
         return BatchCommand{FromUtf8Path(typed.input), ToPath(typed.module)};
+    }
+    if (diff->parsed())
+    {
+        return DiffCommand{FromUtf8Path(typed.input), FromUtf8Path(typed.other), typed.showsChangesOnly};
     }
     return RunCommand{FromUtf8Path(typed.input),
                       ToPath(typed.output),

@@ -63,6 +63,14 @@ struct BatchCommand
     std::optional<std::filesystem::path> module;
 };
 
+/// Compare two documents part by part.
+struct DiffCommand
+{
+    std::filesystem::path input;
+    std::filesystem::path other;
+    bool showsChangesOnly = false;
+};
+
 /// There is nothing to do but to say something: help, or what is wrong with the command line.
 struct Notice
 {
@@ -70,7 +78,7 @@ struct Notice
     std::string text;
 };
 
-using Command = std::variant<RunCommand, TicketsCommand, BatchCommand, Notice>;
+using Command = std::variant<RunCommand, TicketsCommand, BatchCommand, DiffCommand, Notice>;
 
 /// Takes the arguments in UTF-8, without the program's name.
 Command ParseCommandLine(const std::vector<std::string>& arguments);

@@ -6,6 +6,7 @@
 #include "base/utility/utf8.h"
 #include "host/commandline.h"
 #include "host/commands/batchcommand.h"
+#include "host/commands/diffcommand.h"
 #include "host/commands/runcommand.h"
 #include "host/commands/ticketscommand.h"
 #include "host/console.h"

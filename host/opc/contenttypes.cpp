@@ -74,6 +74,20 @@ void ContentTypes::Set(const PartName& part, std::string_view contentType)
     }
 }
 
+std::map<std::string, std::string> ContentTypes::List() const
+{
+    std::map<std::string, std::string> list;
+    for (const Default& entry : m_defaults)
+    {
+        list.emplace("*." + entry.extension, entry.contentType);
+    }
+    for (const auto& [part, contentType] : m_overrides)
+    {
+        list.emplace(part.Text(), contentType);
+    }
+    return list;
+}
+
 std::string ContentTypes::Serialize() const
 {
     std::string markup = "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<Types xmlns=\"";

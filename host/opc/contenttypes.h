@@ -26,6 +26,9 @@ public:
     /// Drops what the stream says about this part by name.
     void Remove(const PartName& part) { m_overrides.erase(part); }
 
+    /// The types by what they are for: "*.xml" for an extension, "/Metadata/job.xml" for a part.
+    std::map<std::string, std::string> List() const;
+
     std::string Serialize() const;
 
 private:

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <exception>
+#include <string_view>
+#include <utility>
 
 #include "base/logging/boundary.h"
 #include "base/logging/errors.h"
@@ -41,12 +43,22 @@ Attribute ReadAttribute(ISAXAttributes& attributes, int index)
     return {Utf8Of(uri, uriLength), Utf8Of(name, nameLength), Utf8Of(value, valueLength)};
 }
 
-/// Forwards start tags. No exception may cross the reader's frames: the first one is kept here and stops
-/// the reader.
-class StartTagHandler final : public ComObject<ISAXContentHandler>
+/// Whether an attribute is none but declares a prefix; readers hand these out, each under names of its own.
+bool IsDeclaration(ISAXAttributes& attributes, int index)
+{
+    const wchar_t* name = nullptr;
+    int length = 0;
+    ThrowIfFailed(attributes.getQName(index, &name, &length));
+    const std::wstring_view qualified(name, static_cast<std::size_t>(length));
+    return qualified == L"xmlns" || qualified.starts_with(L"xmlns:");
+}
+
+/// Forwards start tags and text. No exception may cross the reader's frames: the first one is kept here and
+/// stops the reader.
+class MarkupHandler final : public ComObject<ISAXContentHandler>
 {
 public:
-    explicit StartTagHandler(const std::function<void(const Element&)>& onElement) : m_onElement(onElement) {}
+    explicit MarkupHandler(const MarkupListener& listener) : m_listener(listener) {}
 
     void RethrowKept() const
     {
@@ -66,30 +78,62 @@ public:
     {
         return base::exception::AtBoundary([&] {
             return Keep([&] {
-                Element element{Utf8Of(uri, uriLength), Utf8Of(localName, localNameLength), {}, m_depth++};
+                TellText();
+                Element element{Utf8Of(uri, uriLength),
+                                Utf8Of(localName, localNameLength),
+                                {},
+                                m_depth++,
+                                std::exchange(m_prefixes, {})};
                 int count = 0;
                 ThrowIfFailed(attributes->getLength(&count));
                 for (int index = 0; index < count; ++index)
                 {
-                    element.attributes.push_back(ReadAttribute(*attributes, index));
+                    if (!IsDeclaration(*attributes, index))
+                    {
+                        element.attributes.push_back(ReadAttribute(*attributes, index));
+                    }
                 }
-                m_onElement(element);
+                m_listener.onElement(element);
             });
         });
     }
 
     STDMETHODIMP endElement(const wchar_t*, int, const wchar_t*, int, const wchar_t*, int) override
     {
-        --m_depth;
-        return S_OK;
+        return base::exception::AtBoundary([&] {
+            return Keep([&] {
+                TellText();
+                --m_depth;
+            });
+        });
+    }
+
+    STDMETHODIMP startPrefixMapping(const wchar_t* prefix,
+                                    int prefixLength,
+                                    const wchar_t* uri,
+                                    int uriLength) override
+    {
+        return base::exception::AtBoundary([&] {
+            m_prefixes.push_back({Utf8Of(prefix, prefixLength), Utf8Of(uri, uriLength)});
+            return S_OK;
+        });
+    }
+
+    STDMETHODIMP characters(const wchar_t* text, int length) override
+    {
+        return base::exception::AtBoundary([&] {
+            if (m_listener.onText && length > 0)
+            {
+                m_text.append(text, static_cast<std::size_t>(length));
+            }
+            return S_OK;
+        });
     }
 
     STDMETHODIMP putDocumentLocator(ISAXLocator*) override { return S_OK; }
     STDMETHODIMP startDocument() override { return S_OK; }
     STDMETHODIMP endDocument() override { return S_OK; }
-    STDMETHODIMP startPrefixMapping(const wchar_t*, int, const wchar_t*, int) override { return S_OK; }
     STDMETHODIMP endPrefixMapping(const wchar_t*, int) override { return S_OK; }
-    STDMETHODIMP characters(const wchar_t*, int) override { return S_OK; }
     STDMETHODIMP ignorableWhitespace(const wchar_t*, int) override { return S_OK; }
     STDMETHODIMP processingInstruction(const wchar_t*, int, const wchar_t*, int) override { return S_OK; }
     STDMETHODIMP skippedEntity(const wchar_t*, int) override { return S_OK; }
@@ -110,9 +154,21 @@ private:
         }
     }
 
-    const std::function<void(const Element&)>& m_onElement;
+    void TellText()
+    {
+        if (!m_text.empty())
+        {
+            m_listener.onText(base::utility::ToUtf8(std::exchange(m_text, {})), m_depth - 1);
+        }
+    }
+
+    const MarkupListener& m_listener;
     std::exception_ptr m_kept;
     int m_depth = 0;
+    // Of the tag that comes next.
+    std::vector<PrefixBinding> m_prefixes;
+    // Since the last tag; the reader hands text out in pieces.
+    std::wstring m_text;
 };
 
 /// Remembers the reader's words for the first fault.
@@ -168,6 +224,11 @@ const std::string* Element::Find(std::string_view attributeName) const
 
 void ReadElements(std::string_view markup, const std::function<void(const Element&)>& onElement)
 {
+    ReadMarkup(markup, {onElement, {}});
+}
+
+void ReadMarkup(std::string_view markup, const MarkupListener& listener)
+{
     // A stream and not an array of bytes, of which Wine 8 parses all but the last one.
     base::utility::Variant text;
     VARIANT* const stream = text.Receive();
@@ -180,7 +241,7 @@ void ReadElements(std::string_view markup, const std::function<void(const Elemen
                                    CLSCTX_INPROC_SERVER,
                                    __uuidof(ISAXXMLReader),
                                    reader.ReceiveUntyped()));
-    const auto tags = MakeCom<StartTagHandler>(onElement);
+    const auto tags = MakeCom<MarkupHandler>(listener);
     const auto faults = MakeCom<FaultHandler>();
     ThrowIfFailed(reader->putContentHandler(tags.Get()));
     ThrowIfFailed(reader->putErrorHandler(faults.Get()));

@@ -14,14 +14,24 @@ struct Attribute
     std::string value;
 };
 
+/// A prefix of names and the namespace that it stands for; the empty one is that of plain names.
+struct PrefixBinding
+{
+    std::string prefix;
+    std::string namespaceUri;
+};
+
 /// A start tag. Names and values are UTF-8.
 struct Element
 {
     std::string namespaceUri;
     std::string localName;
+    /// Without declarations of namespaces.
     std::vector<Attribute> attributes;
     /// 0 for the root.
     int depth;
+    /// What the tag itself declares.
+    std::vector<PrefixBinding> prefixes;
 
     /// The value of an attribute without namespace; null when the element does not have it.
     const std::string* Find(std::string_view attributeName) const;
@@ -31,6 +41,18 @@ struct Element
 /// `onElement` ends the reading and reaches the caller. Throws MarkupError for markup that is not
 /// well-formed or is in no encoding of a package. COM must be initialised on the thread.
 void ReadElements(std::string_view markup, const std::function<void(const Element&)>& onElement);
+
+/// What a reader of markup is told of, in document order.
+struct MarkupListener
+{
+    std::function<void(const Element&)> onElement;
+    /// All character data between two tags, whether or not comments stand in it, and the depth of the element
+    /// that it belongs to.
+    std::function<void(std::string_view, int)> onText;
+};
+
+/// The same with the text between the tags.
+void ReadMarkup(std::string_view markup, const MarkupListener& listener);
 
 /// Why markup is not well-formed, with the line; empty when it is.
 std::string FindMarkupFault(std::string_view markup);

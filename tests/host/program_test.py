@@ -10,6 +10,7 @@ import shutil
 import signal
 import sys
 import unittest
+import zipfile
 from pathlib import Path
 
 from hostprogram import PACKAGES, PROGRAM, WORK, Package, ProgramTestCase, options_of, run, start
@@ -406,6 +407,116 @@ class BatchTest(ProgramTestCase):
         self.run_done("batch", "cases.txt", "--module", MISBEHAVING)
 
 
+class DiffTest(ProgramTestCase):
+    PSF = "http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework"
+    TYPES = '<Types xmlns="http://schemas.openxmlformats.org/package/2006/content-types">{}</Types>'
+    LINKS = '<Relationships xmlns="http://schemas.openxmlformats.org/package/2006/relationships">{}</Relationships>'
+
+    @classmethod
+    def types(cls, *entries):
+        return cls.TYPES.format("".join(f'<Default Extension="{name}" ContentType="{kind}"/>' for name, kind in entries))
+
+    @classmethod
+    def links(cls, *entries):
+        return cls.LINKS.format("".join(f'<Relationship Id="i{number}" Target="{target}" Type="{kind}" {mode}/>'
+                                        for number, target, kind, mode in entries))
+
+    def diff(self, one, other, *options):
+        types = [("xml", "application/xml"), ("rels", "application/vnd.openxmlformats-package.relationships+xml")]
+        for name, items in {"a.xps": one, "b.xps": other}.items():
+            with zipfile.ZipFile(Path(WORK, name), "w") as archive:
+                for item, content in {"[Content_Types].xml": self.types(*types), **items}.items():
+                    archive.writestr(item, content)
+        done = run("diff", "a.xps", "b.xps", *options)
+        self.assertEqual(done.stderr, "")
+        return done.returncode, done.stdout.splitlines()
+
+    def test_compares_markup_as_xml(self):
+        declared = f"xmlns:{{0}}='{self.PSF}' xmlns:{{1}}='urn:k'"
+        ticket = "<{0}:T " + declared + " {2}><{0}:F name='{1}:A'/><{0}:F name='{1}:B'><{0}:Value> 1 </{0}:Value></{0}:F></{0}:T>"
+        long = "M " + "0,0 " * 30
+        same = [
+            ("<a x='1' y=\"2\"><b/></a>", "<?xml version='1.0'?><!-- c --><a\n y='2' x='&#49;'>\r\n <b></b><?p q?>\n</a>\n"),
+            ("<a xmlns='u'><b/></a>", "<p:a xmlns:p='u' xmlns:unused='v'><q:b xmlns:q='u'/></p:a>"),
+            (ticket.format("psf", "psk", ""), ticket.format("x", "y", "")),
+            ("<a>t&amp;u<b/>v</a>", "<a>t<!-- c --><![CDATA[&]]>u<b/>v</a>"),
+            ("<a b='\u0434'/>", "\ufeff<a b='\u0434'/>".encode("utf-16-le")),
+        ]
+        different = [
+            ("<a/>", "<b/>", "/: <a> -> <b>"),
+            ("<a/>", "<a xmlns='u'/>", "/: <a> -> <{u}a>"),
+            ("<a><b/><b x='1'/></a>", "<a><b/><b x='2'/></a>", "/a/b[2]/@x: 1 -> 2"),
+            ("<a><b/><c><b/></c><b x='1'/></a>", "<a><b/><c><b/></c><b y='1'/></a>", "/a/b[2]/@x: 1 -> none"),
+            ("<a><b/></a>", "<a><b/><c/></a>", "/a: nothing more -> <c>"),
+            ("<a><b/><c/></a>", "<a><b><c/></b></a>", "/a/b[1]: nothing more -> <c>"),
+            ("<a><b><c/></b></a>", "<a><b/><c/></a>", "/a/b[1]: <c> -> nothing more"),
+            ("<a>1<b/></a>", "<a>2<b/></a>", "/a: 1 -> 2"),
+            ("<a>1<b/></a>", "<a><b/>1</a>", "/a: text -> <b>"),
+            ("<a x='1 2'/>", "<a x='1&#10;2'/>", "/a/@x: 1 2 -> 1\\n2"),
+            (f"<a d='{long}1,1'/>", f"<a d='{long}2,2'/>", "/a/@d: ...0,0 0,0 0,0 0,0 0,0 1,1 -> ...0,0 0,0 0,0 0,0 0,0 2,2"),
+            (f"<a d='1{long}'/>", f"<a d='2{long}'/>", f"/a/@d: {('1' + long)[:60]}... -> {('2' + long)[:60]}..."),
+            (ticket.format("p", "k", ""), ticket.format("p", "k", "x='1'"), "/T/@x: none -> 1"),
+            (ticket.format("p", "k", ""), ticket.format("p", "k", "").replace("k:B", "p:B"),
+             f"/T/F[2]/@name: B in urn:k -> B in {self.PSF[:55]}..."),
+            ("<a x='psk:A'/>", "<a x='k:A'/>", "/a/@x: psk:A -> k:A"),
+            ("<a/>", "<a>", "4 bytes -> 3 bytes, first different at offset 2; one is not well-formed: "),
+        ]
+        one = {f"{number:02}.xml": pair[0] for number, pair in enumerate(same + different)}
+        other = {f"{number:02}.xml": pair[1] for number, pair in enumerate(same + different)}
+        status, lines = self.diff(one, other)
+        self.assertEqual((status, lines[0], lines[-1]),
+                         (1, "identical  [Content_Types].xml", "22 parts: 6 identical; 16 changed; 0 added; 0 removed"))
+        self.assertEqual(lines[1:6], [f"identical  /{number:02}.xml" for number in range(5)])
+        for number, (line, (_, _, what)) in enumerate(zip(lines[6:], different), len(same)):
+            self.assertTrue(line.startswith(f"changed    /{number:02}.xml: {what}"), f"{line} is not {what}")
+
+    def test_compares_sets_names_and_bytes(self):
+        part, other = self.links((1, "../A.bin", "t", ""), (2, "http://x", "u", "TargetMode='External'")), "_rels/.RELS"
+        types = [("xml", "text/xml"), ("Bin", "b/c"), ("rels", "r")]
+        one = {"[Content_Types].xml": self.types(*types), "a.bin": "0123456789", "x/_rels/p.bin.rels": part,
+               "_rels/.rels": self.links((1, "a.bin", "t", "")), "gone.bin": "1", "cut.bin": "1234"}
+        two = {"[Content_Types].xml": self.types(*reversed([("XML", "text/xml"), ("bin", "b/c"), ("rels", "r")])),
+               other: self.links((1, "a.bin", "t", ""), (2, "b.bin", "t", "")),
+               "X/_rels/P.BIN.rels": self.links((7, "http://x", "u", "TargetMode='External'"), (9, "/a.bin", "t", "")),
+               "A.BIN": "012x45678", "new.bin": "", "cut.bin": "123"}
+        self.assertEqual(self.diff(one, two, "--changes"), (1, [
+            "changed    /_rels/.rels: nothing -> /b.bin as t",
+            "changed    /a.bin: 10 bytes -> 9 bytes, first different at offset 3",
+            "changed    /cut.bin: 4 bytes -> 3 bytes, first different at offset 3",
+            "removed    /gone.bin", "added      /new.bin",
+            "7 parts: 2 identical; 3 changed; 1 added; 1 removed"]))
+        two["[Content_Types].xml"] = self.types(*types[1:], ("xml", "text/plain"))
+        self.assertEqual(self.diff(one, two)[1][0], "changed    [Content_Types].xml: *.xml text/xml -> *.xml text/plain")
+
+    def test_tells_packages_that_are_stored_differently_for_the_same(self):
+        self.take("tickets")
+        for name in ("pieces-reversed", "utf16", "zip64-descriptors"):
+            self.take(name, "b.xps")
+            self.assertEqual(self.run_done("diff", "in.xps", "b.xps").splitlines()[-1],
+                             "15 parts: 15 identical; 0 changed; 0 added; 0 removed")
+
+    def test_shows_what_the_filter_did(self):
+        self.take("tickets")
+        self.run_done("run", "in.xps", "-o", "out.xps")
+        done = run("diff", "in.xps", "out.xps", "--changes")
+        pages, kind = "/Documents/1/Pages", "http://schemas.microsoft.com/xps/2005/06/printticket"
+        old, new = f"{pages}/Metadata/page.xml", f"{pages}/Metadata/pagevalidator_1_page.xml"
+        *lines, _ = done.stdout.splitlines()
+        self.assertEqual((done.returncode, [line for line in lines if "[Content" not in line]), (1, [
+            f"changed    {pages}/1.fpage: /FixedPage/@Height: 1056 -> 816.00",
+            f"changed    {pages}/_rels/1.fpage.rels: {old} as {kind} -> {new} as {kind}",
+            f"removed    {old}", f"added      {new}"]))
+
+    def test_names_the_document_that_cannot_be_used(self):
+        self.take("plain")
+        self.take("wrong-crc", "bad.xps")
+        fault = "bad.xps: Documents/1/Pages/1.fpage: cannot be decompressed: CRC error"
+        for arguments, message in {("none.xps", "in.xps"): "none.xps: there is no such file",
+                                   ("in.xps", "none.xps"): "none.xps: there is no such file",
+                                   ("in.xps", "bad.xps"): fault, ("bad.xps", "in.xps"): fault}.items():
+            self.assertEqual(self.assert_refused(2, "diff", *arguments), message)
+
+
 class TicketsTest(ProgramTestCase):
     def test_lists_each_levels_own_and_effective_ticket_with_origins(self):
         self.take("mixed")
@@ -440,13 +551,15 @@ class HelpTest(ProgramTestCase):
         self.take("sample", "sample.xps")
         Path(WORK, "cases.txt").write_text("sample.xps | | | passed turned passed refitted turned+refitted\n")
         shutil.copy(Path(PROGRAM).with_name("pagevalidatefilter.dll"), WORK)
-        for arguments in (["--help"], ["run", "--help"], ["tickets", "--help"], ["batch", "--help"]):
+        for arguments in (["--help"], ["run", "--help"], ["tickets", "--help"], ["batch", "--help"],
+                          ["diff", "--help"]):
             helped = self.run_done(*arguments)
             examples = re.findall(r"^  xpsfilterhost (.*)$", helped, re.M)
             self.assertGreaterEqual(len(examples), 2)
-            self.assertIn("millimetres", helped)
+            self.assertIn("Exit status" if arguments[0] == "diff" else "millimetres", helped)
             for example in examples:
-                self.run_done(*shlex.split(example))
+                expected = 1 if example.startswith("diff") else 0
+                self.assertEqual(run(*shlex.split(example)).returncode, expected, example)
 
 
 if __name__ == "__main__":
