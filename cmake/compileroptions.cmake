@@ -28,6 +28,16 @@ else()
     endif()
 endif()
 
+option(MEASURE_COVERAGE "Count which lines of the module are entered" OFF)
+
+# Has a target of the module count its lines, and whatever links it keep the counts.
+function(measure_coverage target)
+    if(MEASURE_COVERAGE)
+        target_compile_options(${target} PRIVATE --coverage)
+        target_link_options(${target} PUBLIC --coverage)
+    endif()
+endfunction()
+
 # A program or DLL of the project, PROGRAM or SHARED. The second compiler stops before the link: it is asked
 # for its opinion of the sources only.
 function(add_binary name kind)

@@ -40,7 +40,7 @@ public:
     STDMETHODIMP Seek(LONGLONG move, DWORD origin, ULONGLONG* newPosition) override
     {
         ++seeks;
-        if (FAILED(seekResult))
+        if (FAILED(seekResult) && origin >= failingOrigin)
         {
             return seekResult;
         }
@@ -71,6 +71,7 @@ public:
     int seeks = 0;
     int reads = 0;
     HRESULT seekResult = S_OK;
+    DWORD failingOrigin = STREAM_SEEK_SET;
     HRESULT readResult = S_OK;
 
 private:

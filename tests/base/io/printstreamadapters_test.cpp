@@ -137,7 +137,11 @@ TEST_F(PrintStreamAdapters, DescribeAReaderByMeasuringItOnce)
     const auto stream = MakeCom<PrintReadStreamToIStream>(m_reader.Get());
     m_reader->seekResult = E_ABORT;
     Description failed;
-    EXPECT_EQ(stream->Stat(&failed, STATFLAG_NONAME), E_ABORT);
+    for (const DWORD origin : {STREAM_SEEK_CUR, STREAM_SEEK_END})
+    {
+        m_reader->failingOrigin = origin;
+        EXPECT_EQ(stream->Stat(&failed, STATFLAG_NONAME), E_ABORT);
+    }
     m_reader->seekResult = S_OK;
     m_reader->seeks = 0;
 

@@ -47,6 +47,7 @@ TEST(FormatString, ExpandsNarrowAndWideText)
     EXPECT_EQ(FormatString("%s", ""), "");
     EXPECT_EQ(FormatWString(L"%s", L""), L"");
     EXPECT_EQ(FormatString("%s", std::string(70'000, 'x').c_str()).size(), 70'000U);
+    EXPECT_THROW(FormatString("%ls", L"\x4E00"), std::runtime_error);
 }
 
 TEST(FormatString, NamesItsSourceAndTellsItsTwoNullChecksApart)

@@ -18,6 +18,21 @@
 #include "support/saxattributes.h"
 #include "support/thrown.h"
 
+namespace
+{
+bool g_areElementsLost = false;
+} // namespace
+
+/// In the place of GDI+'s own, to fail when it is told to.
+extern "C" Gdiplus::GpStatus WINGDIPAPI GdipGetMatrixElements(const Gdiplus::GpMatrix* matrix,
+                                                              Gdiplus::REAL* elements)
+{
+    using Function = decltype(GdipGetMatrixElements);
+    static auto* const own = reinterpret_cast<Function*>(
+        reinterpret_cast<void (*)()>(GetProcAddress(LoadLibraryW(L"gdiplus.dll"), "GdipGetMatrixElements")));
+    return g_areElementsLost ? Gdiplus::GenericError : own(matrix, elements);
+}
+
 namespace base::xps
 {
 namespace
@@ -106,6 +121,11 @@ TEST_F(TurnedMarkup, WritesAPageWithoutAnySizeAsAnEmptyOne)
               R"(<Canvas RenderTransform="1.00,0.00,0.00,1.00,0.00,0.00"></Canvas></FixedPage>)");
 }
 
+TEST_F(TurnedMarkup, HoldsNeitherCommentsNorInstructions)
+{
+    EXPECT_EQ(Turned("<?a b?><FixedPage><?a b?><!--c--> </FixedPage>"), Turned("<FixedPage> </FixedPage>"));
+}
+
 TEST_F(TurnedMarkup, EndsInAFailureWhereThePageIsMalformed)
 {
     for (const char* markup : {"", "<FixedPage", "<FixedPage><Path></FixedPage>", "<FixedPage a='1' a='2'/>"})
@@ -134,6 +154,19 @@ TEST(FixedPageSaxConvertor, ClosesWhatAnInterruptedParseLeftOpenFromTheInsideOut
     }
     EXPECT_EQ(output.str(), "<A><p:B></p:B></A>");
     EXPECT_EQ(GdiplusGuard::GetUserCount(), 0U);
+}
+
+TEST(FixedPageSaxConvertor, ClosesNothingOfAPageWhoseTransformCannotBeTold)
+{
+    std::ostringstream output;
+    const auto none = MakeCom<support::AttributeList>(support::AttributeList::Attributes{});
+    const auto convertor = MakeCom<FixedPageSaxConvertor>(output, 270.0F, 1.0F);
+    g_areElementsLost = true;
+    const std::string message = support::MessageOf<std::logic_error>(
+        [&] { convertor->startElement(L"", 0, L"FixedPage", 9, L"FixedPage", 9, none.Get()); });
+    g_areElementsLost = false;
+    EXPECT_TRUE(message.ends_with(") : Matrix.GetElements failed.\n")) << message;
+    EXPECT_EQ(output.str(), R"(<FixedPage Height="0.00" Width="0.00">)");
 }
 
 TEST(FixedPageSaxConvertor, LeavesAFailedWriteInTheStreamsState)

@@ -111,6 +111,13 @@ TEST(ImageableAreaReader, AsksOnceForTheSameTicket)
     EXPECT_EQ(askedFor(kLetter), 2);
     provider.pageTicket = LoadDocument(TicketText(FeatureText("psk:PageOrientation", "psk:Landscape")));
     EXPECT_EQ(askedFor(kLetter), 3);
+    // What is remembered does not grow with the job: so many sheets of a job's own push the first out.
+    MediaSizeEntry sheet = kA4;
+    for (sheet.size.widthMicrometres = 1; sheet.size.widthMicrometres <= 64; ++sheet.size.widthMicrometres)
+    {
+        reader.Read(sheet);
+    }
+    EXPECT_EQ(askedFor(kLetter), 3 + 64 + 1);
 }
 
 TEST(ImageableAreaReader, TakesTheWholeSheetFromAPrinterThatDoesNotTell)

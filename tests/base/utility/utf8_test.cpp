@@ -1,0 +1,31 @@
+#include "base/utility/utf8.h"
+
+#include <stdexcept>
+
+#include <gtest/gtest.h>
+
+#include "support/thrown.h"
+
+namespace base::utility
+{
+namespace
+{
+TEST(Utf8, ConvertsThereAndBack)
+{
+    const std::wstring wide = L"a\x00E9\x4E00\xD83D\xDE00";
+    const std::string narrow = "a\xC3\xA9\xE4\xB8\x80\xF0\x9F\x98\x80";
+    EXPECT_EQ(ToUtf8(wide), narrow);
+    EXPECT_EQ(FromUtf8(narrow), wide);
+    EXPECT_EQ(ToUtf8(L""), "");
+    EXPECT_EQ(FromUtf8(""), L"");
+}
+
+TEST(Utf8, NeedsTextToConvert)
+{
+    const std::string message =
+        support::MessageOf<std::invalid_argument>([] { WideToMultiByte(nullptr, nullptr, 0); });
+    EXPECT_TRUE(message.starts_with("base\\utility\\utf8(")) << message;
+    EXPECT_TRUE(message.ends_with(") : pWideCharStr is null.\n")) << message;
+}
+} // namespace
+} // namespace base::utility
