@@ -19,6 +19,7 @@ table with changes ("from"), under a name of its own, with any of:
   patch        {item: {field: value}}    false claims in both headers of an item
   cut          count                     bytes missing at the end of the file
   file         text                      this text instead of a package
+  fault        text                      what the host says of it, to begin with; for the tests
 """
 
 import io

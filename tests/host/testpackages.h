@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <regex>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -25,19 +27,35 @@ inline opc::PartName Part(const std::string& name)
     return opc::PartName::FromItem(name).value();
 }
 
-/// The text of the PackageError that `act` throws, or a note that it threw none.
-template <typename Action>
+inline const std::string kNoFault = "(no fault)";
+
+/// The text of the failure that `act` throws, kNoFault where it throws none.
+template <typename Failure = opc::PackageError, typename Action>
 std::string FaultOf(Action&& act)
 {
     try
     {
         act();
     }
-    catch (const opc::PackageError& fault)
+    catch (const Failure& fault)
     {
         return fault.what();
     }
-    return "(no fault)";
+    return kNoFault;
+}
+
+/// The bytes of text in UTF-16, without a mark.
+template <typename Text>
+std::string ToUtf16(const Text& text, bool isBigEndian = false)
+{
+    std::string bytes;
+    for (const char16_t unit : text)
+    {
+        const char high = static_cast<char>(unit >> 8);
+        const char low = static_cast<char>(unit & 0xFF);
+        bytes.append({isBigEndian ? high : low, isBigEndian ? low : high});
+    }
+    return bytes;
 }
 
 /// An empty folder for one test's output, removed with all that is in it.
@@ -90,5 +108,30 @@ inline std::string ReadFile(const std::filesystem::path& path)
 {
     std::ifstream file(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
+}
+
+/// A file of tests/data.
+inline std::string ReadData(const std::string& name)
+{
+    std::string content = ReadFile(TEST_DATA_PATH "/" + name);
+    EXPECT_FALSE(content.empty()) << name;
+    return content;
+}
+
+/// The rows of a table in tests/data: cells between bars, with any blanks around them; "#" begins a remark.
+inline std::vector<std::vector<std::string>> ReadTable(const std::string& name)
+{
+    const std::regex bar(" *\\| *");
+    std::istringstream lines(ReadData(name));
+    std::vector<std::vector<std::string>> rows;
+    for (std::string line; std::getline(lines, line);)
+    {
+        if (!line.starts_with('#'))
+        {
+            rows.emplace_back(std::sregex_token_iterator(line.begin(), line.end(), bar, -1),
+                              std::sregex_token_iterator());
+        }
+    }
+    return rows;
 }
 } // namespace host
