@@ -10,6 +10,7 @@
 #include "base/utility/variant.h"
 #include "platform/filterpipeline.h"
 #include "platform/printerextension.h"
+#include "tests/host/pipeline/sendpart.h"
 
 using base::utility::Bstr;
 using base::utility::ComObject;
@@ -31,12 +32,8 @@ public:
         m_control = ComPtr<IPrintPipelineManagerControl>(control);
         Variant driver;
         Bstr fault;
-        if (FAILED(bag->GetProperty(L"DriverPropertyBag", driver.Receive())) ||
-            FAILED(driver.QueryHeld<IPrinterPropertyBag>()->GetString(Bstr(L"QuellmarkNsPrefix").Get(),
-                                                                      fault.Receive())))
-        {
-            return E_INVALIDARG;
-        }
+        bag->GetProperty(L"DriverPropertyBag", driver.Receive());
+        driver.QueryHeld<IPrinterPropertyBag>()->GetString(Bstr(L"QuellmarkNsPrefix").Get(), fault.Receive());
         m_fault = fault.View();
         communicator->RequestReader(m_reader.ReceiveUntyped());
         communicator->RequestWriter(m_writer.ReceiveUntyped());
@@ -70,37 +67,21 @@ private:
 
     HRESULT Send(const ComPtr<IUnknown>& part)
     {
-        if (const auto page = part.TryQuery<IFixedPage>())
-        {
-            return SendPage(*page);
-        }
-        if (const auto document = part.TryQuery<IFixedDocument>())
-        {
-            return m_writer->SendFixedDocument(document.Get());
-        }
-        if (const auto sequence = part.TryQuery<IFixedDocumentSequence>())
-        {
-            return m_writer->SendFixedDocumentSequence(sequence.Get());
-        }
-        return m_writer->SendXpsDocument(part.TryQuery<IXpsDocument>().Get());
-    }
-
-    HRESULT SendPage(IFixedPage& page)
-    {
-        while (Has(L"waits") && !m_isStopped)
+        const auto page = part.TryQuery<IFixedPage>();
+        while (page && Has(L"waits") && !m_isStopped)
         {
             Sleep(10);
         }
-        if (Has(L"fails"))
+        if (page && (Has(L"fails") || Has(L"drops")))
         {
-            return E_ACCESSDENIED;
+            return Has(L"fails") ? E_ACCESSDENIED : S_OK;
         }
         ComPtr<IPrintWriteStream> unclosed;
-        if (Has(L"unclosed"))
+        if (page && Has(L"unclosed"))
         {
-            page.GetWriteStream(unclosed.Receive());
+            page->GetWriteStream(unclosed.Receive());
         }
-        return Has(L"drops") ? S_OK : m_writer->SendFixedPage(&page);
+        return host::pipeline::SendPart(*m_writer, part);
     }
 
     HRESULT Finish()
