@@ -5,41 +5,24 @@
 #include <gtest/gtest.h>
 
 #include "host/xml/markuptext.h"
+#include "tests/host/testpackages.h"
 
 namespace host::xml
 {
 namespace
 {
-std::string ToUtf16(std::u16string_view text, bool bigEndian)
-{
-    std::string bytes;
-    for (const char16_t unit : text)
-    {
-        const char high = static_cast<char>(unit >> 8);
-        const char low = static_cast<char>(unit & 0xFF);
-        bytes.append({bigEndian ? high : low, bigEndian ? low : high});
-    }
-    return bytes;
-}
-
 /// What the start tags of `markup` say, one a line, or the fault.
 std::string Describe(std::string_view markup)
 {
     std::string tags;
-    try
-    {
+    const std::string fault = FaultOf<MarkupError>([&] {
         ReadElements(markup, [&](const Element& element) {
-            tags += std::to_string(element.depth) + "{" + element.namespaceUri + "}" + element.localName;
             const std::string* const a = element.Find("a");
-            tags += a != nullptr ? "=" + *a : "";
-            tags += ";";
+            tags += std::to_string(element.depth) + "{" + element.namespaceUri + "}" + element.localName +
+                    (a != nullptr ? "=" + *a : "") + ";";
         });
-    }
-    catch (const MarkupError& fault)
-    {
-        return fault.what();
-    }
-    return tags;
+    });
+    return fault == kNoFault ? tags : fault;
 }
 
 TEST(ElementReader, ReadsEveryEncodingOfAPackage)
@@ -66,11 +49,7 @@ TEST(ElementReader, ReadsEveryEncodingOfAPackage)
 
 TEST(ElementReader, SaysWhyMarkupCannotBeRead)
 {
-    const struct
-    {
-        std::string markup;
-        const char* fault;
-    } table[] = {
+    const std::pair<std::string, const char*> faults[] = {
         {"<a>\n<b></a>", "is not well-formed: line 2: "},
         {"<?xml version='1.0'?>\n\n<a", "is not well-formed: line 3: "},
         {"", "is not well-formed: "},
@@ -79,7 +58,7 @@ TEST(ElementReader, SaysWhyMarkupCannotBeRead)
         {"<a b='\xFF'/>", "is not well-formed: "},
         {"<a>&b;</a>", "is not well-formed: "},
         {std::string("\xFF\xFE<", 3), "ends within a UTF-16 character"},
-        {ToUtf16(u"<a b='\xD800'/>", false), "is not valid UTF-16"},
+        {ToUtf16(u"<a b='\xD800'/>"), "is not valid UTF-16"},
         {ToUtf16(u"<a b='\xDC00\xDC00'/>", true), "is not valid UTF-16"},
         {"<?xml version='1.0' encoding=\"windows-1252\"?><a/>", "is encoded in windows-1252, "},
         {"<?xml version='1.0'", "has an XML declaration without end"},
@@ -87,11 +66,11 @@ TEST(ElementReader, SaysWhyMarkupCannotBeRead)
         {" <!-- <a> --><?p <a> ?>\n<!DOCTYPE a [<!ENTITY b 'c'>]><a/>", "declares a document type"},
         {ToUtf16(u"\uFEFF<!DOCTYPE a><a/>", true), "declares a document type"},
     };
-    for (const auto& row : table)
+    for (const auto& [markup, expected] : faults)
     {
-        const std::string fault = Describe(row.markup);
-        EXPECT_TRUE(fault.starts_with(row.fault)) << row.markup << " gives " << fault;
-        EXPECT_EQ(FindMarkupFault(row.markup), fault);
+        const std::string fault = Describe(markup);
+        EXPECT_TRUE(fault.starts_with(expected)) << markup << " gives " << fault;
+        EXPECT_EQ(FindMarkupFault(markup), fault);
     }
     EXPECT_EQ(Describe("<a><!-- <!DOCTYPE --></a>"), "0{}a;");
     EXPECT_EQ(FindMarkupFault("<a/>"), "");
@@ -100,14 +79,8 @@ TEST(ElementReader, SaysWhyMarkupCannotBeRead)
 TEST(ElementReader, LetsTheCallersExceptionThroughWithItsType)
 {
     int seen = 0;
-    EXPECT_THROW(ReadElements("<a><b/><c/></a>",
-                              [&](const Element&) {
-                                  if (++seen == 2)
-                                  {
-                                      throw std::out_of_range("b");
-                                  }
-                              }),
-                 std::out_of_range);
+    const auto fail = [&](const Element&) { ++seen == 2 ? throw std::out_of_range("b") : void(); };
+    EXPECT_THROW(ReadElements("<a><b/><c/></a>", fail), std::out_of_range);
     EXPECT_EQ(seen, 2);
 }
 
