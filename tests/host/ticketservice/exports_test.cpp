@@ -1,4 +1,4 @@
-#include <map>
+#include <future>
 #include <string>
 #include <thread>
 #include <vector>
@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "base/utility/bstr.h"
-#include "offlineservice.h"
+#include "tests/host/ticketservice/offlineservice.h"
 #include "ticketservice/printschema.h"
 
 namespace host::ticketservice
@@ -19,280 +19,199 @@ using base::utility::MakeCom;
 constexpr auto kTicketFormat = static_cast<HRESULT>(E_PRINTTICKET_FORMAT);
 constexpr auto kDeltaFormat = static_cast<HRESULT>(E_DELTA_PRINTTICKET_FORMAT);
 
-TEST(Exports, AreThePlatformsOrdinalsAndTheHostsNames)
-{
-    const auto* const image = reinterpret_cast<const BYTE*>(OfflineService::Get().library);
-    const auto* const dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(image);
-    const auto* const nt = reinterpret_cast<const IMAGE_NT_HEADERS*>(image + dos->e_lfanew);
-    const DWORD directory = nt->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_EXPORT].VirtualAddress;
-    const auto* const exports = reinterpret_cast<const IMAGE_EXPORT_DIRECTORY*>(image + directory);
-    const auto* const functions = reinterpret_cast<const DWORD*>(image + exports->AddressOfFunctions);
-    const auto* const names = reinterpret_cast<const DWORD*>(image + exports->AddressOfNames);
-    const auto* const indexes = reinterpret_cast<const WORD*>(image + exports->AddressOfNameOrdinals);
+const std::string kPsf = "xmlns:psf='" + std::string(kFrameworkNamespace) + "'";
+const std::string kOpen = "<psf:PrintTicket version='1' " + kPsf + ">";
+const std::string kClose = "</psf:PrintTicket>";
 
-    std::map<DWORD, std::string> found;
-    for (DWORD index = 0; index < exports->NumberOfFunctions; ++index)
-    {
-        if (functions[index] != 0)
-        {
-            found[exports->Base + index] = "";
-        }
-    }
-    for (DWORD index = 0; index < exports->NumberOfNames; ++index)
-    {
-        found[exports->Base + indexes[index]] = reinterpret_cast<const char*>(image + names[index]);
-    }
-    const std::map<DWORD, std::string> expected = {{2, "PTOpenProvider"},
-                                                   {4, "PTCloseProvider"},
-                                                   {6, "PTGetPrintCapabilities"},
-                                                   {7, "PTMergeAndValidatePrintTicket"},
-                                                   {100, "SetDeviceDescription"},
-                                                   {101, "GetOpenProviderCount"}};
-    EXPECT_EQ(found, expected);
-}
-
-TEST(Provider, IsOpenedForAnyNameAndVersionOneOnly)
+class Exports : public testing::Test
 {
+protected:
     const OfflineService& service = OfflineService::Get();
-    const struct
+    const std::string base = ReadData("merge/base.xml");
+};
+
+TEST_F(Exports, OpenProvidersForAnyNameAndVersionOneOnly)
+{
+    int anything = 0;
+    for (const auto& [name, version] : std::initializer_list<std::pair<const wchar_t*, DWORD>>{
+             {nullptr, 1}, {L"", 1}, {L"a", 0}, {L"a", 2}})
     {
-        const wchar_t* name;
-        DWORD version;
-    } refused[] = {{nullptr, 1}, {L"", 1}, {L"printer", 0}, {L"printer", 2}};
-    for (const auto& [name, version] : refused)
-    {
-        int anything = 0;
         auto handle = reinterpret_cast<HPTPROVIDER>(&anything);
-        EXPECT_EQ(service.open(name, version, &handle), E_INVALIDARG);
+        EXPECT_EQ(PTOpenProvider(name, version, &handle), E_INVALIDARG);
         EXPECT_EQ(handle, nullptr);
     }
-    EXPECT_EQ(service.open(L"printer", 1, nullptr), E_INVALIDARG);
+    EXPECT_EQ(PTOpenProvider(L"printer", 1, nullptr), E_INVALIDARG);
     EXPECT_EQ(service.countOpen(), 0U);
 
     HPTPROVIDER first = nullptr;
     HPTPROVIDER second = nullptr;
-    EXPECT_EQ(service.open(L"\\\\server\\a printer", 1, &first), S_OK);
-    EXPECT_EQ(service.close(first), S_OK);
-    EXPECT_EQ(service.open(L"p", 1, &second), S_OK);
+    EXPECT_EQ(PTOpenProvider(L"\\\\server\\a printer", 1, &first), S_OK);
+    EXPECT_EQ(PTCloseProvider(first), S_OK);
+    EXPECT_EQ(PTOpenProvider(L"p", 1, &second), S_OK);
     EXPECT_EQ(service.countOpen(), 1U);
-    EXPECT_EQ(service.close(first), E_HANDLE);
-    EXPECT_EQ(service.close(nullptr), E_HANDLE);
-    EXPECT_EQ(service.close(second), S_OK);
+    EXPECT_EQ(PTCloseProvider(first), E_HANDLE);
+    EXPECT_EQ(PTCloseProvider(nullptr), E_HANDLE);
+    EXPECT_EQ(PTCloseProvider(second), S_OK);
     EXPECT_EQ(service.countOpen(), 0U);
 }
 
-/// Calls both ticket functions with streams that are all right.
-std::vector<HRESULT> UseProvider(HPTPROVIDER provider)
+TEST_F(Exports, KeepAProviderToTheThreadThatOpenedIt)
 {
-    const OfflineService& service = OfflineService::Get();
-    const auto base = MakeCom<ShortStream>(ReadData("merge/base.xml"));
-    const auto result = MakeCom<ShortStream>();
-    return {service.merge(provider, base.Get(), nullptr, kPTJobScope, result.Get(), nullptr),
-            service.getCapabilities(provider, nullptr, result.Get(), nullptr)};
-}
-
-TEST(Provider, BelongsToTheThreadThatOpenedIt)
-{
+    const auto use = [&](HPTPROVIDER provider) {
+        const auto ticket = MakeCom<ShortStream>(base);
+        const auto result = MakeCom<ShortStream>();
+        return std::vector<HRESULT>{PTMergeAndValidatePrintTicket(
+                                        provider, ticket.Get(), nullptr, kPTJobScope, result.Get(), nullptr),
+                                    PTGetPrintCapabilities(provider, nullptr, result.Get(), nullptr)};
+    };
     const OpenProvider provider;
     std::vector<HRESULT> foreign;
-    HRESULT closed = S_OK;
     std::thread([&] {
-        foreign = UseProvider(provider.Get());
-        closed = OfflineService::Get().close(provider.Get());
+        foreign = use(provider.handle);
+        foreign.push_back(PTCloseProvider(provider.handle));
     }).join();
-    EXPECT_EQ(foreign, std::vector<HRESULT>({E_INVALIDARG, E_INVALIDARG}));
-    EXPECT_EQ(closed, E_INVALIDARG);
-    EXPECT_EQ(UseProvider(provider.Get()), std::vector<HRESULT>({S_PT_NO_CONFLICT, S_OK}));
-    EXPECT_EQ(UseProvider(nullptr), std::vector<HRESULT>({E_HANDLE, E_HANDLE}));
+    EXPECT_EQ(foreign, std::vector<HRESULT>(3, E_INVALIDARG));
+    EXPECT_EQ(use(provider.handle), std::vector<HRESULT>({S_PT_NO_CONFLICT, S_OK}));
+    EXPECT_EQ(use(nullptr), std::vector<HRESULT>({E_HANDLE, E_HANDLE}));
 }
 
-TEST(Provider, ServesSeveralThreadsAtOnce)
+TEST_F(Exports, ServeSeveralThreadsAtOnce)
 {
-    const std::string expected = Merge(ReadData("merge/base.xml"), nullptr, kPTJobScope).document;
-    std::vector<int> agreed(4);
-    std::vector<std::thread> threads;
-    for (int& count : agreed)
+    const std::string expected = Merge(base, nullptr, kPTJobScope).document;
+    std::vector<std::future<bool>> threads(4);
+    for (auto& thread : threads)
     {
-        threads.emplace_back([&] {
+        thread = std::async(std::launch::async, [&] {
+            bool agrees = true;
             for (int round = 0; round < 10; ++round)
             {
-                count += Merge(ReadData("merge/base.xml"), nullptr, kPTJobScope).document == expected;
+                agrees = Merge(base, nullptr, kPTJobScope).document == expected && agrees;
             }
+            return agrees;
         });
     }
-    for (std::thread& thread : threads)
+    for (auto& thread : threads)
     {
-        thread.join();
+        EXPECT_TRUE(thread.get());
     }
-    EXPECT_EQ(agreed, std::vector<int>(4, 10));
-    EXPECT_EQ(OfflineService::Get().countOpen(), 0U);
+    EXPECT_EQ(service.countOpen(), 0U);
 }
 
-TEST(Streams, AreReadAndWrittenFromWhereTheyStandAndLeftBehindTheTicket)
+TEST_F(Exports, ReadAndWriteStreamsFromWhereTheyStandAndLeaveThemBehindTheTicket)
 {
-    const OfflineService& service = OfflineService::Get();
-    const OpenProvider provider;
     const auto at = [](const std::string& bytes) {
         auto stream = MakeCom<ShortStream>("before" + bytes);
         stream->position = 6;
         return stream;
     };
-    const auto base = at(ReadData("merge/base.xml"));
+    const OpenProvider provider;
+    const auto ticket = at(base);
     const auto delta = at(ReadData("merge/levels.xml"));
-    const auto result = at("");
-    EXPECT_EQ(service.merge(provider.Get(), base.Get(), delta.Get(), kPTJobScope, result.Get(), nullptr),
+    const auto merged = at("");
+    EXPECT_EQ(PTMergeAndValidatePrintTicket(
+                  provider.handle, ticket.Get(), delta.Get(), kPTJobScope, merged.Get(), nullptr),
               S_PT_NO_CONFLICT);
-    EXPECT_EQ(base->position, base->content.size());
-    EXPECT_EQ(delta->position, delta->content.size());
-    EXPECT_EQ(result->position, result->content.size());
-    EXPECT_TRUE(
-        result->content.starts_with("before<?xml version=\"1.0\" encoding=\"UTF-8\"?><psf:PrintTicket "));
-
-    const auto ticket = at(ReadData("merge/base.xml"));
+    const auto asked = at(base);
     const auto capabilities = at("");
-    EXPECT_EQ(service.getCapabilities(provider.Get(), ticket.Get(), capabilities.Get(), nullptr), S_OK);
-    EXPECT_EQ(ticket->position, ticket->content.size());
-    EXPECT_EQ(capabilities->position, capabilities->content.size());
-    EXPECT_TRUE(capabilities->content.starts_with("before<?xml "));
+    EXPECT_EQ(PTGetPrintCapabilities(provider.handle, asked.Get(), capabilities.Get(), nullptr), S_OK);
+    for (const auto& stream : {ticket, delta, merged, asked, capabilities})
+    {
+        EXPECT_EQ(stream->position, stream->content.size());
+        EXPECT_TRUE(stream->content.starts_with("before<?xml version=\"1.0\"")) << stream->content;
+    }
 }
 
-TEST(Streams, GiveTheirOwnFailures)
+TEST_F(Exports, RefuseArgumentsAndGiveTheFailuresOfStreams)
 {
-    const OfflineService& service = OfflineService::Get();
     {
         const OpenProvider provider;
-        const auto good = MakeCom<ShortStream>(ReadData("merge/base.xml"));
+        const auto good = MakeCom<ShortStream>(base);
+        const auto result = MakeCom<ShortStream>();
         const auto unreadable = MakeCom<ShortStream>();
-        unreadable->readResult = STG_E_READFAULT;
+        unreadable->result = STG_E_READFAULT;
         const auto unwritable = MakeCom<ShortStream>();
-        unwritable->writeResult = STG_E_MEDIUMFULL;
-        Bstr message;
-        EXPECT_EQ(service.merge(
-                      provider.Get(), unreadable.Get(), nullptr, kPTJobScope, good.Get(), message.Receive()),
-                  STG_E_READFAULT);
-        EXPECT_EQ(service.merge(
-                      provider.Get(), good.Get(), nullptr, kPTJobScope, unwritable.Get(), message.Receive()),
-                  STG_E_MEDIUMFULL);
-        EXPECT_EQ(message.Get(), nullptr);
+        unwritable->result = STG_E_MEDIUMFULL;
+        const auto merge = [&](IStream* ticket, int scope, IStream* merged) {
+            Bstr message(L"old");
+            BSTR text = message.Detach();
+            const HRESULT hr = PTMergeAndValidatePrintTicket(
+                provider.handle, ticket, nullptr, static_cast<EPrintTicketScope>(scope), merged, &text);
+            EXPECT_EQ(text, nullptr);
+            return hr;
+        };
+        EXPECT_EQ(merge(nullptr, kPTJobScope, result.Get()), E_INVALIDARG);
+        EXPECT_EQ(merge(good.Get(), kPTJobScope, nullptr), E_INVALIDARG);
+        EXPECT_EQ(merge(good.Get(), -1, result.Get()), E_INVALIDARG);
+        EXPECT_EQ(merge(good.Get(), 3, result.Get()), E_INVALIDARG);
+        EXPECT_EQ(merge(unreadable.Get(), kPTJobScope, result.Get()), STG_E_READFAULT);
+        EXPECT_EQ(merge(good.Get(), kPTJobScope, unwritable.Get()), STG_E_MEDIUMFULL);
+        EXPECT_EQ(PTGetPrintCapabilities(provider.handle, nullptr, nullptr, nullptr), E_INVALIDARG);
+        EXPECT_EQ(result->content, "");
     }
-    EXPECT_EQ(ShortStream::liveCount, 0);
+    EXPECT_EQ(ShortStream::alive, 0);
 }
 
-TEST(BadInput, OfArgumentsIsRefused)
+TEST_F(Exports, RefuseABadTicketWithItsReason)
 {
-    const OfflineService& service = OfflineService::Get();
-    const OpenProvider provider;
-    const auto base = MakeCom<ShortStream>(ReadData("merge/base.xml"));
-    const auto result = MakeCom<ShortStream>();
-    Bstr message;
-    EXPECT_EQ(service.merge(provider.Get(), nullptr, nullptr, kPTJobScope, result.Get(), message.Receive()),
-              E_INVALIDARG);
-    EXPECT_EQ(service.merge(provider.Get(), base.Get(), nullptr, kPTJobScope, nullptr, message.Receive()),
-              E_INVALIDARG);
-    for (const int scope : {-1, 3})
+    std::string nested;
+    for (int depth = 0; depth < 200; ++depth)
     {
-        const auto unknown = static_cast<EPrintTicketScope>(scope);
-        EXPECT_EQ(
-            service.merge(provider.Get(), base.Get(), nullptr, unknown, result.Get(), message.Receive()),
-            E_INVALIDARG);
+        nested = "<psf:Feature name='a'>" + nested + "</psf:Feature>";
     }
-    EXPECT_EQ(service.getCapabilities(provider.Get(), nullptr, nullptr, message.Receive()), E_INVALIDARG);
-    EXPECT_EQ(message.Get(), nullptr);
-    EXPECT_EQ(result->content, "");
-}
-
-TEST(BadInput, IsRefusedWithItsReason)
-{
-    const std::string psf = "xmlns:psf='" + std::string(kFrameworkNamespace) + "'";
-    const std::string open = "<psf:PrintTicket version='1' " + psf + ">";
-    const std::string close = "</psf:PrintTicket>";
-    const struct
-    {
-        std::string ticket;
-        std::string reason;
-    } cases[] = {
+    const std::string notATicket = "the root is not the Print Schema's PrintTicket";
+    const std::pair<std::string, std::string> cases[] = {
         {"", "line "},
         {"no markup", "line "},
         {std::string("\0\0\0\0", 4), "line "},
-        {open, "line "},
-        {open + close + close, "line "},
-        {open + "\xFF\xFE" + close, "line "},
-        {"<PrintTicket version='1'/>", "the root is not the Print Schema's PrintTicket"},
-        {"<psf:PrintCapabilities version='1' " + psf + "/>",
-         "the root is not the Print Schema's PrintTicket"},
+        {kOpen, "line "},
+        {kOpen + kClose + kClose, "line "},
+        {kOpen + "\xFF\xFE" + kClose, "line "},
+        {"<!DOCTYPE r [<!ENTITY e 'x'>]>" + kOpen + "&e;" + kClose, "line "},
+        {"<PrintTicket version='1'/>", notATicket},
+        {"<psf:PrintCapabilities version='1' " + kPsf + "/>", notATicket},
         {"<psf:PrintTicket xmlns:psf='https" + std::string(kFrameworkNamespace.substr(4)) + "'/>",
-         "the root is not the Print Schema's PrintTicket"},
-        {"<psf:PrintTicket version='2' " + psf + "/>", "the version is not 1"},
-        {"<!DOCTYPE r [<!ENTITY e 'x'>]>" + open + "&e;" + close, "line "},
-        {open + "<psf:Feature/>" + close, "a Feature has no name"},
-        {open + "<psf:Feature name='x:PageFold'/>" + close, "\"x:PageFold\" is no name"},
-        {open + "<psf:ParameterInit name='psf:'/>" + close, "\"psf:\" is no name"},
-        {open + "<psf:Feature name='a'><psf:Option><psf:Property/></psf:Option></psf:Feature>" + close,
+         notATicket},
+        {"<psf:PrintTicket version='2' " + kPsf + "/>", "the version is not 1"},
+        {kOpen + "<psf:Feature/>" + kClose, "a Feature has no name"},
+        {kOpen + "<psf:Feature name='x:PageFold'/>" + kClose, "\"x:PageFold\" is no name"},
+        {kOpen + "<psf:ParameterInit name='psf:'/>" + kClose, "\"psf:\" is no name"},
+        {kOpen + "<psf:Feature name='a'><psf:Option><psf:Property/></psf:Option></psf:Feature>" + kClose,
          "a Property has no name"},
-        {open +
-             [] {
-                 std::string nested;
-                 for (int depth = 0; depth < 200; ++depth)
-                 {
-                     nested = "<psf:Feature name='a'>" + nested + "</psf:Feature>";
-                 }
-                 return nested;
-             }() +
-             close,
-         "the elements are nested too deeply"},
+        {kOpen + nested + kClose, "the elements are nested too deeply"},
         {std::string((16U << 20U) + 1, ' '), "the document is larger than 16 MB"},
     };
-    const std::string good = ReadData("merge/base.xml");
     for (const auto& [ticket, reason] : cases)
     {
-        const Answer answers[] = {
-            Merge(ticket, &good, kPTJobScope), Merge(good, &ticket, kPTJobScope), GetCapabilities(&ticket)};
-        EXPECT_EQ(answers[0].hr, kTicketFormat) << reason;
-        EXPECT_EQ(answers[1].hr, kDeltaFormat) << reason;
-        EXPECT_EQ(answers[2].hr, kTicketFormat) << reason;
-        for (const Answer& answer : answers)
+        for (const auto& [answer, code] : {std::pair(Merge(ticket, &base, kPTJobScope), kTicketFormat),
+                                           std::pair(Merge(base, &ticket, kPTJobScope), kDeltaFormat),
+                                           std::pair(GetCapabilities(&ticket), kTicketFormat)})
         {
+            EXPECT_EQ(answer.hr, code) << reason;
             EXPECT_NE(answer.message.find(reason), std::string::npos) << answer.message << ", not " << reason;
             EXPECT_EQ(answer.document, "") << reason;
         }
     }
 }
 
-TEST(BadInput, IsRefusedWhereverATicketIsCutOff)
+TEST_F(Exports, TakeNoCutOffTicketAndOutliveDamagedOnes)
 {
-    const std::string whole = ReadData("merge/base.xml");
-    const std::size_t end = whole.rfind('>');
-    for (std::size_t length = 0; length <= end; length += 17)
+    for (std::size_t position = 0; position <= base.rfind('>'); position += 13)
     {
-        EXPECT_EQ(Merge(whole.substr(0, length), nullptr, kPTJobScope).hr, kTicketFormat) << length;
-    }
-}
-
-TEST(BadInput, OfDamagedBytesNeverBringsTheServiceDown)
-{
-    const std::string whole = ReadData("merge/base.xml");
-    for (std::size_t position = 0; position < whole.size(); position += 13)
-    {
-        std::string damaged = whole;
+        EXPECT_EQ(Merge(base.substr(0, position), nullptr, kPTJobScope).hr, kTicketFormat) << position;
+        std::string damaged = base;
         damaged[position] = "<\"x:"[position % 4];
-        const HRESULT hr = Merge(damaged, &whole, kPTJobScope).hr;
+        const HRESULT hr = Merge(damaged, &base, kPTJobScope).hr;
         EXPECT_TRUE(SUCCEEDED(hr) || hr == kTicketFormat) << position << ": " << hr;
     }
 }
 
-TEST(Tickets, AreTakenInEveryEncodingAndWithCarelessTypes)
+TEST_F(Exports, TakeTicketsInEveryEncodingAndWithCarelessTypes)
 {
     const std::string careless =
-        "<psf:PrintTicket xmlns:psf='" + std::string(kFrameworkNamespace) + "' xmlns:i='" +
-        std::string(kSchemaInstanceNamespace) +
+        "<psf:PrintTicket " + kPsf + " xmlns:i='" + std::string(kSchemaInstanceNamespace) +
         "'><psf:Property name='Mark'><psf:Value i:type='nowhere:string'>&#xE9;\r\n\t</psf:Value>"
         "</psf:Property></psf:PrintTicket>";
-    std::string utf16 = "\xFF\xFE";
-    for (const char each : careless)
-    {
-        utf16 += {each, '\0'};
-    }
-    for (const std::string& ticket : {careless, "\xEF\xBB\xBF" + careless, utf16})
+    for (const std::string& ticket : {careless, "\xEF\xBB\xBF" + careless, "\xFF\xFE" + ToUtf16(careless)})
     {
         const Answer answer = Merge(ticket, nullptr, kPTPageScope);
         EXPECT_EQ(answer.hr, S_PT_NO_CONFLICT) << answer.message;

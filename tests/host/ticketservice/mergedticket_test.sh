@@ -1,7 +1,8 @@
 #!/bin/sh
 # Looks at a merged ticket with libxml2's own tools: mergedticket_test.sh TICKET
 #
-# The ticket is base.xml with otherprefixes.xml merged in, in which one prefix stood for two vendors.
+# The ticket is what merge_test.cpp expects of base.xml with otherprefixes.xml merged in, in which one prefix
+# stood for two vendors.
 ticket=$1
 failures=0
 

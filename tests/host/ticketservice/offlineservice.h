@@ -1,53 +1,58 @@
 #pragma once
 
 #include <string>
+#include <utility>
 
 #include "base/utility/comobject.h"
-#include "base/utility/comptr.h"
-#include "platform/msxml6.h"
+#include "host/pipeline/filtermodule.h"
+#include "host/tickets/printticketlibrary.h"
+#include "host/ticketservice/ticketservice.h"
 #include "platform/win32.h"
+#include "tests/host/testpackages.h"
 
 #include <prntvpt.h>
 
-#include "ticketservice/ticketservice.h"
-
 namespace host::ticketservice
 {
-/// The built prntvpt.dll, loaded by its full path, and its functions as importers bind to them.
+/// The built prntvpt.dll, to which the platform's functions lead as they do in the host.
 struct OfflineService
 {
-    HMODULE library;
-    decltype(&PTOpenProvider) open;
-    decltype(&PTCloseProvider) close;
-    decltype(&PTGetPrintCapabilities) getCapabilities;
-    decltype(&PTMergeAndValidatePrintTicket) merge;
-    SetDeviceDescriptionFunction setDescription;
-    GetOpenProviderCountFunction countOpen;
-
     /// Loaded once for all tests.
     static const OfflineService& Get();
+
+    tickets::PrintTicketLibrary functions{OFFLINE_SERVICE_PATH};
+    pipeline::LoadedLibrary library{OFFLINE_SERVICE_PATH};
+    SetDeviceDescriptionFunction describe =
+        library.Find<decltype(SetDeviceDescription)>("SetDeviceDescription");
+    GetOpenProviderCountFunction countOpen =
+        library.Find<decltype(GetOpenProviderCount)>("GetOpenProviderCount");
 };
 
 /// A provider for the length of a test; the destructor closes it.
-class OpenProvider
+struct OpenProvider
 {
-public:
     OpenProvider();
     OpenProvider(const OpenProvider&) = delete;
     OpenProvider& operator=(const OpenProvider&) = delete;
     ~OpenProvider();
 
-    HPTPROVIDER Get() const { return m_handle; }
-
-private:
-    HPTPROVIDER m_handle = nullptr;
+    HPTPROVIDER handle = nullptr;
 };
 
-/// A stream over bytes that hands out and takes only a few at a time.
+/// The device of tests/data/devices/uneven.xml for the length of a test.
+struct UnevenDevice
+{
+    UnevenDevice();
+    UnevenDevice(const UnevenDevice&) = delete;
+    UnevenDevice& operator=(const UnevenDevice&) = delete;
+    ~UnevenDevice();
+};
+
+/// A stream over bytes that hands out and takes only a few at a time, and answers `result`.
 class ShortStream : public base::utility::ComObject<IStream>
 {
 public:
-    explicit ShortStream(std::string bytes = {}) : content(std::move(bytes)) { ++liveCount; }
+    explicit ShortStream(std::string bytes = {}) : content(std::move(bytes)) { ++alive; }
 
     STDMETHODIMP Read(void* buffer, ULONG size, ULONG* count) override;
     STDMETHODIMP Write(const void* buffer, ULONG size, ULONG* count) override;
@@ -55,7 +60,7 @@ public:
     STDMETHODIMP SetSize(ULARGE_INTEGER) override { return E_NOTIMPL; }
     STDMETHODIMP CopyTo(IStream*, ULARGE_INTEGER, ULARGE_INTEGER*, ULARGE_INTEGER*) override
     {
-        return E_NOTIMPL;
+        return E_FAIL;
     }
     STDMETHODIMP Commit(DWORD) override { return E_NOTIMPL; }
     STDMETHODIMP Revert() override { return E_NOTIMPL; }
@@ -66,13 +71,12 @@ public:
 
     std::string content;
     std::size_t position = 0;
-    HRESULT readResult = S_OK;
-    HRESULT writeResult = S_OK;
+    HRESULT result = S_OK;
 
-    static inline int liveCount = 0;
+    static inline int alive = 0;
 
 private:
-    ~ShortStream() override { --liveCount; }
+    ~ShortStream() override { --alive; }
 };
 
 /// What a call gave: its code, the text of its error message, and the document that it wrote.
@@ -90,23 +94,6 @@ Answer GetCapabilities(const std::string* ticket);
 /// E_PRINTCAPABILITIES_FORMAT and a message when refused.
 Answer Describe(const std::string& description);
 
-/// A file of tests/data.
-std::string ReadData(const std::string& name);
-
-/// A document as XPath sees it, with the prefixes psf, psk, xsi and xsd.
-class QueriedDocument
-{
-public:
-    explicit QueriedDocument(const std::string& xml);
-
-    /// The count of selected nodes.
-    int Count(const std::string& xpath) const;
-    /// The text of the first one, or a note that there is none.
-    std::string Text(const std::string& xpath) const;
-
-private:
-    base::utility::ComPtr<IXMLDOMNodeList> Select(const std::string& xpath) const;
-
-    base::utility::ComPtr<IXMLDOMDocument2> m_pDocument;
-};
+/// A file of tests/data as the service writes it: without the line breaks that make it readable.
+std::string ReadJoined(const std::string& name);
 } // namespace host::ticketservice
