@@ -86,13 +86,13 @@ void ReadItems(std::string_view markup, const std::function<void(Item&&)>& onIte
         }
         onItem(std::move(item));
     };
-    const auto takeText = [&](std::string_view text, int depth) {
+    const auto takeText = [&](const std::string& text, int depth) {
         if (text.find_first_not_of(kBlanks) != text.npos)
         {
-            onItem({depth + 1, {}, std::string(text), {}});
+            onItem({depth + 1, {}, text, {}});
         }
     };
-    xml::ReadMarkup(markup, {takeElement, takeText});
+    xml::ReadMarkup(markup, takeElement, takeText);
 }
 
 /// The items of a document one behind the other in little more room than the document itself takes.

@@ -73,7 +73,7 @@ void TreeBuilder::EndPrefix(std::string_view prefix)
     }
 }
 
-void TreeBuilder::StartElement(const ExpandedName& name, const std::vector<TextAttribute>& attributes)
+void TreeBuilder::StartElement(const ExpandedName& name, const std::vector<xml::Attribute>& attributes)
 {
     if (m_leftOut > 0 || !IsWanted(name))
     {
@@ -85,7 +85,7 @@ void TreeBuilder::StartElement(const ExpandedName& name, const std::vector<TextA
         throw FormatError("the elements are nested too deeply");
     }
     Element element{*FindKind(name.local)};
-    for (const TextAttribute& attribute : attributes)
+    for (const xml::Attribute& attribute : attributes)
     {
         TakeAttribute(element, attribute);
     }
@@ -149,18 +149,19 @@ bool TreeBuilder::IsWanted(const ExpandedName& name) const
     return true;
 }
 
-void TreeBuilder::TakeAttribute(Element& element, const TextAttribute& attribute) const
+void TreeBuilder::TakeAttribute(Element& element, const xml::Attribute& attribute) const
 {
-    if (attribute.name == Unqualified("name"))
+    const ExpandedName name{attribute.namespaceUri, attribute.localName};
+    if (name == Unqualified("name"))
     {
         element.name = ResolveOrThrow(attribute.value);
         return;
     }
     // Types and constraints are QNames too, but carelessly written ones are common and nothing depends on
     // them.
-    const bool isQname = attribute.name == TypeAttribute() || attribute.name == Unqualified("constrained");
+    const bool isQname = name == TypeAttribute() || name == Unqualified("constrained");
     const std::optional<ExpandedName> qname = isQname ? Resolve(attribute.value) : std::nullopt;
-    element.attributes.push_back({attribute.name, qname ? Content(*qname) : Content(attribute.value)});
+    element.attributes.push_back({name, qname ? Content(*qname) : Content(attribute.value)});
 }
 
 std::optional<ExpandedName> TreeBuilder::Resolve(std::string_view lexicalName) const

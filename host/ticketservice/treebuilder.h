@@ -5,16 +5,11 @@
 #include <string_view>
 #include <vector>
 
+#include "host/xml/saxreader.h"
 #include "ticketservice/printschema.h"
 
 namespace host::ticketservice
 {
-struct TextAttribute
-{
-    ExpandedName name;
-    std::string value;
-};
-
 /// Builds a document from the events of an XML reader, which come in the order of SAX: the prefixes of an
 /// element before its start, and after its end. What throws FormatError ends the reading.
 class TreeBuilder
@@ -25,7 +20,7 @@ public:
     void StartPrefix(std::string prefix, std::string namespaceUri);
     void EndPrefix(std::string_view prefix);
     /// `attributes` are those that declare no namespace.
-    void StartElement(const ExpandedName& name, const std::vector<TextAttribute>& attributes);
+    void StartElement(const ExpandedName& name, const std::vector<xml::Attribute>& attributes);
     void EndElement();
     void AddText(std::string_view text);
 
@@ -34,7 +29,7 @@ public:
 
 private:
     bool IsWanted(const ExpandedName& name) const;
-    void TakeAttribute(Element& element, const TextAttribute& attribute) const;
+    void TakeAttribute(Element& element, const xml::Attribute& attribute) const;
     std::optional<ExpandedName> Resolve(std::string_view lexicalName) const;
     ExpandedName ResolveOrThrow(std::string_view lexicalName) const;
 

@@ -5,15 +5,10 @@
 #include <string_view>
 #include <vector>
 
+#include "host/xml/saxreader.h"
+
 namespace host::xml
 {
-struct Attribute
-{
-    std::string namespaceUri;
-    std::string localName;
-    std::string value;
-};
-
 /// A prefix of names and the namespace that it stands for; the empty one is that of plain names.
 struct PrefixBinding
 {
@@ -26,7 +21,7 @@ struct Element
 {
     std::string namespaceUri;
     std::string localName;
-    /// Without declarations of namespaces.
+    /// Those that declare no namespace.
     std::vector<Attribute> attributes;
     /// 0 for the root.
     int depth;
@@ -42,17 +37,11 @@ struct Element
 /// well-formed or is in no encoding of a package. COM must be initialised on the thread.
 void ReadElements(std::string_view markup, const std::function<void(const Element&)>& onElement);
 
-/// What a reader of markup is told of, in document order.
-struct MarkupListener
-{
-    std::function<void(const Element&)> onElement;
-    /// All character data between two tags, whether or not comments stand in it, and the depth of the element
-    /// that it belongs to.
-    std::function<void(std::string_view, int)> onText;
-};
-
-/// The same with the text between the tags.
-void ReadMarkup(std::string_view markup, const MarkupListener& listener);
+/// The same with the text between the tags: all character data between two tags, whether or not comments
+/// stand in it, and the depth of the element that it belongs to.
+void ReadMarkup(std::string_view markup,
+                const std::function<void(const Element&)>& onElement,
+                const std::function<void(const std::string& text, int depth)>& onText);
 
 /// Why markup is not well-formed, with the line; empty when it is.
 std::string FindMarkupFault(std::string_view markup);
