@@ -9,6 +9,7 @@ import shlex
 import shutil
 import signal
 import sys
+import time
 import unittest
 import zipfile
 from pathlib import Path
@@ -33,8 +34,12 @@ def traced(stderr):
 class Terminal:
     """What a terminal shows of a program's stderr."""
 
+    # Far more than a start takes on a machine that does much else.
+    PATIENCE = 120
+
     def __enter__(self):
         self.screen, self.stderr = pty.openpty()
+        self.written = b""
         return self
 
     def __exit__(self, *_):
@@ -42,13 +47,18 @@ class Terminal:
         os.close(self.stderr)
 
     def read_until(self, text):
-        shown = ""
-        while text not in shown:
-            if not select.select([self.screen], [], [], 30)[0]:
-                raise AssertionError(f"there is no {text!r} in {shown!r}")
-            # The emulated console draws with control sequences of its own.
-            shown += re.sub(r"\x1b\[[?0-9;]*[A-Za-z]", "", os.read(self.screen, 4096).decode())
-        return shown
+        """All that was shown up to here, as soon as it holds `text`."""
+        deadline = time.monotonic() + self.PATIENCE
+        while text not in self.shown():
+            if not select.select([self.screen], [], [], max(0, deadline - time.monotonic()))[0]:
+                raise AssertionError(f"there is no {text!r} in {self.shown()!r}, written as {self.written!r}")
+            self.written += os.read(self.screen, 4096)
+        return self.shown()
+
+    def shown(self):
+        # The emulated console draws with control sequences of its own. One may come in two reads, so they are taken
+        # out of the whole.
+        return re.sub(r"\x1b\[[?0-9;]*[A-Za-z]", "", self.written.decode(errors="replace"))
 
 
 class RunTest(ProgramTestCase):
@@ -308,7 +318,8 @@ class FailureTest(ProgramTestCase):
             terminal.read_until("GetXpsPart /Documents/1/Pages/1.fpage")
             os.killpg(job.pid, signal.SIGINT)
             shown = terminal.read_until("interrupted")
-            job.communicate(timeout=60)
+            job.communicate(timeout=terminal.PATIENCE)
+        self.assertEqual(job.returncode, 1)
         self.assertIn("0x00000000 IPrintPipelineFilter::ShutdownOperation", shown)
         self.assertIn("0x80004004 IPrintPipelineFilter::StartOperation", shown)
         self.assertEqual(self.files(), ["in.xps"])
