@@ -42,7 +42,7 @@ struct Job
     /// The page at a place; all parts before it are passed on.
     ComPtr<IFixedPage> PageAt(std::size_t place)
     {
-        while (state->handedOut <= place)
+        for (std::size_t next = state->handedOut; next <= place; ++next)
         {
             if (state->sent < state->handedOut)
             {
