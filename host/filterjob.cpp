@@ -117,7 +117,8 @@ FilterOutcome RunFilter(const FilterJob& job)
         report::PageReporter reporter(
             package,
             {job.userTicket, tickets::DefaultTicketOf(job.tesselType), printer.Name(), printer.UserToken()},
-            job.onPage);
+            job.onPage,
+            job.detail);
         const auto control = MakeCom<pipeline::ManagerControl>(shared);
         const auto communicator = MakeCom<pipeline::Communicator>(
             trace,

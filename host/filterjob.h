@@ -29,6 +29,8 @@ struct FilterJob
     /// Told, on any thread, of each page that the filter has sent, and of each call of the pipeline.
     std::function<void(const report::PageReport&)> onPage;
     pipeline::CallTrace::Listener onCall;
+    /// Of what is told of a page.
+    report::Detail detail = report::Detail::None;
     /// Asked now and then whether to ask the filter to shut down.
     std::function<bool()> isCancelled;
     /// Told while the output is written; what it throws stops the writing.

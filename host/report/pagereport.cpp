@@ -10,34 +10,9 @@ using base::xps::printschema::MediaSizeLimits;
 
 namespace
 {
-/// To hundredths and with no more decimals than it has; with a decimal point whatever the locale.
-std::string FormatNumber(double value)
-{
-    std::array<char, 400> digits{};
-    constexpr int decimals = 2;
-    const auto end = std::to_chars(
-        digits.data(), digits.data() + digits.size(), value, std::chars_format::fixed, decimals);
-    std::string text(digits.data(), end.ptr);
-    text.erase(text.find_last_not_of('0') + 1);
-    return text.ends_with('.') ? text.substr(0, text.size() - 1) : text;
-}
-
 std::string FormatExtent(const std::optional<double>& value)
 {
     return value ? FormatNumber(*value) : "?";
-}
-
-MediaSize Rotated(MediaSize sheet)
-{
-    return {sheet.heightMicrometres, sheet.widthMicrometres};
-}
-
-/// The sheet that the limits are held against: as the page lies on it, upright once it has been turned.
-MediaSize AsPrinted(const PageReport& page)
-{
-    const bool asksForLandscape =
-        page.asked.orientation == "Landscape" || page.asked.orientation == "ReverseLandscape";
-    return asksForLandscape != page.isMarkupReplaced ? Rotated(page.asked.media) : page.asked.media;
 }
 
 bool IsOutOfLimits(const PageReport& page)
@@ -108,6 +83,33 @@ std::string ExplainDecision(const PageReport& page)
         return ExplainOrientation(page) + "; " + ExplainFit(page);
     }
     return "";
+}
+
+bool IsLandscape(const std::string& orientation)
+{
+    return orientation == "Landscape" || orientation == "ReverseLandscape";
+}
+
+MediaSize Rotated(MediaSize sheet)
+{
+    return {sheet.heightMicrometres, sheet.widthMicrometres};
+}
+
+MediaSize AsPrinted(const PageReport& page)
+{
+    const bool lies = IsLandscape(page.asked.orientation) != page.isMarkupReplaced;
+    return lies ? Rotated(page.asked.media) : page.asked.media;
+}
+
+std::string FormatNumber(double value)
+{
+    std::array<char, 400> digits{};
+    constexpr int decimals = 2;
+    const auto end = std::to_chars(
+        digits.data(), digits.data() + digits.size(), value, std::chars_format::fixed, decimals);
+    std::string text(digits.data(), end.ptr);
+    text.erase(text.find_last_not_of('0') + 1);
+    return text.ends_with('.') ? text.substr(0, text.size() - 1) : text;
 }
 
 std::string FormatSheet(MediaSize size)

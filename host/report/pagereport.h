@@ -4,15 +4,33 @@
 #include <optional>
 #include <string>
 
+#include "base/xps/printschema/imageableareareader.h"
+#include "host/report/pagesize.h"
 #include "host/tickets/jobtickets.h"
 
 namespace host::report
 {
-/// A page's size in its markup's unit, 1/96 inch; empty where the markup does not say.
-struct PageSize
+/// How closely a page is looked at: each level takes more time.
+enum class Detail
 {
-    std::optional<double> width;
-    std::optional<double> height;
+    None,
+    Tickets,
+    /// And where the printer can print.
+    All
+};
+
+/// What only those want to know of a page who look at it closely.
+struct PageDetails
+{
+    /// Bytes of tickets; empty for none.
+    std::string effectiveTicket;
+    std::string ownTicket;
+    std::string newTicket;
+    /// As the page is read, before and after; empty where the printer could not be asked.
+    std::optional<base::xps::printschema::ImageableArea> areaBefore;
+    std::optional<base::xps::printschema::ImageableArea> areaAfter;
+    /// What the new markup does to the page's content.
+    std::optional<ContentTransform> transform;
 };
 
 /// What was seen of a page that went through the filter.
@@ -31,6 +49,8 @@ struct PageReport
     /// Part names; empty for none.
     std::string oldTicket;
     std::string newTicket;
+    /// Empty when nobody asked for them.
+    std::optional<PageDetails> details;
 };
 
 enum class Decision
@@ -48,6 +68,17 @@ const char* NameOf(Decision decision);
 
 /// Why, in words: what of the ticket led to the decision.
 std::string ExplainDecision(const PageReport& page);
+
+/// Whether an orientation lays the page across its sheet.
+bool IsLandscape(const std::string& orientation);
+
+base::xps::printschema::MediaSize Rotated(base::xps::printschema::MediaSize sheet);
+
+/// The sheet that the limits are held against: as the page lies on it, upright once it has been turned.
+base::xps::printschema::MediaSize AsPrinted(const PageReport& page);
+
+/// To hundredths and with no more decimals than it has; with a decimal point whatever the locale.
+std::string FormatNumber(double value);
 
 /// In millimetres, as they are typed: "210x297".
 std::string FormatSheet(base::xps::printschema::MediaSize size);

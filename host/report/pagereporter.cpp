@@ -2,7 +2,9 @@
 
 #include <string>
 
+#include "base/logging/errors.h"
 #include "host/report/pagesize.h"
+#include "host/tickets/ticketbytes.h"
 
 namespace host::report
 {
@@ -18,6 +20,20 @@ std::string ContentOf(const pipeline::PartWriteStream& stream, std::size_t limit
 
 // Tickets are some thousand bytes long.
 constexpr std::size_t kTicketLimit = 16'777'216;
+
+/// A job must not fail because of what its report wants to know in addition.
+template <typename Question>
+auto AnswerOrNone(Question&& ask) -> std::optional<decltype(ask())>
+{
+    try
+    {
+        return ask();
+    }
+    catch (const base::exception::HresultError&)
+    {
+        return std::nullopt;
+    }
+}
 } // namespace
 
 void PageReporter::Take(const pipeline::SentPart& sent)
@@ -33,19 +49,47 @@ void PageReporter::Take(const pipeline::SentPart& sent)
         return;
     }
     m_documents += sent.part.kind == xps::JobPartKind::FixedDocument ? 1 : 0;
-    m_facts.reset();
+    m_asked.reset();
     m_tickets->Enter(sent.part);
 }
 
-const tickets::TicketFacts& PageReporter::FactsOf(const xps::JobPart& page)
+const PageReporter::Asked& PageReporter::AskedBy(const xps::JobPart& page)
 {
-    if (!m_facts || m_factsTicket != page.printTicket)
+    if (!m_asked || m_askedBy != page.printTicket)
     {
         m_tickets->Enter(page);
-        m_facts = tickets::ReadFacts(m_tickets->GetEffective());
-        m_factsTicket = page.printTicket;
+        const auto ticket = m_tickets->GetEffective();
+        m_asked = {tickets::ReadFacts(ticket), {}, {}};
+        m_askedBy = page.printTicket;
+        if (m_detail != Detail::None)
+        {
+            m_asked->ticket = tickets::SaveBytes(ticket.Get());
+        }
+        if (m_detail == Detail::All)
+        {
+            m_asked->area = AnswerOrNone([&] { return m_tickets->ReadImageableArea(); });
+        }
     }
-    return *m_facts;
+    return *m_asked;
+}
+
+PageDetails PageReporter::ReadDetails(const xps::JobPart& page, std::string newTicket, const Asked& asked)
+{
+    PageDetails details;
+    details.effectiveTicket = asked.ticket;
+    details.ownTicket = page.printTicket ? m_package.Read(*page.printTicket) : std::string();
+    details.areaBefore = details.areaAfter = asked.area;
+    if (!newTicket.empty() && m_detail == Detail::All)
+    {
+        if (newTicket != m_newTicket)
+        {
+            m_newArea = AnswerOrNone([&] { return m_tickets->ReadImageableArea(newTicket); });
+            m_newTicket = newTicket;
+        }
+        details.areaAfter = m_newArea;
+    }
+    details.newTicket = std::move(newTicket);
+    return details;
 }
 
 PageReport PageReporter::Describe(const pipeline::SentPart& sent)
@@ -53,21 +97,35 @@ PageReport PageReporter::Describe(const pipeline::SentPart& sent)
     PageReport page;
     page.number = m_pages;
     page.part = sent.part.name.Text();
-    page.before = ReadPageSize(m_package.ReadStart(sent.part.name, kMarkupStart));
+    page.before = page.after = ReadPageStart(m_package.ReadStart(sent.part.name, kMarkupStart)).size;
     page.isMarkupReplaced = sent.newMarkup != nullptr;
-    page.after = page.isMarkupReplaced ? ReadPageSize(ContentOf(*sent.newMarkup, kMarkupStart)) : page.before;
-    page.asked = FactsOf(sent.part);
+    std::optional<ContentTransform> transform;
+    if (page.isMarkupReplaced)
+    {
+        const PageStart start = ReadPageStart(ContentOf(*sent.newMarkup, kMarkupStart));
+        page.after = start.size;
+        transform = start.transform;
+    }
+    const Asked& asked = AskedBy(sent.part);
+    page.asked = asked.facts;
     if (sent.part.printTicket)
     {
         page.oldTicket = sent.part.printTicket->Text();
     }
+    std::string newTicket;
     if (sent.newTicket != nullptr)
     {
         page.newTicket = sent.newTicket->Name().Text();
         if (sent.newTicket->NewContent() != nullptr)
         {
-            page.given = tickets::ReadSheetFacts(ContentOf(*sent.newTicket->NewContent(), kTicketLimit));
+            newTicket = ContentOf(*sent.newTicket->NewContent(), kTicketLimit);
+            page.given = tickets::ReadSheetFacts(newTicket);
         }
+    }
+    if (m_detail != Detail::None)
+    {
+        page.details = ReadDetails(sent.part, std::move(newTicket), asked);
+        page.details->transform = transform;
     }
     return page;
 }

@@ -19,8 +19,11 @@ class PageReporter
 public:
     using Listener = std::function<void(const PageReport&)>;
 
-    PageReporter(const opc::Package& package, tickets::TicketSetting setting, Listener onPage)
-        : m_package(package), m_setting(std::move(setting)), m_onPage(std::move(onPage))
+    PageReporter(const opc::Package& package,
+                 tickets::TicketSetting setting,
+                 Listener onPage,
+                 Detail detail = Detail::None)
+        : m_package(package), m_setting(std::move(setting)), m_onPage(std::move(onPage)), m_detail(detail)
     {
     }
 
@@ -33,16 +36,30 @@ public:
     std::size_t Pages() const noexcept { return m_pages; }
 
 private:
-    const tickets::TicketFacts& FactsOf(const xps::JobPart& page);
+    /// What an effective ticket comes to.
+    struct Asked
+    {
+        tickets::TicketFacts facts;
+        /// Of those who want details.
+        std::string ticket;
+        std::optional<base::xps::printschema::ImageableArea> area;
+    };
+
+    const Asked& AskedBy(const xps::JobPart& page);
+    PageDetails ReadDetails(const xps::JobPart& page, std::string newTicket, const Asked& asked);
     PageReport Describe(const pipeline::SentPart& sent);
 
     const opc::Package& m_package;
     tickets::TicketSetting m_setting;
     Listener m_onPage;
+    Detail m_detail;
     std::unique_ptr<tickets::JobTickets> m_tickets;
     // Of the last page: the next one of the document that has the same ticket, or none either, agrees.
-    std::optional<opc::PartName> m_factsTicket;
-    std::optional<tickets::TicketFacts> m_facts;
+    std::optional<opc::PartName> m_askedBy;
+    std::optional<Asked> m_asked;
+    // Of the last new ticket: those of many pages are the same.
+    std::string m_newTicket;
+    std::optional<base::xps::printschema::ImageableArea> m_newArea;
     std::size_t m_documents = 0;
     std::size_t m_pages = 0;
 };

@@ -10,8 +10,8 @@ namespace host::report
 {
 namespace
 {
-/// Ends the reading: nothing but the root is of interest.
-struct RootFound
+/// Ends the reading: nothing but the root and what it begins with is of interest.
+struct StartFound
 {
 };
 
@@ -27,6 +27,31 @@ std::optional<double> ToNumber(const std::string* text)
     return error == std::errc() && end == textEnd ? std::optional(value) : std::nullopt;
 }
 
+/// Six numbers with commas between them.
+std::optional<ContentTransform> ToTransform(const std::string* text)
+{
+    if (text == nullptr)
+    {
+        return std::nullopt;
+    }
+    ContentTransform transform{};
+    std::string_view rest = *text;
+    for (std::size_t index = 0; index < transform.size(); ++index)
+    {
+        const std::size_t comma = rest.find(',');
+        const std::string number(rest.substr(0, comma));
+        const auto value = ToNumber(&number);
+        const bool isLast = index + 1 == transform.size();
+        if (!value || (comma == std::string_view::npos) != isLast)
+        {
+            return std::nullopt;
+        }
+        transform[index] = *value;
+        rest.remove_prefix(isLast ? rest.size() : comma + 1);
+    }
+    return transform;
+}
+
 /// Markup that was cut off somewhere, cut off behind its last tag, so that no character is halved.
 std::string_view ToLastTag(std::string_view markup)
 {
@@ -40,23 +65,28 @@ std::string_view ToLastTag(std::string_view markup)
 }
 } // namespace
 
-PageSize ReadPageSize(std::string_view markupStart)
+PageStart ReadPageStart(std::string_view markupStart)
 {
-    PageSize size;
+    PageStart start;
     try
     {
-        xml::ReadElements(ToLastTag(markupStart), [&](const xml::Element& root) {
-            size = {ToNumber(root.Find("Width")), ToNumber(root.Find("Height"))};
-            throw RootFound();
+        xml::ReadElements(ToLastTag(markupStart), [&](const xml::Element& element) {
+            if (element.depth > 0)
+            {
+                start.transform = element.localName == "Canvas" ? ToTransform(element.Find("RenderTransform"))
+                                                                : std::nullopt;
+                throw StartFound();
+            }
+            start.size = {ToNumber(element.Find("Width")), ToNumber(element.Find("Height"))};
         });
     }
-    catch (const RootFound&)
+    catch (const StartFound&)
     {
     }
     catch (const xml::MarkupError&)
     {
         // Nothing that this page's report can say more of.
     }
-    return size;
+    return start;
 }
 } // namespace host::report

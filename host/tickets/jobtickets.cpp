@@ -43,6 +43,24 @@ SheetFacts ReadSheetFacts(const printschema::PrintSchemaHandler& handler)
     const auto scaling = ReadFeature<printschema::ScalingData>(handler);
     return {OptionOf(orientation), OptionOf(media), media.GetSize(), OptionOf(scaling), scaling.GetScale()};
 }
+
+void OpenProvider(printschema::PrintTicketProvider& provider,
+                  const std::string& ticket,
+                  const base::utility::Bstr& printerName,
+                  HANDLE userToken)
+{
+    const auto stream = MakeCom<pipeline::PartReadStream>(ticket);
+    ThrowIfFailed(provider.Open(stream.Get(), printerName.Get(), userToken));
+}
+
+printschema::ImageableArea ReadArea(printschema::PrintTicketProvider& provider)
+{
+    ComPtr<IXMLDOMDocument2> ticket;
+    ThrowIfFailed(provider.GetLevelTicket(kPTPageScope, ticket.Receive()));
+    const auto handler = printschema::PrintSchemaDocumentHandler::ForPrintTicket(ticket);
+    const auto media = ReadFeature<printschema::MediaSizeData>(handler);
+    return printschema::ImageableAreaReader(provider).Read(media.GetMediaSizeEntry());
+}
 } // namespace
 
 TicketFacts ReadFacts(const ComPtr<IXMLDOMDocument2>& effectiveTicket)
@@ -65,11 +83,11 @@ std::wstring DefaultTicketOf(std::optional<std::int32_t> tesselType)
 
 JobTickets::JobTickets(const opc::Package& package, const TicketSetting& setting)
     : m_pJob(std::make_shared<pipeline::PipelineJob>(package, nullptr, m_silence)),
+      m_printerName(std::wstring_view(setting.printerName)),
+      m_userToken(setting.userToken),
       m_defaultTicket(base::xml::XmlUtility::LoadDocumentFromString(setting.defaultTicket))
 {
-    const auto userTicket = MakeCom<pipeline::PartReadStream>(setting.userTicket);
-    const base::utility::Bstr printerName{std::wstring_view(setting.printerName)};
-    ThrowIfFailed(m_provider.Open(userTicket.Get(), printerName.Get(), setting.userToken));
+    OpenProvider(m_provider, setting.userTicket, m_printerName, m_userToken);
 }
 
 void JobTickets::Enter(const xps::JobPart& part)
@@ -99,5 +117,19 @@ ComPtr<IXMLDOMDocument2> JobTickets::GetEffective()
     ComPtr<IXMLDOMDocument2> ticket;
     ThrowIfFailed(m_provider.GetLevelTicket(m_level, ticket.Receive()));
     return ticket;
+}
+
+printschema::ImageableArea JobTickets::ReadImageableArea()
+{
+    return ReadArea(m_provider);
+}
+
+printschema::ImageableArea JobTickets::ReadImageableArea(const std::string& ticket) const
+{
+    printschema::PrintTicketProvider provider;
+    OpenProvider(provider, ticket, m_printerName, m_userToken);
+    const auto area = ReadArea(provider);
+    ThrowIfFailed(provider.Close());
+    return area;
 }
 } // namespace host::tickets

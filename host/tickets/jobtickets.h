@@ -4,7 +4,9 @@
 #include <optional>
 #include <string>
 
+#include "base/utility/bstr.h"
 #include "base/utility/comptr.h"
+#include "base/xps/printschema/imageableareareader.h"
 #include "base/xps/printschema/mediasize.h"
 #include "base/xps/printschema/printticketprovider.h"
 #include "base/xps/printschema/scalingdata.h"
@@ -67,9 +69,18 @@ public:
     /// The effective ticket at the level of the part that was entered last.
     base::utility::ComPtr<IXMLDOMDocument2> GetEffective();
 
+    /// Where the printer can print on the sheet of the effective ticket, as the page is read: with a
+    /// landscape orientation the sheet's width is the page's height. To be called at a page.
+    base::xps::printschema::ImageableArea ReadImageableArea();
+
+    /// The same of a ticket by itself, from its bytes, whatever was entered.
+    base::xps::printschema::ImageableArea ReadImageableArea(const std::string& ticket) const;
+
 private:
     pipeline::CallTrace m_silence;
     pipeline::PipelineJobPtr m_pJob;
+    base::utility::Bstr m_printerName;
+    HANDLE m_userToken;
     base::utility::ComPtr<IXMLDOMDocument2> m_defaultTicket;
     base::xps::printschema::PrintTicketProvider m_provider;
     EPrintTicketScope m_level = kPTJobScope;

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "host/report/pagereport.h"
 #include "tests/host/testpackages.h"
 
 namespace host::report
@@ -25,7 +26,27 @@ TEST(PageSize, IsReadFromTheStartOfTheMarkup)
     };
     for (const auto& [markup, size] : starts)
     {
-        EXPECT_EQ(FormatPageSize(ReadPageSize(markup)), size) << markup;
+        EXPECT_EQ(FormatPageSize(ReadPageStart(markup).size), size) << markup;
+    }
+}
+
+TEST(PageSize, ComesWithTheTransformOfACanvasThatBeginsThePage)
+{
+    const auto find = [](const std::string& content) {
+        return ReadPageStart("<FixedPage>" + content + "</FixedPage>").transform;
+    };
+    const std::string canvas = "<Canvas RenderTransform='0.00,-1.00,1.00,0.00,0.00,816.00'>";
+    EXPECT_EQ(find(canvas + "</Canvas>"), (ContentTransform{0, -1, 1, 0, 0, 816}));
+    EXPECT_TRUE(ReadPageStart("<FixedPage>" + canvas + "<Path Data='cut o").transform);
+    for (const char* other : {"<Path RenderTransform='1,0,0,1,0,0'/>",
+                              "<Path/><Canvas RenderTransform='1,0,0,1,0,0'/>",
+                              "<Canvas RenderTransform='1,0,0,1,0'/>",
+                              "<Canvas RenderTransform='1,0,0,1,0,0,0'/>",
+                              "<Canvas RenderTransform='1,0,0,1,0,x'/>",
+                              "<Canvas/>",
+                              ""})
+    {
+        EXPECT_FALSE(find(other)) << other;
     }
 }
 } // namespace
