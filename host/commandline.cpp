@@ -26,12 +26,13 @@ constexpr const char* kRunFooter =
 the medium and the limits that its ticket asks for in millimetres, what the filter decided
 and why, and its ticket, old and new. The output appears only when the whole document has
 been written; an existing file of that name is then replaced. It must not be the input
-itself.
+itself. --report writes a page of HTML that shows it all, also when the run fails.
 
 Lengths of --media and --limits are millimetres, those of --json micrometres.
 
 Examples (sample.xps stands for any XPS or OpenXPS document):
   xpsfilterhost run sample.xps -o out.xps
+  xpsfilterhost run sample.xps -o out.xps --report out.html --again
   xpsfilterhost run sample.xps -o out.xps --media ISOA3 --limits 76.2x127-215.9x355.6
   xpsfilterhost run sample.xps --dry-run --json --orientation Landscape)";
 
@@ -100,6 +101,8 @@ struct Typed
     bool showsCalls = false;
     bool asJson = false;
     bool showsChangesOnly = false;
+    std::string report;
+    bool runsAgain = false;
 };
 
 std::filesystem::path FromUtf8Path(const std::string& text)
@@ -197,6 +200,11 @@ Command ParseCommandLine(const std::vector<std::string>& arguments)
     run->add_flag("--dry-run", typed.isDryRun, "Write no document")->excludes("-o");
     run->add_flag("--trace", typed.showsCalls, "Print each pipeline call and its HRESULT on stderr");
     run->add_flag("--json", typed.asJson, "Print one JSON object a page in place of the table");
+    run->add_option("--report", typed.report, "Write a page that shows what became of each page")
+        ->type_name("HTML");
+    run->add_flag(
+           "--again", typed.runsAgain, "Tell what the filter would change if it ran over OUT once more")
+        ->needs("-o");
 
     CLI::App* const tickets =
         app.add_subcommand("tickets", "Show each level's ticket and where its values come from");
@@ -249,7 +257,9 @@ Command ParseCommandLine(const std::vector<std::string>& arguments)
                       ToPath(typed.output),
                       ToSetting(*run, typed),
                       typed.showsCalls,
-                      typed.asJson};
+                      typed.asJson,
+                      ToPath(typed.report),
+                      typed.runsAgain};
 }
 
 JobSetting ParseSetting(const std::string& options)

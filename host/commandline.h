@@ -45,6 +45,10 @@ struct RunCommand
     JobSetting setting;
     bool showsCalls = false;
     bool asJson = false;
+    /// The HTML page that tells what became of each page.
+    std::optional<std::filesystem::path> report;
+    /// Whether the filter is run over its output once more, to see whether it would change that again.
+    bool runsAgain = false;
 };
 
 /// Show the tickets of a document and where their values come from.

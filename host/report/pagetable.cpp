@@ -5,6 +5,8 @@
 
 #include <nlohmann/json.hpp>
 
+#include "host/report/again.h"
+
 namespace host::report
 {
 using base::xps::printschema::MediaSize;
@@ -83,6 +85,11 @@ nlohmann::json NameOrNull(const std::string& name)
 {
     return name.empty() ? nlohmann::json(nullptr) : nlohmann::json(name);
 }
+
+std::string ToLine(const nlohmann::json& object)
+{
+    return object.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
+}
 } // namespace
 
 std::string FormatTableHead()
@@ -119,6 +126,21 @@ std::string FormatJson(const PageReport& page)
                                    {"reason", ExplainDecision(page)},
                                    {"oldTicket", NameOrNull(page.oldTicket)},
                                    {"newTicket", NameOrNull(page.newTicket)}};
-    return object.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
+    return ToLine(object);
+}
+
+std::string FormatAgainLine(const PageReport& page)
+{
+    return "page " + std::to_string(page.number) + " " + NameAgain(page) + ": " + ExplainAgain(page) + "\n";
+}
+
+std::string FormatAgainJson(const PageReport& page)
+{
+    const nlohmann::json again = {{"page", page.number},
+                                  {"part", page.part},
+                                  {"isStable", IsStable(page)},
+                                  {"decision", NameOf(Decide(page))},
+                                  {"reason", ExplainAgain(page)}};
+    return ToLine({{"again", again}});
 }
 } // namespace host::report

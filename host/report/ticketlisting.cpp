@@ -4,6 +4,7 @@
 #include <optional>
 #include <variant>
 
+#include "host/report/namedisplay.h"
 #include "host/ticketservice/documentreader.h"
 
 namespace host::report
@@ -15,28 +16,6 @@ using ticketservice::Kind;
 namespace
 {
 using ReadLayer = std::pair<std::string, ticketservice::Document>;
-
-/// Keywords plainly, other names with the ticket's own prefix.
-class NameDisplay
-{
-public:
-    explicit NameDisplay(const std::vector<ticketservice::PrefixBinding>& prefixes) : m_prefixes(prefixes) {}
-
-    std::string operator()(const ExpandedName& name) const
-    {
-        if (name.namespaceUri == ticketservice::kKeywordsNamespace || name.namespaceUri.empty())
-        {
-            return name.local;
-        }
-        const auto binding = std::find_if(m_prefixes.begin(), m_prefixes.end(), [&](const auto& candidate) {
-            return candidate.namespaceUri == name.namespaceUri;
-        });
-        return (binding == m_prefixes.end() ? name.namespaceUri : binding->prefix) + ":" + name.local;
-    }
-
-private:
-    const std::vector<ticketservice::PrefixBinding>& m_prefixes;
-};
 
 using Value = std::variant<ExpandedName, std::string>;
 

@@ -1,0 +1,251 @@
+#include "host/commands/runreport.h"
+
+#include <stdexcept>
+#include <system_error>
+#include <utility>
+
+#include "base/logging/errors.h"
+#include "base/logging/log.h"
+#include "host/console.h"
+#include "host/opc/ziparchive.h"
+#include "host/report/htmltext.h"
+#include "host/report/ticketlisting.h"
+
+namespace host
+{
+using report::CodeOf;
+using report::Decision;
+using report::EscapeHtml;
+
+namespace
+{
+bool IsSameFile(const std::filesystem::path& one, const std::filesystem::path& other)
+{
+    std::error_code missing;
+    if (std::filesystem::equivalent(one, other, missing))
+    {
+        return true;
+    }
+    // Files that are still to be made have their names only, whose case does not count.
+    const std::wstring left = std::filesystem::weakly_canonical(std::filesystem::absolute(one)).wstring();
+    const std::wstring right = std::filesystem::weakly_canonical(std::filesystem::absolute(other)).wstring();
+    return CompareStringOrdinal(left.c_str(), -1, right.c_str(), -1, TRUE) == CSTR_EQUAL;
+}
+
+void RequireFileOfItsOwn(const RunCommand& command)
+{
+    const std::pair<const char*, std::optional<std::filesystem::path>> files[] = {
+        {"the input", command.input},
+        {"the output", command.output},
+        {"the user's ticket", command.setting.userTicket},
+        {"the device's description", command.setting.device},
+        {"the filter", command.setting.module}};
+    for (const auto& [what, path] : files)
+    {
+        if (path && IsSameFile(*command.report, *path))
+        {
+            throw std::runtime_error(opc::ToUtf8Path(*command.report) + ": the report would replace " + what);
+        }
+    }
+}
+
+std::string CodeOfPath(const std::filesystem::path& path)
+{
+    return CodeOf(opc::ToUtf8Path(path));
+}
+
+std::string DescribePrinter(const JobSetting& setting)
+{
+    if (setting.printer)
+    {
+        return CodeOf(*setting.printer) + " of the spooler, with the platform's provider";
+    }
+    return setting.device ? CodeOfPath(*setting.device) : "the built-in one";
+}
+
+std::string DescribeOptions(const JobSetting& setting)
+{
+    std::string html;
+    const auto add = [&](const char* option, const std::optional<std::string>& value) {
+        if (value)
+        {
+            html += (html.empty() ? "" : " ") + CodeOf(option + (" " + *value));
+        }
+    };
+    add("--user-ticket",
+        setting.userTicket ? std::optional(opc::ToUtf8Path(*setting.userTicket)) : std::nullopt);
+    add("--orientation", setting.overrides.orientation);
+    add("--media", setting.overrides.media);
+    add("--limits", setting.overrides.limits);
+    add("--tessel-type",
+        setting.tesselType ? std::optional(std::to_string(*setting.tesselType)) : std::nullopt);
+    add("--ns-prefix", setting.privatePrefix);
+    add("--module", setting.module ? std::optional(opc::ToUtf8Path(*setting.module)) : std::nullopt);
+    return html.empty() ? "none" : html;
+}
+
+std::string DescribeCall(HRESULT result)
+{
+    const std::string meaning = report::DescribeResult(result);
+    return "<code>" + report::FormatResult(result) + "</code>" +
+           (meaning.empty() ? "" : " (" + EscapeHtml(meaning) + ")");
+}
+} // namespace
+
+RunReport::RunReport(const RunCommand& command) : m_command(command)
+{
+    if (command.report)
+    {
+        RequireFileOfItsOwn(command);
+        m_report.emplace(*command.report);
+    }
+}
+
+void RunReport::ShowUserTicket(const std::string& ticket)
+{
+    if (m_report)
+    {
+        const tickets::TicketOverrides& changes = m_command.setting.overrides;
+        const bool isChanged = changes.orientation || changes.media || changes.limits;
+        m_userTicket = std::string("<details><summary>") +
+                       (m_command.setting.userTicket ? "of the file" : "the usual one") +
+                       (isChanged ? ", changed by options" : "") + "</summary><pre tabindex=\"0\">" +
+                       report::EscapeHtmlLines(report::ListTicket(ticket)) + "</pre></details>";
+    }
+}
+
+void RunReport::Connect(FilterJob& job)
+{
+    if (!m_report)
+    {
+        return;
+    }
+    job.detail = report::Detail::All;
+    job.onPage = [this, others = std::move(job.onPage)](const report::PageReport& page) {
+        others(page);
+        TakePage(page);
+    };
+    job.onCall = [this, others = std::move(job.onCall)](const pipeline::TracedCall& call) {
+        if (others)
+        {
+            others(call);
+        }
+        TakeCall(call);
+    };
+}
+
+void RunReport::ConnectAgain(FilterJob& job)
+{
+    m_isWritten = true;
+    if (m_report)
+    {
+        job.onPage = [this, others = std::move(job.onPage)](const report::PageReport& page) {
+            others(page);
+            m_report->AddAgain(page);
+        };
+    }
+}
+
+void RunReport::ShowAgain(const std::string& text)
+{
+    m_again = EscapeHtml(text);
+}
+
+void RunReport::Finish(const FilterOutcome& outcome)
+{
+    if (m_report)
+    {
+        Write("done, " + DescribeCall(outcome.result),
+              m_command.output ? CodeOfPath(*m_command.output) : "nothing written");
+    }
+}
+
+void RunReport::Fail(const std::string& reason, const std::string& part) noexcept
+{
+    if (!m_report || m_report->HasFailed())
+    {
+        return;
+    }
+    try
+    {
+        const std::string why = ToOneLine(reason);
+        m_report->AddFailure({part.empty() ? m_part : part, why}, m_calls);
+        std::string outcome = "<b>failed</b>, <a href=\"#failed\">" + EscapeHtml(why) + "</a>";
+        if (FAILED(m_result) && why.find(report::FormatResult(m_result)) == std::string::npos)
+        {
+            outcome += "; the filter answered " + DescribeCall(m_result);
+        }
+        Write(outcome, m_isWritten ? CodeOfPath(*m_command.output) : "not written");
+    }
+    catch (const std::exception&)
+    {
+        // Told by what failed in the first place.
+    }
+}
+
+void RunReport::TakePage(const report::PageReport& page)
+{
+    const std::lock_guard lock(m_lock);
+    m_page = page;
+}
+
+void RunReport::TakeCall(const pipeline::TracedCall& call)
+{
+    const std::lock_guard lock(m_lock);
+    m_calls.Add(call);
+    if (call.method == "IXpsDocumentProvider::GetXpsPart" && !call.subject.empty())
+    {
+        m_part = call.subject;
+    }
+    if (FAILED(call.result))
+    {
+        const bool isAnswer = call.method == "IPrintPipelineFilter::StartOperation" ||
+                              call.method == "IPrintPipelineFilter::InitializeFilter";
+        m_result = isAnswer ? call.result : m_result;
+        return;
+    }
+    if (call.method.starts_with("IXpsDocumentConsumer::Send"))
+    {
+        if (m_page)
+        {
+            m_report->AddPage(*std::exchange(m_page, std::nullopt), m_calls);
+        }
+        m_calls.Clear();
+    }
+}
+
+void RunReport::Write(const std::string& outcome, const std::string& output)
+{
+    const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - m_start;
+    const JobSetting& setting = m_command.setting;
+    std::vector<report::SummaryRow> rows = {
+        {"Document", CodeOfPath(m_command.input)},
+        {"Outcome", outcome},
+        {"Output", output},
+        {"Pages", CountPages()},
+        {"Time", base::logging::FormatString("%.2f s", seconds.count())},
+        {"Device", DescribePrinter(setting)},
+        {"User's ticket", m_userTicket},
+        {"Options", DescribeOptions(setting)},
+    };
+    if (!m_again.empty())
+    {
+        rows.insert(rows.begin() + 4, {"Run again", m_again});
+    }
+    m_report->Finish("Page report: " + opc::ToUtf8Path(m_command.input.filename()), rows);
+}
+
+std::string RunReport::CountPages() const
+{
+    std::size_t all = 0;
+    std::string text;
+    for (const Decision decision :
+         {Decision::Passed, Decision::Turned, Decision::Refitted, Decision::TurnedAndRefitted})
+    {
+        all += m_report->Count(decision);
+        text += (text.empty() ? "" : "; ") + std::to_string(m_report->Count(decision)) + " " +
+                report::NameOf(decision);
+    }
+    return std::to_string(all) + " in all: " + text;
+}
+} // namespace host

@@ -1,0 +1,61 @@
+#pragma once
+
+#include <chrono>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "host/commandline.h"
+#include "host/filterjob.h"
+#include "host/report/htmlreport.h"
+
+namespace host
+{
+/// Makes the HTML report of a run, as far as one is wanted: all does nothing otherwise.
+class RunReport
+{
+public:
+    /// Throws std::runtime_error for a file that cannot be written, or that the run reads or writes itself.
+    explicit RunReport(const RunCommand& command);
+
+    /// Says what the user's ticket selects. COM must be initialised on the thread.
+    void ShowUserTicket(const std::string& ticket);
+
+    /// Listens to the job beside whoever does already.
+    void Connect(FilterJob& job);
+    /// The same of another run over the job's output, which has been written.
+    void ConnectAgain(FilterJob& job);
+
+    /// What that other run came to.
+    void ShowAgain(const std::string& text);
+
+    /// Writes the report of a run that succeeded.
+    void Finish(const FilterOutcome& outcome);
+
+    /// Writes the report of one that did not: why, and where, or else at the part that the filter took last.
+    /// What keeps it from being written is not told: the run has failed already.
+    void Fail(const std::string& reason, const std::string& part = {}) noexcept;
+
+private:
+    void TakePage(const report::PageReport& page);
+    void TakeCall(const pipeline::TracedCall& call);
+    void Write(const std::string& outcome, const std::string& output);
+    std::string CountPages() const;
+
+    const RunCommand& m_command;
+    std::optional<report::HtmlReport> m_report;
+    std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
+    std::string m_userTicket = "could not be read";
+    std::string m_again;
+    bool m_isWritten = false;
+
+    // Calls come from the filter's thread and, when the job is stopped, from the program's.
+    std::mutex m_lock;
+    // Sent, but its last call has not ended.
+    std::optional<report::PageReport> m_page;
+    report::CallList m_calls;
+    std::string m_part;
+    HRESULT m_result = S_OK;
+};
+} // namespace host

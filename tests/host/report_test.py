@@ -1,0 +1,124 @@
+#!/usr/bin/env python3
+"""Runs the host with --report and --again: which files there are afterwards, and what is said of a second run."""
+
+import json
+import os
+import re
+import unittest
+from pathlib import Path
+
+from hostprogram import WORK, ProgramTestCase, run
+
+LYING = ["--limits", "76.2x127-300x300"]
+# A device of one sheet, which is beyond the limits: whatever a ticket asks for, it gets that.
+DEVICE = """<psf:PrintCapabilities version="1" xmlns:psf="http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework"
+ xmlns:psk="http://schemas.microsoft.com/windows/2003/08/printing/printschemakeywords"
+ xmlns:xsi="http://www.w3.org/2001/XMLSchema-instance" xmlns:xsd="http://www.w3.org/2001/XMLSchema">
+ <psf:Feature name="psk:PageMediaSize"><psf:Option name="psk:ISOA3">
+  <psf:ScoredProperty name="psk:MediaSizeWidth"><psf:Value xsi:type="xsd:integer">297000</psf:Value></psf:ScoredProperty>
+  <psf:ScoredProperty name="psk:MediaSizeHeight"><psf:Value xsi:type="xsd:integer">420000</psf:Value></psf:ScoredProperty>
+ </psf:Option></psf:Feature></psf:PrintCapabilities>"""
+
+
+def text_of(name="report.html"):
+    return Path(WORK, name).read_text(encoding="utf-8")
+
+
+class ReportFileTest(ProgramTestCase):
+    def test_is_whole_in_itself_and_leaves_nothing_else(self):
+        self.take("sample")
+        Path(WORK, "report.html").write_text("an older one")
+        plain = self.run_done("run", "in.xps", "-o", "plain.xps")
+        told = self.run_done("run", "in.xps", "-o", "out.xps", "--report", "report.html")
+        self.assertEqual(told.splitlines()[:-1], plain.splitlines()[:-1])
+        self.assertEqual(Path(WORK, "out.xps").read_bytes(), Path(WORK, "plain.xps").read_bytes())
+        self.assertEqual(self.files(), ["in.xps", "out.xps", "plain.xps", "report.html"])
+        text = text_of()
+        self.assertTrue(text.startswith("<!DOCTYPE html>") and text.endswith("</html>\n"))
+        self.assertEqual(re.findall(r"\b(?:src|href) *=|url *\(|@import|https?:", text), [])
+        self.assertIn("default-src 'none'", text)
+
+    def test_of_a_dry_run_says_that_nothing_was_written(self):
+        self.take("sample")
+        self.run_done("run", "in.xps", "--dry-run", "--report", "report.html")
+        self.assertEqual(self.files(), ["in.xps", "report.html"])
+        self.assertIn("nothing written", text_of())
+        self.assertNotIn("Run again", text_of())
+
+    def test_of_a_run_that_fails_says_where_and_why(self):
+        page = "/Documents/1/Pages/1.fpage"
+        table = [("no-page", 2, ["the package"], []),
+                 ("not-a-zip", 2, ["Before the first part", "is not a ZIP archive"], []),
+                 ("foreign-ticket", 1, [f"At <code>{page}</code>", "the filter failed with 0x"], []),
+                 ("plain", 2, ["none.xml: cannot be read"], ["--user-ticket", "none.xml"])]
+        for package, status, said, options in table:
+            with self.subTest(package):
+                self.take(package)
+                failed = run("run", "in.xps", "-o", "out.xps", "--report", "report.html", *options)
+                self.assertEqual((failed.returncode, failed.stderr.count("\n")), (status, 1), failed.stderr)
+                for words in (*said, "not written"):
+                    self.assertIn(words, text_of())
+                self.assertEqual(self.files(), ["in.xps", "report.html"])
+                os.remove(f"{WORK}/report.html")
+
+    def test_takes_the_place_of_no_file_of_the_run(self):
+        self.take("plain")
+        os.link(f"{WORK}/in.xps", f"{WORK}/same.xps")
+        Path(WORK, "user.xml").write_text("<a/>")
+        before = {name: Path(WORK, name).read_bytes() for name in self.files()}
+        table = [("in.xps", "the input"), ("same.xps", "the input"), ("./OUT.xps", "the output"),
+                 ("user.xml", "the user's ticket")]
+        for report, what in table:
+            message = self.assert_refused(2, "run", "in.xps", "-o", "out.xps", "--user-ticket", "user.xml", "--report", report)
+            self.assertTrue(message.endswith(f"{report.rpartition('/')[2]}: the report would replace {what}"), message)
+        for report, fault in ((".", ": is a folder"), ("none/report.html", ": cannot be written")):
+            message = self.assert_refused(2, "run", "in.xps", "-o", "out.xps", "--report", report)
+            self.assertTrue(message.endswith(fault), message)
+        self.assertEqual({name: Path(WORK, name).read_bytes() for name in self.files()}, before)
+
+
+class AgainTest(ProgramTestCase):
+    def again(self, package, *options):
+        self.take(package)
+        lines = self.run_done("run", "in.xps", "-o", "out.xps", "--again", "--report", "report.html", *options).splitlines()
+        return [line for line in lines if line.startswith("run again: ")]
+
+    def test_a_turned_or_refitted_page_is_stable(self):
+        for package, count in (("sample", 5), ("mixed", 8)):
+            self.assertEqual(self.again(package), [f"run again: {count} pages stable; 0 would change"])
+            self.assertEqual(text_of().count('<span class="tag stable">stable</span>'), count)
+
+    def test_a_page_that_was_put_on_a_sheet_that_lies_would_be_turned(self):
+        reason = "would be turned: ISOA4Rotated 297x210 mm; Portrait on a landscape sheet"
+        self.assertEqual(self.again("lying-target", *LYING),
+                         [f"run again: page 1 {reason}", "run again: 2 pages stable; 1 would change"])
+        self.assertIn('<span class="tag changes">would be turned</span> ISOA4Rotated 297x210 mm; Portrait on a '
+                      'landscape sheet.', text_of())
+        # And so it is.
+        self.assertEqual([page["decision"] for page in self.pages_of("out.xps", "--dry-run", *LYING)],
+                         ["turned", "passed", "passed"])
+
+    def test_a_page_whose_new_sheet_the_device_does_not_take_would_be_refitted(self):
+        Path(WORK, "device.xml").write_text(DEVICE)
+        page, totals = self.again("plain", "--device", "device.xml")
+        self.assertTrue(page.startswith("run again: page 1 would be refitted: ISOA3 297x420 mm; 297x420 mm is outside"), page)
+        self.assertTrue(page.endswith("its ticket asks for NorthAmericaLetter, in whose place the printer puts ISOA3"), page)
+        self.assertEqual(totals, "run again: 0 pages stable; 1 would change")
+
+    def test_json_has_an_object_of_its_own_for_each_page(self):
+        self.take("lying-target")
+        objects = self.pages_of("in.xps", "-o", "out.xps", "--again", *LYING)
+        self.assertEqual([list(each) == ["again"] for each in objects], [False] * 3 + [True] * 3)
+        again = [each["again"] for each in objects[3:]]
+        self.assertEqual([(page["page"], page["isStable"], page["decision"]) for page in again],
+                         [(1, False, "turned"), (2, True, "passed"), (3, True, "passed")])
+        self.assertEqual(again[0]["part"], "/Documents/1/Pages/1.fpage")
+        self.assertIn("Portrait on a landscape sheet", again[0]["reason"])
+
+    def test_needs_an_output(self):
+        self.take("plain")
+        self.assertIn("--again requires --output", self.assert_refused(2, "run", "in.xps", "--dry-run", "--again"))
+
+
+if __name__ == "__main__":
+    unittest.main(argv=["report_test"])
