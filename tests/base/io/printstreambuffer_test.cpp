@@ -5,6 +5,7 @@
 #include <ostream>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -20,7 +21,7 @@ using support::MemoryWriteStream;
 using support::MessageOf;
 using utility::MakeCom;
 
-const std::streampos kFailed(-1);
+constexpr auto kEnd = std::char_traits<char>::eof();
 
 TEST(PrintStreamBuffer, WritesEverythingStraightThrough)
 {
@@ -43,7 +44,7 @@ TEST(PrintStreamBuffer, TurnsAFailedWriteIntoAFailedStream)
     PrintStreamBuffer buffer(stream.Get());
     EXPECT_EQ(MessageOf<std::overflow_error>([&] { buffer.sputn("abcde", 5); }),
               "IPrintWriteStream::WriteBytes failed.");
-    EXPECT_EQ(buffer.sputc('x'), std::char_traits<char>::eof());
+    EXPECT_EQ(buffer.sputc('x'), kEnd);
     // Three bytes of the bulk and the one that came with the failed character.
     stream->writeResult = S_OK;
     EXPECT_EQ(buffer.pubseekoff(0, std::ios::cur, std::ios::out), 4);
@@ -74,21 +75,27 @@ TEST(PrintStreamBuffer, LooksAtACharacterWithoutTakingIt)
     EXPECT_EQ(stream->position, 0);
     EXPECT_EQ(buffer.sbumpc(), 0xFF);
     EXPECT_EQ(buffer.sbumpc(), 'z');
-    EXPECT_EQ(buffer.sgetc(), std::char_traits<char>::eof());
+    EXPECT_EQ(buffer.sgetc(), kEnd);
 
     stream->position = 0;
     stream->seekResult = E_FAIL;
-    EXPECT_EQ(buffer.sgetc(), std::char_traits<char>::eof());
+    EXPECT_EQ(buffer.sgetc(), kEnd);
     stream->readResult = E_FAIL;
-    EXPECT_EQ(buffer.sbumpc(), std::char_traits<char>::eof());
+    EXPECT_EQ(buffer.sbumpc(), kEnd);
 }
 
-TEST(PrintStreamBuffer, RefusesTheDirectionThatItWasNotMadeFor)
+class BothDirections : public ::testing::Test
 {
-    const auto readable = MakeCom<MemoryReadStream>("abc");
-    const auto writable = MakeCom<MemoryWriteStream>();
-    PrintStreamBuffer reading(readable.Get());
-    PrintStreamBuffer writing(writable.Get());
+protected:
+    const utility::ComPtr<MemoryReadStream> readable =
+        MakeCom<MemoryReadStream>(std::string(10'000, 'r') + "end");
+    const utility::ComPtr<MemoryWriteStream> writable = MakeCom<MemoryWriteStream>();
+    PrintStreamBuffer reading{readable.Get()};
+    PrintStreamBuffer writing{writable.Get()};
+};
+
+TEST_F(BothDirections, RefuseTheOther)
+{
     char byte = 0;
     const std::string noRead = "read data from buffer which to use for write.";
     EXPECT_EQ(MessageOf<std::logic_error>([&] { writing.sbumpc(); }), noRead);
@@ -96,46 +103,39 @@ TEST(PrintStreamBuffer, RefusesTheDirectionThatItWasNotMadeFor)
     EXPECT_EQ(MessageOf<std::logic_error>([&] { writing.sgetn(&byte, 1); }), noRead);
     EXPECT_EQ(MessageOf<std::logic_error>([&] { reading.sputn("x", 1); }),
               "write data from buffer which to use for read.");
-    EXPECT_EQ(reading.sputc('x'), std::char_traits<char>::eof());
+    EXPECT_EQ(reading.sputc('x'), kEnd);
 }
 
-TEST(PrintStreamBuffer, SeeksForwardFromWhereItStandsOnly)
+TEST_F(BothDirections, SeekForwardFromWhereTheyStand)
 {
-    const auto readable = MakeCom<MemoryReadStream>(std::string(10'000, 'r') + "end");
     readable->longestRead = 3'000;
-    PrintStreamBuffer reading(readable.Get());
     EXPECT_EQ(reading.pubseekoff(10'000, std::ios::cur, std::ios::in), 10'000);
     EXPECT_EQ(reading.sbumpc(), 'e');
     // Beyond the end it stops at the end.
     EXPECT_EQ(reading.pubseekoff(100, std::ios::cur, std::ios::in), 10'003);
 
-    const auto writable = MakeCom<MemoryWriteStream>();
-    PrintStreamBuffer writing(writable.Get());
     EXPECT_EQ(writing.pubseekoff(16, std::ios::cur, std::ios::out), 16);
     EXPECT_EQ(writable->bytes, std::string(16, '\0'));
     EXPECT_EQ(writing.pubseekoff(9'000, std::ios::cur, std::ios::out), 9'016);
     EXPECT_EQ(writable->bytes.size(), 9'016U);
 }
 
-TEST(PrintStreamBuffer, FailsEverySeekThatIsNotForward)
+TEST_F(BothDirections, FailEverySeekThatIsNotForward)
 {
-    const auto readable = MakeCom<MemoryReadStream>("abcdef");
-    const auto writable = MakeCom<MemoryWriteStream>();
-    PrintStreamBuffer reading(readable.Get());
-    PrintStreamBuffer writing(writable.Get());
     static constexpr auto unknown = static_cast<std::ios_base::seekdir>(7);
-    const auto expectFailure = [](PrintStreamBuffer& buffer, std::ios::openmode which) {
-        EXPECT_EQ(buffer.pubseekoff(-1, std::ios::cur, which), kFailed);
-        EXPECT_EQ(buffer.pubseekoff(2, std::ios::beg, which), kFailed);
-        EXPECT_EQ(buffer.pubseekoff(0, std::ios::end, which), kFailed);
-        EXPECT_EQ(buffer.pubseekpos(3, which), kFailed);
-        EXPECT_EQ(MessageOf<std::invalid_argument>([&] { buffer.pubseekoff(1, unknown, which); }),
+    const std::streampos failed(-1);
+    for (const auto& [buffer, which] :
+         {std::pair(&reading, std::ios::in), std::pair(&writing, std::ios::out)})
+    {
+        EXPECT_EQ(buffer->pubseekoff(-1, std::ios::cur, which), failed);
+        EXPECT_EQ(buffer->pubseekoff(2, std::ios::beg, which), failed);
+        EXPECT_EQ(buffer->pubseekoff(0, std::ios::end, which), failed);
+        EXPECT_EQ(buffer->pubseekpos(3, which), failed);
+        EXPECT_EQ(MessageOf<std::invalid_argument>(
+                      [buffer = buffer, which = which] { buffer->pubseekoff(1, unknown, which); }),
                   "invalide std::ios_base::seekdir");
-    };
-    expectFailure(reading, std::ios::in);
-    expectFailure(writing, std::ios::out);
-    EXPECT_EQ(readable->position, 0);
-    EXPECT_EQ(readable->seeks, 0);
+    }
+    EXPECT_EQ(readable->seeks + readable->reads, 0);
     EXPECT_EQ(writable->bytes, "");
 }
 } // namespace
