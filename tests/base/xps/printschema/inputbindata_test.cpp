@@ -11,34 +11,7 @@ namespace
 {
 using tests::Count;
 using tests::Document;
-using tests::Feature;
 using tests::HandlerOf;
-using tests::Integer;
-using tests::MakeTicket;
-
-TEST(InputBinData, ReadsItsFeedDirection)
-{
-    const struct
-    {
-        std::wstring content;
-        std::int32_t expected;
-    } cases[] = {
-        {Integer(L"Property", L"psk:FeedDirection", L"psk:LongEdgeFirst"), 0},
-        {Integer(L"Property", L"psk:FeedDirection", L"psk:ShortEdgeFirst"), 1},
-        {Integer(L"Property", L"psk:FeedDirection", L"psk:Sideways"), -1},
-        {Integer(L"Property", L"psk:FeedDirection", L""), 7},
-        {L"", 7},
-    };
-    for (const auto& row : cases)
-    {
-        InputBinData bin;
-        bin.SetFeedDirection(7);
-        bin.Read(HandlerOf(MakeTicket(Feature(L"psk:DocumentInputBin", L"psk:Manual", row.content))));
-        EXPECT_EQ(bin.GetScope(), Scope::Document);
-        EXPECT_EQ(bin.GetOptionId(), 1);
-        EXPECT_EQ(bin.GetFeedDirection(), row.expected);
-    }
-}
 
 TEST(InputBinData, WritesItsFeedDirectionUnderTheTicketsPrefix)
 {

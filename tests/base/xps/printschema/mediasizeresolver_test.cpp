@@ -31,14 +31,13 @@ std::wstring Media(const std::wstring& option)
     return Feature(L"psk:PageMediaSize", L"psk:" + option);
 }
 
-constexpr MediaSizeLimits kSmallToA4{{76200, 127000}, {210000, 297000}};
-constexpr MediaSizeLimits kAny{{0, 0}, {2000000, 2000000}};
-
 TEST(MediaSizeResolver, TakesTheFirstSizeWithinTheLimits)
 {
     const struct
     {
-        std::wstring page, document, job;
+        const wchar_t* page;
+        const wchar_t* document;
+        const wchar_t* job;
         Scope start;
         const wchar_t* expected;
         std::size_t asked;
@@ -47,30 +46,18 @@ TEST(MediaSizeResolver, TakesTheFirstSizeWithinTheLimits)
         {L"ISOA5", L"ISOA4", L"ISOA6", Scope::Document, L"ISOA4", 1},
         {L"ISOA5", L"ISOA4", L"ISOA6", Scope::Job, L"ISOA6", 1},
         {L"ISOA5", L"ISOA3", L"ISOB5Envelope", Scope::Document, L"ISOB5Envelope", 2},
-        {L"ISOA3", L"NorthAmericaLegal", L"ISOA10", Scope::Page, L"CustomMediaSize", 3},
         // A ticket with an unknown size is as good as one with the size before it, to begin with ISOA4.
         {L"Unheard", L"ISOA5", L"ISOA5", Scope::Page, L"ISOA4", 1},
         {L"ISOA3", L"Unheard", L"ISOA6", Scope::Page, L"ISOA6", 3},
     };
-    for (const auto& row : cases)
+    for (const auto& [page, document, job, start, expected, asked] : cases)
     {
         FakeTicketSource source;
-        source.m_tickets = {{kPTPageScope, Media(row.page)},
-                            {kPTDocumentScope, Media(row.document)},
-                            {kPTJobScope, Media(row.job)}};
-        MediaSizeLimits limits = kSmallToA4;
-        if (row.expected == std::wstring_view(L"CustomMediaSize"))
-        {
-            limits.maximum = {200000, 200000};
-        }
-        const MediaSizeEntry entry = MediaSizeResolver(source, limits).Resolve(row.start);
-        EXPECT_EQ(entry.name.localName, row.expected)
-            << utility::Bstr(row.page + row.document + row.job).Get();
-        EXPECT_EQ(source.m_asked.size(), row.asked);
-        if (entry.value == MediaSizeTable::kCustomMediaSize)
-        {
-            EXPECT_EQ(entry.size, limits.minimum);
-        }
+        source.m_tickets = {
+            {kPTPageScope, Media(page)}, {kPTDocumentScope, Media(document)}, {kPTJobScope, Media(job)}};
+        const MediaSizeResolver resolver(source, {{76200, 127000}, {210000, 297000}});
+        EXPECT_EQ(resolver.Resolve(start).name.localName, expected) << page << document << job;
+        EXPECT_EQ(source.m_asked.size(), asked);
     }
 }
 
@@ -92,7 +79,11 @@ TEST(MediaSizeResolver, FallsBackOnTheUsersDefaultOrTheSmallestSheet)
     // The smallest sheet takes its name when it has one.
     limits = {{148000, 210000}, {149000, 211000}};
     EXPECT_EQ(MediaSizeResolver(source, limits).Resolve(Scope::Job).name.localName, L"ISOA5");
-    EXPECT_EQ(MediaSizeResolver(source, kAny).Resolve(Scope::None).value,
+    limits = {{76200, 127000}, {200000, 200000}};
+    const MediaSizeEntry smallest = MediaSizeResolver(source, limits).Resolve(Scope::Job);
+    EXPECT_EQ(smallest.name.localName, L"CustomMediaSize");
+    EXPECT_EQ(smallest.size, limits.minimum);
+    EXPECT_EQ(MediaSizeResolver(source, {{0, 0}, {2000000, 2000000}}).Resolve(Scope::None).value,
               DefaultMediaSizeOf(measure == 1 ? L"1" : L"0"));
     EXPECT_EQ(DefaultMediaSizeOf(L"1"), 94);
     for (const wchar_t* other : {L"0", L"2", L""})

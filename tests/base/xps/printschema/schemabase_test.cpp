@@ -55,30 +55,29 @@ TEST(SchemaBase, RefusesNullNamesAndIndexesBeyondTheEnd)
 
 TEST(KeywordLists, HoldTheirNamesInOrder)
 {
-    const auto expect = [](const SchemaBase& list, NamespaceId namespaceId, const wchar_t* expected) {
-        std::wstring names;
+    const std::pair<const SchemaBase&, const wchar_t*> lists[] = {
+        {SharedList<PageMediaSizeFeatureSchema>(), L"0:PageMediaSize"},
+        {SharedList<InputBinFeatureSchema>(), L"0:JobInputBin DocumentInputBin PageInputBin"},
+        {SharedList<InputBinOptionSchema>(),
+         L"0:AutoSelect Manual Cassette Tractor AutoSheetFeeder Tray1 Tray2 Tray3 Tray4 Tray5"},
+        {SharedList<FeedDirectionSchema>(), L"0:LongEdgeFirst ShortEdgeFirst"},
+        {SharedList<PageOrientationFeatureSchema>(), L"0:PageOrientation"},
+        {SharedList<PageOrientationOptionSchema>(), L"0:Landscape Portrait ReverseLandscape ReversePortrait"},
+        {SharedList<PageScalingFeatureSchema>(), L"0:PageScaling"},
+        {SharedList<PrintableMediaSizeFeatureSchema>(),
+         L"2:JobPrintableMediaSize DocumentPrintableMediaSize PagePrintableMediaSize"},
+        {SharedList<PrintableMediaSizeOptionSchema>(), L"2:PrintableMediaSize"},
+    };
+    for (const auto& [list, expected] : lists)
+    {
+        std::wstring names = std::to_wstring(static_cast<int>(*list.GetNamespaces().begin()));
         for (const Qname& name : list.GetQnames())
         {
-            names += (names.empty() ? L"" : L" ") + name.localName;
+            names += (&name == list.GetQnames().data() ? L":" : L" ") + name.localName;
         }
         EXPECT_EQ(names, expected);
-        EXPECT_EQ(list.GetNamespaces(), std::set{namespaceId});
-    };
-    expect(SharedList<PageMediaSizeFeatureSchema>(), Keywords, L"PageMediaSize");
-    expect(SharedList<InputBinFeatureSchema>(), Keywords, L"JobInputBin DocumentInputBin PageInputBin");
-    expect(SharedList<InputBinOptionSchema>(),
-           Keywords,
-           L"AutoSelect Manual Cassette Tractor AutoSheetFeeder Tray1 Tray2 Tray3 Tray4 Tray5");
-    expect(SharedList<FeedDirectionSchema>(), Keywords, L"LongEdgeFirst ShortEdgeFirst");
-    expect(SharedList<PageOrientationFeatureSchema>(), Keywords, L"PageOrientation");
-    expect(SharedList<PageOrientationOptionSchema>(),
-           Keywords,
-           L"Landscape Portrait ReverseLandscape ReversePortrait");
-    expect(SharedList<PageScalingFeatureSchema>(), Keywords, L"PageScaling");
-    expect(SharedList<PrintableMediaSizeFeatureSchema>(),
-           Private,
-           L"JobPrintableMediaSize DocumentPrintableMediaSize PagePrintableMediaSize");
-    expect(SharedList<PrintableMediaSizeOptionSchema>(), Private, L"PrintableMediaSize");
+        EXPECT_EQ(list.GetNamespaces().size(), 1U);
+    }
 }
 
 TEST(Scope, ConvertsToTheProvidersNumbering)
