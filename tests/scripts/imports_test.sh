@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Holds what our programs and DLLs import against the DLLs of the operating system: a driver package ships
-# nothing else. imports_test.sh FOLDER OBJDUMP
+# nothing else. And the module exports its two functions only, from a hardened image with a version.
+# imports_test.sh FOLDER OBJDUMP
 set -euo pipefail
 
 allowed=(advapi32.dll gdi32.dll gdiplus.dll kernel32.dll msvcrt.dll ole32.dll oleaut32.dll prntvpt.dll
@@ -21,4 +22,21 @@ for binary in "${binaries[@]}"; do
         failed=1
     fi
 done
+
+module=$1/pagevalidatefilter.dll
+headers=$("$2" -p "$module")
+exports=$(sed -n '/^\[Ordinal\/Name Pointer\]/,/^$/s/^\s*\[ *[0-9]*\] //p' <<<"$headers" | tr '\n' ' ')
+resources=$("$2" -s -j .rsrc "$module" | sed 's/.*  //' | tr -d '\n')
+expect() {
+    if ! grep -qE "$2" <<<"$1"; then
+        echo "pagevalidatefilter.dll: no $2"
+        failed=1
+    fi
+}
+expect "$exports" '^DllCanUnloadNow DllGetClassObject $'
+expect "$headers" 'Export Address Table\s+0*2$'
+for hardening in HIGH_ENTROPY_VA DYNAMIC_BASE NX_COMPAT; do
+    expect "$headers" "$hardening"
+done
+expect "$resources" 'V.S._.V.E.R.S.I.O.N._.I.N.F.O'
 exit $failed
