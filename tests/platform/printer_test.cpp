@@ -13,18 +13,18 @@
 #include "base/xps/printschema/imageableareareader.h"
 #include "base/xps/printschema/printablemediasizedata.h"
 #include "base/xps/printschema/printticketprovider.h"
+#include "support/pipeline.h"
 #include "support/ticketfacts.h"
-#include "support/ticketparts.h"
-#include "support/usertoken.h"
+#include "support/tickettext.h"
 
 namespace base::xps::printschema
 {
 namespace
 {
 using support::DomDocument;
-using support::FeatureText;
+using support::Feature;
+using support::Ticket;
 using support::TicketFacts;
-using support::TicketText;
 using utility::Bstr;
 using utility::MakeCom;
 
@@ -35,19 +35,19 @@ class PrinterTest : public testing::Test
 protected:
     HRESULT Open(const wchar_t* printer)
     {
-        const std::string ticket = TicketText(FeatureText("psk:PageMediaSize", "psk:ISOA4") +
-                                              FeatureText("psk:PageOutputColor", "psk:Monochrome"));
-        return provider.Open(
-            MakeCom<support::MemoryReadStream>(ticket).Get(), Bstr(printer).Get(), support::UserToken());
+        const auto ticket = MakeCom<support::MemoryReadStream>(
+            Ticket(Feature("PageMediaSize", "ISOA4") + Feature("PageOutputColor", "Monochrome")));
+        return provider.Open(ticket.Get(), Bstr(printer).Get(), support::UserToken());
     }
 
     void TearDown() override
     {
         EXPECT_EQ(provider.Close(), S_OK);
         EXPECT_FALSE(support::IsThreadImpersonating());
-        EXPECT_EQ(support::AliveParts(), 0);
+        EXPECT_EQ(support::Pipeline::CountObjects(), 0);
     }
 
+    support::PipelineRecord record;
     PrintTicketProvider provider;
 };
 
@@ -64,13 +64,11 @@ TEST_F(PrinterTest, MergesATicketForThePageAndKeepsTheDriversLimits)
 {
     ASSERT_EQ(Open(kPrinter), S_OK);
     const DomDocument defaultTicket = xml::XmlUtility::LoadDocumentFromString(DefaultPrintTicketOf(7));
-    const auto sequence = MakeCom<support::FakeSequence>();
-    const auto document = MakeCom<support::FakeDocument>();
-    const auto page = MakeCom<support::FakePage>();
-    document->ticket =
-        MakeCom<support::TicketPart>(TicketText(FeatureText("psk:DocumentCollate", "psk:Collated")));
-    page->ticket =
-        MakeCom<support::TicketPart>(TicketText(FeatureText("psk:PageOrientation", "psk:Landscape")));
+    const auto sequence = MakeCom<support::SequencePart>(record, "sequence");
+    const auto document =
+        MakeCom<support::DocumentPart>(record, "document", Ticket(Feature("DocumentCollate", "Collated")));
+    const auto page =
+        MakeCom<support::PagePart>(record, "page", "", Ticket(Feature("PageOrientation", "Landscape")));
     ASSERT_EQ(provider.ApplyJobTicket(sequence.Get(), defaultTicket.Get()), S_OK);
     ASSERT_EQ(provider.ApplyDocumentTicket(document.Get(), defaultTicket.Get()), S_OK);
     ASSERT_EQ(provider.ApplyPageTicket(page.Get(), defaultTicket.Get()), S_OK);

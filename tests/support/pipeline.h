@@ -130,51 +130,24 @@ protected:
     PipelineRecord& m_record;
 };
 
-class RecordedReadStream final : public PipelineObject<IPrintReadStream>
+/// A stream whose calls are in the record, under its name; `arguments` are those of the stream.
+template <typename Stream, typename... Arguments>
+ComPtr<Stream> MakeRecorded(PipelineRecord& record, const std::string& name, Arguments&&... arguments)
 {
-public:
-    RecordedReadStream(PipelineRecord& record, std::string name, ComPtr<MemoryReadStream> bytes)
-        : PipelineObject(record), m_name(std::move(name)), m_bytes(std::move(bytes))
-    {
-    }
-    STDMETHODIMP Seek(LONGLONG move, DWORD origin, ULONGLONG* newPosition) override
-    {
-        return m_record.Answer("Seek " + m_name, [&] { return m_bytes->Seek(move, origin, newPosition); });
-    }
-    STDMETHODIMP ReadBytes(void* buffer, ULONG requested, ULONG* read, BOOL* endOfFile) override
-    {
-        return m_record.Answer("ReadBytes " + m_name,
-                               [&] { return m_bytes->ReadBytes(buffer, requested, read, endOfFile); });
-    }
+    auto stream = MakeCom<Stream>(std::forward<Arguments>(arguments)...);
+    stream->gate = [&record, name](const std::string& method) {
+        return record.Enter(method + " " + name, method != "Close");
+    };
+    return stream;
+}
 
-private:
-    std::string m_name;
-    ComPtr<MemoryReadStream> m_bytes;
-};
-
-class RecordedWriteStream final : public PipelineObject<IPrintWriteStream>
+/// Hands out a write stream that the record keeps.
+inline HRESULT HandOutWriteStream(PipelineRecord& record, const std::string& name, IPrintWriteStream** result)
 {
-public:
-    RecordedWriteStream(PipelineRecord& record, std::string name)
-        : PipelineObject(record), m_name(std::move(name)), m_bytes(MakeCom<MemoryWriteStream>())
-    {
-        record.writeStreams.push_back(m_bytes);
-    }
-    STDMETHODIMP WriteBytes(const void* buffer, ULONG count, ULONG* written) override
-    {
-        return m_record.Answer("WriteBytes " + m_name,
-                               [&] { return m_bytes->WriteBytes(buffer, count, written); });
-    }
-    STDMETHODIMP_(void) Close() override
-    {
-        m_record.Enter("Close " + m_name, false);
-        m_bytes->Close();
-    }
-
-private:
-    std::string m_name;
-    ComPtr<MemoryWriteStream> m_bytes;
-};
+    record.writeStreams.push_back(MakeRecorded<MemoryWriteStream>(record, name));
+    *result = ComPtr<MemoryWriteStream>(record.writeStreams.back()).Detach();
+    return S_OK;
+}
 
 /// A ticket part. All its readers share one position, as no pipeline promises more.
 class TicketPart final : public PipelineObject<IPartPrintTicket>
@@ -183,7 +156,7 @@ public:
     TicketPart(PipelineRecord& record, std::string partName, std::string markup)
         : PipelineObject(record),
           name(std::move(partName)),
-          bytes(MakeCom<MemoryReadStream>(std::move(markup)))
+          bytes(MakeRecorded<MemoryReadStream>(record, "ticket", std::move(markup)))
     {
     }
     STDMETHODIMP GetUri(BSTR* uri) override
@@ -195,9 +168,7 @@ public:
     }
     STDMETHODIMP GetStream(IPrintReadStream** stream) override
     {
-        return m_record.Answer("GetStream ticket", [&] {
-            return HandOut(MakeCom<RecordedReadStream>(m_record, "ticket", bytes), stream);
-        });
+        return m_record.Answer("GetStream ticket", [&] { return HandOut(bytes, stream); });
     }
     STDMETHODIMP GetPartCompression(EXpsCompressionOptions*) override { return E_NOTIMPL; }
     STDMETHODIMP SetPartCompression(EXpsCompressionOptions) override { return E_NOTIMPL; }
@@ -223,9 +194,8 @@ public:
     STDMETHODIMP GetUri(BSTR*) override { return E_NOTIMPL; }
     STDMETHODIMP GetPrintTicket(IPartPrintTicket** result) override
     {
-        return this->m_record.Answer("GetPrintTicket " + name, [&] {
-            return ticket ? this->HandOut(ticket, result) : kElementNotFound;
-        });
+        return this->m_record.Answer("GetPrintTicket " + name,
+                                     [&] { return ticket ? this->HandOut(ticket, result) : withoutTicket; });
     }
     STDMETHODIMP SetPrintTicket(IPartPrintTicket* given) override
     {
@@ -237,6 +207,7 @@ public:
 
     const std::string name;
     ComPtr<IPartPrintTicket> ticket;
+    HRESULT withoutTicket = kElementNotFound;
 };
 using SequencePart = TicketedPart<IFixedDocumentSequence>;
 using DocumentPart = TicketedPart<IFixedDocument>;
@@ -249,19 +220,17 @@ public:
              std::string markup,
              const std::string& ticketMarkup = {})
         : TicketedPart(record, std::move(partName), ticketMarkup),
-          bytes(MakeCom<MemoryReadStream>(std::move(markup)))
+          bytes(MakeRecorded<MemoryReadStream>(record, "page", std::move(markup)))
     {
     }
     STDMETHODIMP GetStream(IPrintReadStream** stream) override
     {
-        return m_record.Answer("GetStream " + name, [&] {
-            return HandOut(MakeCom<RecordedReadStream>(m_record, "page", bytes), stream);
-        });
+        return m_record.Answer("GetStream " + name, [&] { return HandOut(bytes, stream); });
     }
     STDMETHODIMP GetWriteStream(IPrintWriteStream** stream) override
     {
         return m_record.Answer("GetWriteStream " + name,
-                               [&] { return HandOut(MakeCom<RecordedWriteStream>(m_record, name), stream); });
+                               [&] { return HandOutWriteStream(m_record, name, stream); });
     }
     STDMETHODIMP DeleteResource(const wchar_t* uri) override
     {
@@ -370,7 +339,7 @@ public:
             }
             newPartNames.push_back(base::utility::ToUtf8(uri));
             *newPart = MakeCom<TicketPart>(m_record, newPartNames.back(), std::string()).Detach();
-            return HandOut(MakeCom<RecordedWriteStream>(m_record, "new ticket"), stream);
+            return HandOutWriteStream(m_record, "new ticket", stream);
         });
     }
 
@@ -421,14 +390,13 @@ class TicketFactory final : public PipelineObject<IPrintReadStreamFactory>
 {
 public:
     TicketFactory(PipelineRecord& record, std::string markup)
-        : PipelineObject(record), m_bytes(MakeCom<MemoryReadStream>(std::move(markup)))
+        : PipelineObject(record),
+          m_bytes(MakeRecorded<MemoryReadStream>(record, "user ticket", std::move(markup)))
     {
     }
     STDMETHODIMP GetStream(IPrintReadStream** stream) override
     {
-        return m_record.Answer("GetStream user ticket", [&] {
-            return HandOut(MakeCom<RecordedReadStream>(m_record, "user ticket", m_bytes), stream);
-        });
+        return m_record.Answer("GetStream user ticket", [&] { return HandOut(m_bytes, stream); });
     }
 
 private:
@@ -446,11 +414,11 @@ public:
         value->bstrVal = Bstr(text).Detach();
         value->vt = VT_BSTR;
     }
-    void SetObject(const wchar_t* name, const ComPtr<IUnknown>& object)
+    void SetObject(const wchar_t* name, const ComPtr<IUnknown>& object, VARTYPE type = VT_UNKNOWN)
     {
         VARIANT* const value = m_values[name].Receive();
         value->punkVal = ComPtr<IUnknown>(object).Detach();
-        value->vt = VT_UNKNOWN;
+        value->vt = type;
     }
     void SetHandle(const wchar_t* name, HANDLE handle)
     {
@@ -495,10 +463,9 @@ public:
     }
     STDMETHODIMP GetInt32(BSTR name, LONG* value) override
     {
-        return m_record.Answer("GetInt32 " + base::utility::ToUtf8(name), [&] {
-            *value = tesselType;
-            return S_OK;
-        });
+        // What a failing call leaves behind is of no interest to anybody.
+        *value = tesselType;
+        return m_record.Enter("GetInt32 " + base::utility::ToUtf8(name));
     }
     STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
     STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }

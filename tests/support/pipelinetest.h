@@ -42,6 +42,17 @@ protected:
         TicketPlatform::SetGate([this](const std::string& name) { return pipeline->record.Enter(name); });
     }
 
+    /// The names of the calls from the first of this name on, but for those about the bytes of a stream.
+    std::string CallsFrom(const std::string& first) const
+    {
+        std::string calls;
+        for (const std::string& name : pipeline->record.Names())
+        {
+            calls += !calls.empty() ? ", " + name : name == first ? name : "";
+        }
+        return calls;
+    }
+
     std::optional<Pipeline> pipeline;
 };
 } // namespace support

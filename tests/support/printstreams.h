@@ -1,6 +1,8 @@
 #pragma once
 
 #include <algorithm>
+#include <atomic>
+#include <functional>
 #include <limits>
 #include <string>
 #include <utility>
@@ -28,6 +30,9 @@ private:
     static inline std::atomic<int> s_alive{0};
 };
 
+/// Sees a stream's calls, by the method's name, and may answer a failing code in the place of one.
+using StreamGate = std::function<HRESULT(const std::string& method)>;
+
 /// A print stream over bytes in memory. Reads come in pieces of at most `longestRead` bytes.
 class MemoryReadStream final : public base::utility::ComObject<IPrintReadStream>,
                                LifeCounted<MemoryReadStream>
@@ -40,9 +45,10 @@ public:
     STDMETHODIMP Seek(LONGLONG move, DWORD origin, ULONGLONG* newPosition) override
     {
         ++seeks;
-        if (FAILED(seekResult) && origin >= failingOrigin)
+        const HRESULT own = origin >= failingOrigin ? seekResult : S_OK;
+        if (const HRESULT hr = gate ? gate("Seek") : own; FAILED(hr))
         {
-            return seekResult;
+            return hr;
         }
         const LONGLONG bases[] = {0, position, static_cast<LONGLONG>(m_bytes.size())};
         position = bases[origin] + move;
@@ -53,9 +59,9 @@ public:
     STDMETHODIMP ReadBytes(void* buffer, ULONG requested, ULONG* read, BOOL* endOfFile) override
     {
         ++reads;
-        if (FAILED(readResult))
+        if (const HRESULT hr = gate ? gate("ReadBytes") : readResult; FAILED(hr))
         {
-            return readResult;
+            return hr;
         }
         const auto start = std::min(static_cast<std::size_t>(position), m_bytes.size());
         const std::size_t count = std::min({m_bytes.size() - start, std::size_t{requested}, longestRead});
@@ -73,6 +79,7 @@ public:
     HRESULT seekResult = S_OK;
     DWORD failingOrigin = STREAM_SEEK_SET;
     HRESULT readResult = S_OK;
+    StreamGate gate;
 
 private:
     std::string m_bytes;
@@ -88,17 +95,29 @@ public:
 
     STDMETHODIMP WriteBytes(const void* buffer, ULONG count, ULONG* written) override
     {
+        if (const HRESULT hr = gate ? gate("WriteBytes") : S_OK; FAILED(hr))
+        {
+            return hr;
+        }
         const ULONG taken = std::min(FAILED(writeResult) ? takenOnFailure : longestWrite, count);
         bytes.append(static_cast<const char*>(buffer), taken);
         *written = taken;
         return writeResult;
     }
-    STDMETHODIMP_(void) Close() override { ++closes; }
+    STDMETHODIMP_(void) Close() override
+    {
+        ++closes;
+        if (gate)
+        {
+            static_cast<void>(gate("Close"));
+        }
+    }
 
     std::string bytes;
     HRESULT writeResult = S_OK;
     ULONG takenOnFailure = 0;
     ULONG longestWrite = std::numeric_limits<ULONG>::max();
     int closes = 0;
+    StreamGate gate;
 };
 } // namespace support

@@ -15,37 +15,9 @@ using base::utility::FromUtf8;
 using base::utility::Variant;
 using base::xml::XmlUtility::CreateDocument;
 
-std::string TicketText(const std::string& content)
-{
-    return R"(<?xml version="1.0" encoding="UTF-8"?><psf:PrintTicket version="1")"
-           R"( xmlns:psf="http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework")"
-           R"( xmlns:psk="http://schemas.microsoft.com/windows/2003/08/printing/printschemakeywords")"
-           R"( xmlns:xsi="http://www.w3.org/2001/XMLSchema-instance")"
-           R"( xmlns:xsd="http://www.w3.org/2001/XMLSchema")"
-           R"( xmlns:ns0000="http://schemas.quellmark.example/printing/2005/08/printticket">)" +
-           content + "</psf:PrintTicket>";
-}
-
-std::string FeatureText(const std::string& name, const std::string& option, const std::string& content)
-{
-    return "<psf:Feature name=\"" + name + "\"><psf:Option name=\"" + option + "\">" + content +
-           "</psf:Option></psf:Feature>";
-}
-
-std::string IntegerText(const std::string& element, const std::string& name, int value)
-{
-    return "<psf:" + element + " name=\"" + name + "\"><psf:Value xsi:type=\"xsd:integer\">" +
-           std::to_string(value) + "</psf:Value></psf:" + element + ">";
-}
-
 DomDocument LoadDocument(const std::string& markup)
 {
     return base::xml::XmlUtility::LoadDocumentFromString(FromUtf8(markup));
-}
-
-DomDocument LoadDataFile(const std::string& name)
-{
-    return base::xml::XmlUtility::LoadDocumentFromFile(FromUtf8(TEST_DATA_PATH "/" + name));
 }
 
 TicketFacts::TicketFacts(IXMLDOMDocument2* document) : m_document(CreateDocument())

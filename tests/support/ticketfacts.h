@@ -9,19 +9,7 @@ namespace support
 {
 using DomDocument = base::utility::ComPtr<IXMLDOMDocument2>;
 
-/// A ticket with `content` below its root, which declares psf, psk, xsi, xsd and, for the driver, ns0000.
-std::string TicketText(const std::string& content);
-
-/// A feature that selects an option, both given with their prefixes.
-std::string FeatureText(const std::string& name, const std::string& option, const std::string& content = {});
-
-/// An element with a name and an integer value; `element` is a local name of the framework.
-std::string IntegerText(const std::string& element, const std::string& name, int value);
-
 DomDocument LoadDocument(const std::string& markup);
-
-/// A file of tests/data.
-DomDocument LoadDataFile(const std::string& name);
 
 /// A document as it comes back after saving, asked with XPath. The prefix f stands for the framework.
 class TicketFacts

@@ -1,7 +1,6 @@
 #include "support/ticketplatform.h"
 
-#include <algorithm>
-#include <limits>
+#include <atomic>
 #include <mutex>
 #include <utility>
 
@@ -11,17 +10,11 @@ namespace support
 {
 namespace
 {
-struct State
-{
-    std::vector<TicketPlatform::Call> calls;
-    std::size_t failing = std::numeric_limits<std::size_t>::max();
-    HRESULT failure = E_FAIL;
-    std::function<HRESULT(const std::string&)> gate;
-    int openProviders = 0;
-};
+using Gate = std::function<HRESULT(const std::string&)>;
 
-State g_state;
-std::mutex g_mutex;
+Gate g_gate;
+std::mutex g_gateLock;
+std::atomic<int> g_openProviders{0};
 
 template <typename Function>
 Function* Offline(WORD ordinal)
@@ -31,68 +24,38 @@ Function* Offline(WORD ordinal)
         reinterpret_cast<void (*)()>(GetProcAddress(library, MAKEINTRESOURCEA(ordinal))));
 }
 
-/// Writes the call down; fails when it is to fail.
+/// Fails when the call is to fail.
 HRESULT Enter(const std::string& name)
 {
-    std::function<HRESULT(const std::string&)> gate;
+    Gate gate;
     {
-        const std::lock_guard lock(g_mutex);
-        g_state.calls.push_back({name, IsThreadImpersonating()});
-        if (g_state.calls.size() - 1 == g_state.failing)
-        {
-            return g_state.failure;
-        }
-        gate = g_state.gate;
+        const std::lock_guard lock(g_gateLock);
+        gate = g_gate;
     }
     return gate ? gate(name) : S_OK;
-}
-
-void CountProviders(int change)
-{
-    const std::lock_guard lock(g_mutex);
-    g_state.openProviders += change;
 }
 } // namespace
 
 void TicketPlatform::Reset()
 {
-    g_state = {};
+    SetGate({});
+    g_openProviders = 0;
 }
 
-void TicketPlatform::FailCall(std::size_t index, HRESULT result)
+void TicketPlatform::SetGate(Gate gate)
 {
-    g_state.failing = index;
-    g_state.failure = result;
-}
-
-void TicketPlatform::SetGate(std::function<HRESULT(const std::string& name)> gate)
-{
-    g_state.gate = std::move(gate);
-}
-
-const std::vector<TicketPlatform::Call>& TicketPlatform::Calls()
-{
-    return g_state.calls;
-}
-
-std::vector<std::string> TicketPlatform::CallNames()
-{
-    std::vector<std::string> names;
-    std::transform(g_state.calls.begin(),
-                   g_state.calls.end(),
-                   std::back_inserter(names),
-                   [](const Call& call) { return call.name; });
-    return names;
+    const std::lock_guard lock(g_gateLock);
+    g_gate = std::move(gate);
 }
 
 int TicketPlatform::OpenProviders()
 {
-    return g_state.openProviders;
+    return g_openProviders;
 }
 } // namespace support
 
-using support::CountProviders;
 using support::Enter;
+using support::g_openProviders;
 using support::Offline;
 
 STDAPI PTOpenProvider(PCWSTR printerName, DWORD version, HPTPROVIDER* provider)
@@ -101,7 +64,7 @@ STDAPI PTOpenProvider(PCWSTR printerName, DWORD version, HPTPROVIDER* provider)
     if (SUCCEEDED(hr))
     {
         hr = Offline<decltype(PTOpenProvider)>(2)(printerName, version, provider);
-        CountProviders(SUCCEEDED(hr) ? 1 : 0);
+        g_openProviders += SUCCEEDED(hr) ? 1 : 0;
     }
     return hr;
 }
@@ -111,7 +74,7 @@ STDAPI PTCloseProvider(HPTPROVIDER provider)
     // A close that is to fail closes all the same, as the platform's would.
     const HRESULT entered = Enter("PTCloseProvider");
     const HRESULT hr = Offline<decltype(PTCloseProvider)>(4)(provider);
-    CountProviders(SUCCEEDED(hr) ? -1 : 0);
+    g_openProviders -= SUCCEEDED(hr) ? 1 : 0;
     return FAILED(entered) ? entered : hr;
 }
 

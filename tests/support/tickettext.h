@@ -2,24 +2,31 @@
 
 #include <string>
 
-// Print tickets as text, for tests that hand them to a pipeline.
+// Print tickets as text, for tests that hand them to a pipeline. Names without a prefix are keywords.
 namespace support
 {
-inline std::string Ticket(const std::string& features)
+/// The root declares psf, psk, xsi, xsd and, for the driver's names, ns0000.
+inline std::string Ticket(const std::string& content)
 {
     return R"(<?xml version="1.0" encoding="UTF-8"?><psf:PrintTicket version="1")"
            R"( xmlns:psf="http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework")"
            R"( xmlns:psk="http://schemas.microsoft.com/windows/2003/08/printing/printschemakeywords")"
-           R"( xmlns:xsi="http://www.w3.org/2001/XMLSchema-instance" xmlns:xsd="http://www.w3.org/2001/XMLSchema">)" +
-           features + "</psf:PrintTicket>";
+           R"( xmlns:xsi="http://www.w3.org/2001/XMLSchema-instance" xmlns:xsd="http://www.w3.org/2001/XMLSchema")"
+           R"( xmlns:ns0000="http://schemas.quellmark.example/printing/2005/08/printticket">)" +
+           content + "</psf:PrintTicket>";
+}
+
+inline std::string Qualified(const std::string& name)
+{
+    return name.find(':') == std::string::npos ? "psk:" + name : name;
 }
 
 inline std::string Feature(const std::string& name,
                            const std::string& option,
                            const std::string& content = {})
 {
-    return "<psf:Feature name=\"psk:" + name + "\"><psf:Option name=\"psk:" + option + "\">" + content +
-           "</psf:Option></psf:Feature>";
+    return "<psf:Feature name=\"" + Qualified(name) + "\"><psf:Option name=\"" + Qualified(option) + "\">" +
+           content + "</psf:Option></psf:Feature>";
 }
 
 /// Lengths are in micrometres; 0 x 0 leaves the size to the option's name.
