@@ -4,9 +4,11 @@
 
 #include "base/logging/errors.h"
 #include "base/utility/bstr.h"
+#include "base/utility/utf8.h"
 #include "base/utility/variant.h"
 #include "base/xml/xmlutility.h"
 #include "base/xps/printschema/dom.h"
+#include "support/tickettext.h"
 
 namespace tests
 {
@@ -33,13 +35,8 @@ std::wstring DataPath(const std::wstring& name)
 
 Document MakeTicket(const std::wstring& content)
 {
-    return base::xml::XmlUtility::LoadDocumentFromString(
-        L"<psf:PrintTicket version='1'"
-        L" xmlns:psf='http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework'"
-        L" xmlns:psk='http://schemas.microsoft.com/windows/2003/08/printing/printschemakeywords'"
-        L" xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance' xmlns:xsd='http://www.w3.org/2001/XMLSchema'"
-        L" xmlns:ns0000='http://schemas.example.com/printing/driver'>" +
-        content + L"</psf:PrintTicket>");
+    const std::string markup = support::Ticket(base::utility::ToUtf8(content));
+    return base::xml::XmlUtility::LoadDocumentFromString(base::utility::FromUtf8(markup));
 }
 
 Document LoadTicket(const std::wstring& name)

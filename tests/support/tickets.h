@@ -13,8 +13,7 @@ using Document = base::utility::ComPtr<IXMLDOMDocument2>;
 /// A file of tests/data.
 std::wstring DataPath(const std::wstring& name);
 
-/// A ticket with `content` below its root, which declares psf, psk, xsi, xsd and, for the driver's names,
-/// ns0000.
+/// A ticket with `content` below the root of support::Ticket.
 Document MakeTicket(const std::wstring& content);
 
 Document LoadTicket(const std::wstring& name);

@@ -1,5 +1,7 @@
 #include "base/xps/printschema/printticketfunctionoption.h"
 
+#include <utility>
+
 #include <gtest/gtest.h>
 
 #include "base/xml/xmlutility.h"
@@ -29,20 +31,21 @@ TEST(PrintTicketFunctionOption, MapsIdsAndScopes)
         accessor.SetFeatureId(featureId);
         return accessor.GetScope();
     };
-    const Scope scopes[] = {Scope::Job, Scope::Document, Scope::Page};
-    for (std::int32_t id = 0; id < 3; ++id)
+    const std::pair<std::int32_t, Scope> ids[] = {
+        {-1, Scope::None}, {0, Scope::Job}, {1, Scope::Document}, {2, Scope::Page}, {3, Scope::None}};
+    for (const auto& [id, scope] : ids)
     {
-        EXPECT_EQ(scopeOf(InputBinData(), id), scopes[id]);
-        EXPECT_EQ(InputBinData().GetFeatureIdOfScope(scopes[id]), id);
+        EXPECT_EQ(scopeOf(InputBinData(), id), scope);
+        EXPECT_EQ(scopeOf(PrintableMediaSizeData(), id), scope);
         EXPECT_EQ(scopeOf(ScalingData(), id), id == 0 ? Scope::Page : Scope::None);
-        EXPECT_EQ(ScalingData().GetFeatureIdOfScope(scopes[id]), 0);
+        EXPECT_EQ(scopeOf(MediaSizeData(), id), id == 0 ? Scope::Page : Scope::None);
+        if (scope != Scope::None)
+        {
+            EXPECT_EQ(InputBinData().GetFeatureIdOfScope(scope), id);
+            EXPECT_EQ(ScalingData().GetFeatureIdOfScope(scope), 0);
+        }
     }
     EXPECT_EQ(InputBinData().GetFeatureQname(Scope::Document).localName, L"DocumentInputBin");
-    for (const std::int32_t id : {-1, 3, 1000})
-    {
-        EXPECT_EQ(scopeOf(PrintableMediaSizeData(), id), Scope::None);
-        EXPECT_EQ(scopeOf(MediaSizeData(), id), Scope::None);
-    }
     const std::string unsupported = "this scope is not supported in this feature.";
     for (const Scope scope : {Scope::None, static_cast<Scope>(4)})
     {
