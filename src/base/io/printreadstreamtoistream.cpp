@@ -8,6 +8,12 @@ STDMETHODIMP PrintReadStreamToIStream::Read(void* buffer, ULONG count, ULONG* by
     {
         return E_POINTER;
     }
+    if (count != 0)
+    {
+        // Before anything fails: MSXML in Wine 8 takes that many bytes before it looks at the result, and a
+        // failing stream may leave the count alone.
+        *bytesRead = 0;
+    }
     if (const HRESULT stamped = StampAccess(); FAILED(stamped))
     {
         return stamped;
@@ -16,9 +22,6 @@ STDMETHODIMP PrintReadStreamToIStream::Read(void* buffer, ULONG count, ULONG* by
     {
         return S_OK;
     }
-    // A failing stream may leave the count alone, and MSXML in Wine 8 takes that many bytes before it looks
-    // at the result.
-    *bytesRead = 0;
     BOOL endOfFile = FALSE;
     return m_pStream->ReadBytes(buffer, count, bytesRead, &endOfFile);
 }
