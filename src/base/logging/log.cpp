@@ -19,14 +19,23 @@ struct LocaleCloser
     void operator()(_locale_t locale) const noexcept { _free_locale(locale); }
 };
 
-_locale_t PlainLocale()
+using Locale = std::unique_ptr<_locale_t, LocaleCloser>;
+
+Locale CreatePlainLocale()
 {
-    // One for the module's life, as every thread formats with it.
-    static const std::unique_ptr<_locale_t, LocaleCloser> locale(_create_locale(LC_ALL, "C"));
+    Locale locale(_create_locale(LC_ALL, "C"));
     if (!locale)
     {
         throw std::bad_alloc();
     }
+    return locale;
+}
+
+_locale_t PlainLocale()
+{
+    // One for the module's life, as every thread formats with it. Who finds no memory for it leaves it to
+    // the next to try again.
+    static const Locale locale = CreatePlainLocale();
     return locale.get();
 }
 
