@@ -1,5 +1,6 @@
 #include "pagevalidatefilter/pagevalidatexpsfilter.h"
 
+#include <mutex>
 #include <stdexcept>
 
 #include "base/logging/errors.h"

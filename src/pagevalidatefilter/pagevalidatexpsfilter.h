@@ -1,7 +1,6 @@
 #pragma once
 
-#include <mutex>
-
+#include "base/utility/lock.h"
 #include "base/xps/filterpipeline/xpsdocumentproviderfilterbase.h"
 #include "base/xps/printschema/imageableareareader.h"
 #include "base/xps/printschema/inputbindata.h"
@@ -37,7 +36,7 @@ private:
     void CloseWriter() const;
 
     // Guards the writer alone, which a cancelling thread closes.
-    mutable std::mutex m_writerLock;
+    mutable base::utility::Lock m_writerLock;
     base::utility::ComPtr<IXpsDocumentConsumer> m_pWriter;
     base::xps::printschema::ScalingData m_scalingData;
     base::xps::printschema::InputBinData m_inputBinData;

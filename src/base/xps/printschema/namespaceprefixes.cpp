@@ -4,6 +4,8 @@
 #include <mutex>
 #include <string>
 
+#include "base/utility/lock.h"
+
 namespace base::xps::printschema
 {
 using utility::Bstr;
@@ -14,7 +16,7 @@ namespace
 /// it: a driver has one, so that there are few.
 struct Prefixes
 {
-    std::mutex mutex;
+    utility::Lock lock;
     std::map<std::wstring, Bstr> known;
     Bstr none;
     // Null while the driver names none: the fallback stands in for it.
@@ -39,28 +41,28 @@ void SetPrivatePrefix(const wchar_t* prefix)
 {
     const std::wstring text = prefix == nullptr ? L"" : prefix;
     Prefixes& prefixes = Shared();
-    const std::lock_guard lock(prefixes.mutex);
+    const std::lock_guard guard(prefixes.lock);
     prefixes.privatePrefix = text.empty() ? nullptr : prefixes.Keep(text + L':');
 }
 
 void ProvideFallbackPrefixes()
 {
     Prefixes& prefixes = Shared();
-    const std::lock_guard lock(prefixes.mutex);
+    const std::lock_guard guard(prefixes.lock);
     prefixes.fallbackPrefix = prefixes.Keep(L"ns0000:");
 }
 
 const Bstr& GetPrivatePrefix()
 {
     Prefixes& prefixes = Shared();
-    const std::lock_guard lock(prefixes.mutex);
+    const std::lock_guard guard(prefixes.lock);
     return prefixes.privatePrefix != nullptr ? *prefixes.privatePrefix : *prefixes.fallbackPrefix;
 }
 
 const Bstr& GetFallbackPrefix()
 {
     Prefixes& prefixes = Shared();
-    const std::lock_guard lock(prefixes.mutex);
+    const std::lock_guard guard(prefixes.lock);
     return *prefixes.fallbackPrefix;
 }
 } // namespace base::xps::printschema
