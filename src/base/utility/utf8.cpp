@@ -18,6 +18,14 @@ int CheckedLength(std::size_t length)
     }
     return static_cast<int>(length);
 }
+// Malformed text is converted too, with replacement characters: nothing comes of a failure only.
+void RequireConverted(int count)
+{
+    if (count == 0)
+    {
+        exception::ThrowIfFailed(HRESULT_FROM_WIN32(GetLastError()));
+    }
+}
 } // namespace
 
 int WideToMultiByte(const wchar_t* text, char* buffer, int size)
@@ -35,7 +43,8 @@ std::string ToUtf8(const std::wstring& text)
     constexpr std::size_t bytesPerUnit = 3;
     std::string result(text.size() * bytesPerUnit + 1, '\0');
     const int written = WideToMultiByte(text.c_str(), result.data(), CheckedLength(result.size()));
-    result.resize(written > 0 ? static_cast<std::size_t>(written) - 1 : 0);
+    RequireConverted(written);
+    result.resize(static_cast<std::size_t>(written) - 1);
     return result;
 }
 
@@ -48,6 +57,7 @@ std::wstring FromUtf8(std::string_view text)
     std::wstring result(text.size(), L'\0');
     const int length = CheckedLength(text.size());
     const int written = MultiByteToWideChar(CP_UTF8, 0, text.data(), length, result.data(), length);
+    RequireConverted(written);
     result.resize(static_cast<std::size_t>(written));
     return result;
 }

@@ -10,9 +10,10 @@ namespace base::utility
 /// std::invalid_argument for null text.
 int WideToMultiByte(const wchar_t* text, char* buffer, int size);
 
-/// The UTF-8 form of text without embedded nulls. Throws std::length_error beyond 2 GB.
+/// The UTF-8 form of text without embedded nulls. Throws std::length_error beyond 2 GB, HresultError when the
+/// system does not convert.
 std::string ToUtf8(const std::wstring& text);
 
-/// The wide form of UTF-8 text; malformed bytes become the replacement character.
+/// The wide form of UTF-8 text; malformed bytes become the replacement character. Throws as ToUtf8 does.
 std::wstring FromUtf8(std::string_view text);
 } // namespace base::utility
