@@ -133,7 +133,8 @@ void AppendClone(IXMLDOMNode* parent, IXMLDOMNode* original, const NamespaceDecl
 {
     ComPtr<IXMLDOMNode> clone;
     ThrowIfFailed(original->cloneNode(VARIANT_TRUE, clone.Receive()));
-    const auto element = clone.TryQuery<IXMLDOMElement>();
+    ComPtr<IXMLDOMElement> element;
+    ThrowIfFailed(clone->QueryInterface(__uuidof(IXMLDOMElement), element.ReceiveUntyped()));
     // Before the clone has a parent: a prefix that is in scope cannot be declared anew.
     for (const auto& [name, uri] : conflicting)
     {

@@ -40,7 +40,9 @@ bool IsDefaultNamespace(IXMLDOMNode* element, std::wstring_view uri)
 
 bool AreEqual(const Bstr& left, const Bstr& right)
 {
-    return left.Compare(right.Get()) == static_cast<HRESULT>(VARCMP_EQ);
+    const HRESULT compared = left.Compare(right.Get());
+    ThrowIfFailed(compared);
+    return compared == static_cast<HRESULT>(VARCMP_EQ);
 }
 
 bool ReadAttribute(IXMLDOMNode* node, const wchar_t* name, Bstr& value)

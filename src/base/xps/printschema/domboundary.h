@@ -53,6 +53,17 @@ void ClearResults(Results**... results)
     ((*results = nullptr), ...);
 }
 
+/// For steps that put up with failing: whether one has succeeded. Want of memory says nothing of the document
+/// and is raised.
+inline bool HasSucceeded(HRESULT hr)
+{
+    if (hr == E_OUTOFMEMORY)
+    {
+        exception::ThrowIfFailed(hr);
+    }
+    return SUCCEEDED(hr);
+}
+
 inline bool IsEmpty(const wchar_t* text) noexcept
 {
     return text == nullptr || *text == L'\0';

@@ -78,7 +78,8 @@ ImageableArea ImageableAreaReader::Read(const MediaSizeEntry& media)
 
 ImageableArea ImageableAreaReader::Ask(IXMLDOMDocument2* ticket, MediaSize sheet)
 {
-    ImageableArea area{0, 0, sheet.widthMicrometres, sheet.heightMicrometres};
+    const ImageableArea wholeSheet{0, 0, sheet.widthMicrometres, sheet.heightMicrometres};
+    ImageableArea area;
     const HRESULT asked = exception::AtBoundary([&] {
         ComPtr<IXMLDOMDocument2> document;
         ThrowIfFailed(m_provider.GetCapabilities(ticket, document.Receive()));
@@ -89,11 +90,6 @@ ImageableArea ImageableAreaReader::Ask(IXMLDOMDocument2* ticket, MediaSize sheet
                 ReadNumber(capabilities, L"ExtentHeight")};
         return S_OK;
     });
-    // Every other failure leaves the whole sheet.
-    if (asked == E_OUTOFMEMORY)
-    {
-        ThrowIfFailed(asked);
-    }
-    return area;
+    return HasSucceeded(asked) ? area : wholeSheet;
 }
 } // namespace base::xps::printschema

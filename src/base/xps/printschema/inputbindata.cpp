@@ -42,7 +42,7 @@ void InputBinData::ReadParameters(PrintSchemaHandler handler, const Qname& featu
                                                 feature.namespaceId,
                                                 NamespaceId::Keywords,
                                                 NamespaceId::Keywords);
-    if (SUCCEEDED(hr))
+    if (HasSucceeded(hr))
     {
         SetFeedDirection(value.Get());
     }

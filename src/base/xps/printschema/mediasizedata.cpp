@@ -19,12 +19,12 @@ bool ReadLength(const PrintSchemaHandler& handler,
                 const wchar_t* property,
                 std::int32_t& micrometres)
 {
-    return SUCCEEDED(handler.GetScoredPropertyInteger(feature.localName.c_str(),
-                                                      property,
-                                                      &micrometres,
-                                                      feature.namespaceId,
-                                                      NamespaceId::Keywords,
-                                                      NamespaceId::Keywords));
+    return HasSucceeded(handler.GetScoredPropertyInteger(feature.localName.c_str(),
+                                                         property,
+                                                         &micrometres,
+                                                         feature.namespaceId,
+                                                         NamespaceId::Keywords,
+                                                         NamespaceId::Keywords));
 }
 
 void WriteLength(const PrintSchemaHandler& handler,

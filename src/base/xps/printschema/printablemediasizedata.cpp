@@ -14,12 +14,12 @@ bool ReadLength(const PrintSchemaHandler& handler,
                 const wchar_t* property,
                 std::int32_t& micrometres)
 {
-    return SUCCEEDED(handler.GetPropertyInteger(feature.localName.c_str(),
-                                                property,
-                                                &micrometres,
-                                                feature.namespaceId,
-                                                NamespaceId::Private,
-                                                NamespaceId::Private));
+    return HasSucceeded(handler.GetPropertyInteger(feature.localName.c_str(),
+                                                   property,
+                                                   &micrometres,
+                                                   feature.namespaceId,
+                                                   NamespaceId::Private,
+                                                   NamespaceId::Private));
 }
 
 MediaSize ReadLimit(const PrintSchemaHandler& handler,

@@ -93,7 +93,7 @@ void PrintTicketFunctionOption::Remove(PrintSchemaHandler handler) const
 {
     for (const Qname& name : GetFeatureSchema().GetQnames())
     {
-        if (FAILED(handler.RemoveFeature(name.localName.c_str(), name.namespaceId)))
+        if (!HasSucceeded(handler.RemoveFeature(name.localName.c_str(), name.namespaceId)))
         {
             return;
         }
