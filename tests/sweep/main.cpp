@@ -1,0 +1,258 @@
+#include <atomic>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cwchar>
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <vector>
+
+#include "sweep/expectations.h"
+#include "sweep/job.h"
+
+// Runs a print job in the module once for each call that the module makes to the outside and for each piece
+// of memory that it asks for, with that one failing, and checks what becomes of it.
+namespace
+{
+using sweep::Outcome;
+using sweep::Watch;
+
+// A prime number, so that the sample does not keep step with what repeats.
+constexpr std::size_t kSampleStep = 499;
+/// The sample takes all of as many points of one kind.
+constexpr std::size_t kSmallKind = 8;
+/// So many of the points of memory are run a second time, with no memory from there on.
+constexpr std::size_t kForGoodStep = 5;
+
+struct Options
+{
+    std::size_t point = 0;
+    bool isForGood = false;
+    bool isSample = false;
+    // Every so many points, from this one on.
+    std::size_t first = 1;
+    std::size_t step = 1;
+};
+
+// As the loader reports modules; MinGW declares nothing of it.
+struct LoaderText
+{
+    USHORT byteLength;
+    USHORT byteCapacity;
+    const wchar_t* text;
+};
+struct LoaderNotification
+{
+    ULONG flags;
+    const LoaderText* path;
+    const LoaderText* name;
+    HMODULE module;
+    ULONG size;
+};
+
+void CALLBACK OnModule(ULONG reason, const LoaderNotification* notification, void*)
+{
+    constexpr ULONG loaded = 1;
+    if (reason == loaded && std::wcscmp(notification->name->text, L"pagevalidatefilter.dll") == 0)
+    {
+        Watch::Get().Follow(notification->module, notification->size);
+    }
+}
+
+extern "C" LONG NTAPI LdrRegisterDllNotification(ULONG flags,
+                                                 decltype(OnModule)* callback,
+                                                 void* context,
+                                                 void** registration);
+
+std::atomic<std::size_t> g_run{0};
+std::atomic<std::size_t> g_point{0};
+
+void PrintStack()
+{
+    std::printf("    addr2line -fCe pagevalidatefilter.dll");
+    for (const std::uintptr_t place : Watch::Get().FailingStack())
+    {
+        std::printf(" %llx", static_cast<unsigned long long>(place));
+    }
+    std::printf("\n");
+    std::fflush(stdout);
+}
+
+[[noreturn]] void Die(const char* how)
+{
+    std::printf("point %zu %s\n", g_point.load(), how);
+    PrintStack();
+    ExitProcess(2);
+}
+
+/// Ends the program when one job takes longer than any can.
+void WatchForHanging()
+{
+    for (std::size_t seen = 0;; seen = g_run)
+    {
+        std::this_thread::sleep_for(std::chrono::seconds(60));
+        if (seen == g_run)
+        {
+            Die("hangs");
+        }
+    }
+}
+
+Outcome Run(const sweep::Fault& fault)
+{
+    ++g_run;
+    g_point = fault.point;
+    return sweep::RunJob(fault);
+}
+
+/// True when the job comes to the end that it has to come to.
+bool RunPoint(std::size_t number, bool isForGood, const Outcome& good)
+{
+    const Watch::Point& point = good.points[number - 1];
+    const auto faults = sweep::Judge(Run({number, isForGood}), good, point);
+    if (!faults.empty())
+    {
+        std::printf("point %zu%s, %s%s:\n",
+                    number,
+                    isForGood ? " for good" : "",
+                    point.Name().c_str(),
+                    point.isAgain ? ", called again" : "");
+        for (const std::string& fault : faults)
+        {
+            std::printf("    %s\n", fault.c_str());
+        }
+        PrintStack();
+    }
+    return faults.empty();
+}
+
+/// The points by what they are of.
+void PrintKinds(const Outcome& good)
+{
+    std::map<std::string, int> kinds;
+    for (const Watch::Point& point : good.points)
+    {
+        ++kinds[point.owner == nullptr ? point.function->name : point.owner];
+    }
+    for (const auto& [kind, count] : kinds)
+    {
+        std::printf("%7d %s\n", count, kind.c_str());
+    }
+}
+
+/// Points of one kind have the same expected outcome.
+std::string KindOf(const Watch::Point& point)
+{
+    return point.Name() + ' ' + point.stage + (point.isAgain ? " again" : "");
+}
+
+/// Gives the number of failing runs.
+int Sweep(const Options& options, const Outcome& good)
+{
+    int failing = 0;
+    int runs = 0;
+    std::map<std::string, std::size_t> sizes;
+    for (const Watch::Point& point : good.points)
+    {
+        ++sizes[KindOf(point)];
+    }
+    std::set<std::string> seen;
+    std::set<const sweep::Exception*> met;
+    for (std::size_t number = options.first; number <= good.points.size(); number += options.step)
+    {
+        const Watch::Point& point = good.points[number - 1];
+        const std::string kind = KindOf(point);
+        const bool isNew = seen.insert(kind).second;
+        if (options.isSample && !isNew && sizes[kind] > kSmallKind && number % kSampleStep != 0)
+        {
+            continue;
+        }
+        met.insert(sweep::FindException(point));
+        failing += RunPoint(number, false, good) ? 0 : 1;
+        ++runs;
+        if (point.function->failing == sweep::Failing::NoMemory && number % kForGoodStep == 0)
+        {
+            failing += RunPoint(number, true, good) ? 0 : 1;
+            ++runs;
+        }
+    }
+    for (const sweep::Exception& exception : sweep::Exceptions())
+    {
+        if (options.step == 1 && !met.contains(&exception))
+        {
+            std::printf("docs/errors.md speaks of what does not happen: %s\n", exception.row.c_str());
+            ++failing;
+        }
+    }
+    std::printf("%zu points, %d jobs, %d of them failing\n", good.points.size(), runs, failing);
+    return failing;
+}
+
+Options Parse(const std::vector<std::string_view>& arguments)
+{
+    Options options;
+    const auto number = [&](std::size_t index) {
+        return index < arguments.size() ? std::strtoul(arguments[index].data(), nullptr, 10) : 0UL;
+    };
+    for (std::size_t i = 0; i < arguments.size(); ++i)
+    {
+        options.isForGood = options.isForGood || arguments[i] == "--for-good";
+        options.isSample = options.isSample || arguments[i] == "--sample";
+        if (arguments[i] == "--point")
+        {
+            options.point = number(i + 1);
+        }
+        else if (arguments[i] == "--part")
+        {
+            options.first = number(i + 1);
+            options.step = number(i + 2);
+        }
+    }
+    return options;
+}
+} // namespace
+
+/// faultsweep                      every point
+/// faultsweep --part I N           points I, I + N and so on: for N programs at once
+/// faultsweep --sample             all points of small kinds, one of each other, and a few more
+/// faultsweep --point N [--for-good]   this point, and what it is; with no memory from there on
+int main(int argc, char** argv)
+{
+    const Options options = Parse({argv + 1, argv + argc});
+    LoadLibraryW(OFFLINE_TICKET_LIBRARY);
+    CO_MTA_USAGE_COOKIE cookie = nullptr;
+    CoIncrementMTAUsage(&cookie);
+    void* registration = nullptr;
+    LdrRegisterDllNotification(0, &OnModule, nullptr, &registration);
+    SetUnhandledExceptionFilter([](EXCEPTION_POINTERS*) -> LONG { Die("crashes"); });
+    std::thread(&WatchForHanging).detach();
+
+    // The first job makes what the system's libraries keep.
+    Run({});
+    const Outcome good = Run({});
+    if (good.result != S_OK || !good.faults.empty() || options.point > good.points.size())
+    {
+        std::printf("without a failure:\n");
+        for (const std::string& fault : good.faults)
+        {
+            std::printf("    %s\n", fault.c_str());
+        }
+        return 1;
+    }
+    if (options.point != 0)
+    {
+        const Watch::Point& point = good.points[options.point - 1];
+        const bool holds = RunPoint(options.point, options.isForGood, good);
+        std::printf("%s%s: %s\n",
+                    point.Name().c_str(),
+                    point.isAgain ? ", called again" : "",
+                    holds ? "holds" : "fails");
+        PrintStack();
+        return holds ? 0 : 1;
+    }
+    PrintKinds(good);
+    return Sweep(options, good) == 0 ? 0 : 1;
+}
