@@ -5,7 +5,6 @@
 #include <chrono>
 #include <cstddef>
 #include <future>
-#include <iterator>
 #include <set>
 #include <stdexcept>
 #include <string>
@@ -165,80 +164,6 @@ TEST_F(PageValidateXpsFilterTest, DoesNotSendAPageThatCannotBeTurned)
     EXPECT_EQ(pipeline->record.Count("Close page"), 1);
     EXPECT_EQ(pipeline->record.Count("SendFixedPage page"), 0);
     EXPECT_EQ(pipeline->record.Count("SendFixedPage next page"), 0);
-}
-
-/// What StartOperation answers when one call of a whole job fails with a code of its own.
-HRESULT ResultOfFailing(const std::vector<support::PipelineRecord::Call>& calls,
-                        std::size_t index,
-                        HRESULT own)
-{
-    const std::string& name = calls[index].name;
-    const auto isCalledBefore = [&] {
-        return std::any_of(calls.begin(),
-                           calls.begin() + static_cast<std::ptrdiff_t>(index),
-                           [&](const auto& call) { return call.name == name; });
-    };
-    // What the driver does not tell has a default, a printer without capabilities prints on the whole sheet,
-    // and closing the tickets does not count.
-    const char* const absorbed[] = {"GetProperty DriverPropertyBag",
-                                    "GetString QuellmarkNsPrefix",
-                                    "GetInt32 QuellmarkTesselType",
-                                    "PTGetPrintCapabilities",
-                                    "PTCloseProvider"};
-    if (!calls[index].canFail ||
-        std::find(std::begin(absorbed), std::end(absorbed), name) != std::end(absorbed))
-    {
-        return S_OK;
-    }
-    // Asked by the validator for a ticket to replace, the page counts as one without.
-    if (name == "GetPrintTicket page" && isCalledBefore())
-    {
-        return S_OK;
-    }
-    // A ticket loads or it does not; reading on behind its end cannot hurt any more.
-    if (name.starts_with("ReadBytes") && name.ends_with("ticket"))
-    {
-        return calls[index - 1].name == name ? S_OK : E_FAIL;
-    }
-    // A standard stream knows only that it has failed.
-    return name == "WriteBytes page" ? E_FAIL : own;
-}
-
-TEST_F(PageValidateXpsFilterTest, CleansUpAfterWhicheverCallFails)
-{
-    AddWholeJob();
-    ASSERT_EQ(Start(), S_OK);
-    const auto calls = pipeline->record.Calls();
-    const auto indexOf = [&](const std::string& name) {
-        const auto isNamed = [&](const auto& call) { return call.name == name; };
-        return static_cast<std::size_t>(std::find_if(calls.begin(), calls.end(), isNamed) - calls.begin());
-    };
-    ASSERT_LT(indexOf("SendFixedPage page"), calls.size());
-    const HRESULT failure = HRESULT_FROM_WIN32(ERROR_DISK_FULL);
-    for (std::size_t index = 0; index < calls.size(); ++index)
-    {
-        SCOPED_TRACE(std::to_string(index) + " " + calls[index].name);
-        pipeline.reset();
-        ASSERT_EQ(Pipeline::CountObjects(), 0);
-        Renew();
-        AddWholeJob();
-        pipeline->record.FailCall(index, failure);
-        const HRESULT hr = Start();
-        EXPECT_EQ(hr, ResultOfFailing(calls, index, failure));
-
-        // The failure of the last step is nobody's to report.
-        const bool isReported = FAILED(hr) && calls[index].name != "CloseSender";
-        EXPECT_EQ(pipeline->control->reasons, std::vector<HRESULT>(isReported ? 1 : 0, hr));
-        EXPECT_EQ(pipeline->record.Count("CloseSender"), calls[index].name == "RequestWriter" ? 0 : 1);
-        EXPECT_EQ(pipeline->record.Count("SendFixedPage page"),
-                  FAILED(hr) && index < indexOf("SendFixedPage page") ? 0 : 1);
-        for (const auto& stream : pipeline->record.writeStreams)
-        {
-            EXPECT_EQ(stream->closes, 1);
-        }
-        EXPECT_EQ(support::TicketPlatform::OpenProviders(), 0);
-        EXPECT_FALSE(support::IsThreadImpersonating());
-    }
 }
 
 TEST_F(PageValidateXpsFilterTest, ActsInTheUsersNameOnlyForTheTickets)

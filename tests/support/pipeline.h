@@ -3,7 +3,6 @@
 #include <atomic>
 #include <deque>
 #include <functional>
-#include <limits>
 #include <map>
 #include <mutex>
 #include <string>
@@ -40,18 +39,10 @@ public:
     {
         /// The method, with the name of the object behind it where there are several.
         std::string name;
-        /// False for methods without a result.
-        bool canFail;
         bool isImpersonating;
     };
 
-    /// Lets the call of this index, or every call of this name, answer `result` in place of being carried
-    /// out.
-    void FailCall(std::size_t index, HRESULT result)
-    {
-        m_failingIndex = index;
-        m_failure = result;
-    }
+    /// Lets every call of this name answer `result` in place of being carried out.
     void FailCall(std::string name, HRESULT result)
     {
         m_failingName = std::move(name);
@@ -59,12 +50,11 @@ public:
     }
 
     /// Writes a call down. Fails when it is to fail.
-    HRESULT Enter(const std::string& name, bool canFail = true)
+    HRESULT Enter(const std::string& name)
     {
         const std::lock_guard lock(m_mutex);
-        m_calls.push_back({name, canFail, IsThreadImpersonating()});
-        const bool fails = m_calls.size() - 1 == m_failingIndex || name == m_failingName;
-        return fails && canFail ? m_failure : S_OK;
+        m_calls.push_back({name, IsThreadImpersonating()});
+        return name == m_failingName ? m_failure : S_OK;
     }
     template <typename Method>
     HRESULT Answer(const std::string& name, Method&& method)
@@ -108,7 +98,6 @@ public:
 private:
     mutable std::mutex m_mutex;
     std::vector<Call> m_calls;
-    std::size_t m_failingIndex = std::numeric_limits<std::size_t>::max();
     std::string m_failingName;
     HRESULT m_failure = E_FAIL;
 };

@@ -146,27 +146,11 @@ TEST_F(PartLoop, CompletesTheTicketOfEveryKindByTheOneOfTheDriver)
     }
 }
 
-TEST_F(PartLoop, StopsAtAFailureOfTheProviderOrOfATicket)
-{
-    for (const char* failing : {"GetXpsPart", "GetPrintTicket page", "PTMergeAndValidatePrintTicket 0"})
-    {
-        SCOPED_TRACE(failing);
-        Renew();
-        pipeline->Add<support::PagePart>("page", "");
-        pipeline->record.FailCall(failing, STG_E_READFAULT);
-        EXPECT_EQ(Start(), STG_E_READFAULT);
-        EXPECT_EQ(pipeline->record.Count("OnFixedPage"), 0);
-        EXPECT_EQ(pipeline->record.Names().back(), "RequestShutdown");
-    }
-}
-
 TEST_F(PartLoop, DoesNotStartWithoutWhatTheTicketsAreOpenedWith)
 {
     const HRESULT noHandle = HRESULT_FROM_WIN32(ERROR_INVALID_HANDLE);
     const wchar_t* const ticket = L"PerUserPrintTicket";
     const std::pair<std::function<void(Pipeline&)>, HRESULT> cases[] = {
-        {[](Pipeline& given) { given.record.FailCall("GetProperty PrinterName", E_ABORT); }, E_ABORT},
-        {[](Pipeline& given) { given.record.FailCall("GetProperty UserSecurityToken", E_ABORT); }, E_ABORT},
         {[&](Pipeline& given) { given.bag->SetText(ticket, L"ticket"); }, E_NOINTERFACE},
         {[&](Pipeline& given) { given.bag->SetObject(ticket, {}); }, E_NOINTERFACE},
         {[&](Pipeline& given) { given.bag->SetObject(ticket, ComPtr<IUnknown>(given.control.Get())); },
@@ -195,12 +179,6 @@ TEST_F(PartLoop, NeedsAReader)
     EXPECT_EQ(support::MessageOf<std::logic_error>([&] { filter->RunOperation(); }),
               "m_pReader could not get.");
     EXPECT_EQ(filter->StartOperation(), E_FAIL);
-}
-
-TEST_F(PartLoop, DoesNotLetTheCloseOfTheTicketsHideTheOutcome)
-{
-    pipeline->record.FailCall("PTCloseProvider", E_ABORT);
-    EXPECT_EQ(Start(), S_OK);
 }
 } // namespace
 } // namespace base::xps::filterpipeline

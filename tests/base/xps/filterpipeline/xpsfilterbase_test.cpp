@@ -66,7 +66,7 @@ protected:
 private:
     void Step(const char* name, const std::function<void()>& act)
     {
-        m_record.Enter(name, false);
+        m_record.Enter(name);
         act();
     }
 
