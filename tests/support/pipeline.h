@@ -124,9 +124,7 @@ template <typename Stream, typename... Arguments>
 ComPtr<Stream> MakeRecorded(PipelineRecord& record, const std::string& name, Arguments&&... arguments)
 {
     auto stream = MakeCom<Stream>(std::forward<Arguments>(arguments)...);
-    stream->gate = [&record, name](const std::string& method) {
-        return record.Enter(method + " " + name, method != "Close");
-    };
+    stream->gate = [&record, name](const std::string& method) { return record.Enter(method + " " + name); };
     return stream;
 }
 
