@@ -176,6 +176,7 @@ TEST_F(PrintSchemaHandlerTest, ChecksItsArgumentsInOrder)
         {"GetAttributeText node", h.GetAttributeText(nullptr, L"", text.Receive()), E_POINTER},
         {"GetAttributeText out", h.GetAttributeText(document.Get(), L"", nullptr), E_POINTER},
         {"GetAttributeText name", h.GetAttributeText(document.Get(), L"", text.Receive()), E_INVALIDARG},
+        {"GetAttributeText nothing", h.GetAttributeText(document.Get(), L"a", text.Receive()), S_FALSE},
         {"GetOptionName out", h.GetOptionName(L"", nullptr, k, k), E_POINTER},
         {"GetOptionName name", h.GetOptionName(L"", text.Receive(), k, k), E_INVALIDARG},
         {"FindFirstOption out", h.FindFirstOption({}, {}, nullptr, nullptr), E_POINTER},
