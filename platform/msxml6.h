@@ -2,7 +2,11 @@
 
 #include "platform/win32.h"
 
+#ifdef _MSC_VER
+#include <msxml6.h>
+#else
 #include <msxml2.h>
+#endif
 
 // What MinGW leaves out of its MSXML header: the interface ids as __uuidof sees them, and the class
 // ids of version 6.
