@@ -7,6 +7,7 @@
 #include "base/utility/bstr.h"
 #include "base/xps/printschema/mediasizedata.h"
 #include "support/failures.h"
+#include "support/heap.h"
 #include "support/printstreams.h"
 #include "support/table.h"
 #include "support/ticketfacts.h"
@@ -97,6 +98,21 @@ TEST(ImageableAreaReader, AsksOnceForTheSameTicketAndLeavesThePagesAlone)
         reader.Read(sheet);
     }
     EXPECT_EQ(askedFor(kLetter), 3 + 64 + 1);
+}
+
+// Every page that was refitted used to leave two copies of its ticket behind.
+TEST(ImageableAreaReader, KeepsNoCopy)
+{
+    CannedProvider provider;
+    ImageableAreaReader reader(provider);
+    reader.Read(kA4);
+    const std::size_t before = tests::CountHeapBlocks();
+    constexpr std::size_t reads = 50;
+    for (std::size_t read = 0; read < reads; ++read)
+    {
+        reader.Read(kA4);
+    }
+    EXPECT_LT(tests::CountHeapBlocks(), before + reads / 2);
 }
 
 TEST(ImageableAreaReader, FailsWithoutMemoryOrPageTicket)
