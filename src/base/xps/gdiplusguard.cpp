@@ -1,32 +1,35 @@
 #include "base/xps/gdiplusguard.h"
 
 #include <atomic>
+#include <mutex>
 
 namespace base::xps
 {
 namespace
 {
+// A user that is not the first waits until GDI+ has started, and a first one until it has shut down: the
+// count alone would let the one compute without GDI+ and have the other's start shut down again.
+std::mutex g_lock;
 std::atomic<std::uint32_t> g_userCount{0};
-std::atomic<ULONG_PTR> g_token{0};
+ULONG_PTR g_token = 0;
 std::atomic<Gdiplus::Status> g_startupStatus{Gdiplus::GdiplusNotInitialized};
 } // namespace
 
-GdiplusGuard::GdiplusGuard() noexcept
+GdiplusGuard::GdiplusGuard()
 {
+    const std::lock_guard lock(g_lock);
     if (++g_userCount != 1)
     {
         return;
     }
     // Version 1, no debug callback, neither the background thread nor the codecs suppressed.
     const Gdiplus::GdiplusStartupInput input(nullptr, FALSE, FALSE);
-    ULONG_PTR token = 0;
-    const Gdiplus::Status status = Gdiplus::GdiplusStartup(&token, &input, nullptr);
-    g_token = token;
-    g_startupStatus = status;
+    g_startupStatus = Gdiplus::GdiplusStartup(&g_token, &input, nullptr);
 }
 
 GdiplusGuard::~GdiplusGuard()
 {
+    const std::lock_guard lock(g_lock);
     if (--g_userCount != 0)
     {
         return;

@@ -9,11 +9,11 @@ namespace base::xps
 /// Keeps GDI+ started for as long as any guard of the process lives. The status of the start is kept and not
 /// examined: where GDI+ did not start, the statuses of the matrices tell.
 ///
-/// The count of guards is changed atomically; start and shutdown themselves do not wait for each other.
+/// Guards may come and go on any thread: each finds GDI+ started, or failed to start.
 class GdiplusGuard
 {
 public:
-    GdiplusGuard() noexcept;
+    GdiplusGuard();
     GdiplusGuard(const GdiplusGuard&) = delete;
     GdiplusGuard& operator=(const GdiplusGuard&) = delete;
     ~GdiplusGuard();
