@@ -13,8 +13,9 @@
 namespace pagevalidatefilter
 {
 /// The module's filter: passes every part on in order, and makes each fixed page agree with its print ticket
-/// on the way.
-class PageValidateXpsFilter final : public base::xps::filterpipeline::XpsDocumentProviderFilterBase
+/// on the way. It keeps the module loaded until all else of it is gone, hence the order of its bases.
+class PageValidateXpsFilter final : ModuleReference,
+                                    public base::xps::filterpipeline::XpsDocumentProviderFilterBase
 {
 public:
     PageValidateXpsFilter();
@@ -44,6 +45,5 @@ private:
     base::xps::printschema::PageOrientationData m_orientationData;
     base::xps::printschema::PrintableMediaSizeData m_printableMediaSizeData;
     base::xps::printschema::ImageableAreaReader m_imageableAreas;
-    ModuleReference m_moduleReference;
 };
 } // namespace pagevalidatefilter

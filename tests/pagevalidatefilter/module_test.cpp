@@ -88,6 +88,33 @@ TEST_F(ModuleTest, HandsOutOneClassAndItsFilterOnly)
     EXPECT_EQ(factory->Release(), 2U);
 }
 
+/// Takes note, as it goes, of whether the module says that it may be unloaded.
+class LastWitness final : public base::utility::ComObject<IPrintPipelineManagerControl>
+{
+public:
+    explicit LastWitness(HRESULT& seen) : m_seen(seen) {}
+    ~LastWitness() override { m_seen = Module::Get().canUnloadNow(); }
+    STDMETHODIMP RequestShutdown(HRESULT, IImgErrorInfo*) override { return S_OK; }
+    STDMETHODIMP FilterFinished() override { return S_OK; }
+
+private:
+    HRESULT& m_seen;
+};
+
+TEST_F(ModuleTest, StaysUntilAFilterHasLetGoOfEverything)
+{
+    HRESULT seen = E_PENDING;
+    ComPtr<IPrintPipelineFilter> filter;
+    ASSERT_EQ(GetFactory()->CreateInstance(nullptr, __uuidof(IPrintPipelineFilter), filter.ReceiveUntyped()),
+              S_OK);
+    ASSERT_EQ(filter->InitializeFilter(pipeline->communicator.Get(),
+                                       pipeline->bag.Get(),
+                                       base::utility::MakeCom<LastWitness>(seen).Get()),
+              S_OK);
+    filter = {};
+    EXPECT_EQ(seen, S_FALSE);
+}
+
 TEST_F(ModuleTest, StaysWhileAFactoryOrAFilterIsAliveAndRunsAJobWithTheTicketLibraryThatIsLoaded)
 {
     auto factory = GetFactory();
