@@ -3,19 +3,21 @@
 #include <atomic>
 #include <mutex>
 
+#include "base/utility/lock.h"
+
 namespace base::xps
 {
 namespace
 {
 // A user that is not the first waits until GDI+ has started, and a first one until it has shut down: the
 // count alone would let the one compute without GDI+ and have the other's start shut down again.
-std::mutex g_lock;
+utility::Lock g_lock;
 std::atomic<std::uint32_t> g_userCount{0};
 ULONG_PTR g_token = 0;
 std::atomic<Gdiplus::Status> g_startupStatus{Gdiplus::GdiplusNotInitialized};
 } // namespace
 
-GdiplusGuard::GdiplusGuard()
+GdiplusGuard::GdiplusGuard() noexcept
 {
     const std::lock_guard lock(g_lock);
     if (++g_userCount != 1)

@@ -13,7 +13,7 @@ namespace base::xps
 class GdiplusGuard
 {
 public:
-    GdiplusGuard();
+    GdiplusGuard() noexcept;
     GdiplusGuard(const GdiplusGuard&) = delete;
     GdiplusGuard& operator=(const GdiplusGuard&) = delete;
     ~GdiplusGuard();
