@@ -20,6 +20,12 @@ bool IsOutOfLimits(const PageReport& page)
     return !page.asked.limits.Contains(AsPrinted(page));
 }
 
+/// Whether the new ticket is about more than the turn.
+bool HasOtherSheet(const PageReport& page)
+{
+    return page.given && (page.given->media != AsPrinted(page) || page.given->scaling != page.asked.scaling);
+}
+
 std::string DescribeScaling(const tickets::SheetFacts& ticket)
 {
     if (ticket.scaling != "Custom" && ticket.scaling != "CustomSquare")
@@ -45,7 +51,7 @@ std::string ExplainFit(const PageReport& page)
 
 Decision Decide(const PageReport& page)
 {
-    const bool isRefitted = page.given.has_value() && IsOutOfLimits(page);
+    const bool isRefitted = IsOutOfLimits(page) && HasOtherSheet(page);
     if (page.isMarkupReplaced)
     {
         return isRefitted ? Decision::TurnedAndRefitted : Decision::Turned;

@@ -61,8 +61,8 @@ enum class Decision
     TurnedAndRefitted
 };
 
-/// Turned is a page whose markup was replaced, refitted one that was given a sheet within the limits that the
-/// one it asked for exceeded.
+/// Turned is a page whose markup was replaced, refitted one that was given another sheet or scaling
+/// because the sheet that it asked for lies outside the limits.
 Decision Decide(const PageReport& page);
 const char* NameOf(Decision decision);
 
