@@ -49,8 +49,9 @@ template <typename Text>
 std::string ToUtf16(const Text& text, bool isBigEndian = false)
 {
     std::string bytes;
-    for (const char16_t unit : text)
+    for (const auto character : text)
     {
+        const auto unit = static_cast<char16_t>(character);
         const char high = static_cast<char>(unit >> 8);
         const char low = static_cast<char>(unit & 0xFF);
         bytes.append({isBigEndian ? high : low, isBigEndian ? low : high});

@@ -98,12 +98,12 @@ TEST(UserTicket, NamesTheOptionThatIsAtFaultAndWhatWasTyped)
                                                      {&TicketOverrides::limits, "76x127-215x0"},
                                                      {&TicketOverrides::limits, "76x127-215x355 "},
                                                      {&TicketOverrides::limits, "76x127_215x355"}};
-    for (const auto& [option, typed] : faults)
+    for (const auto& row : faults)
     {
         const std::string fault =
-            FaultOf<std::runtime_error>([&] { static_cast<void>(MakeWith(option, typed)); });
+            FaultOf<std::runtime_error>([&] { static_cast<void>(MakeWith(row.first, row.second)); });
         EXPECT_TRUE(fault.starts_with("--")) << fault;
-        EXPECT_NE(fault.find(std::string(" ") + typed + ": is no"), std::string::npos) << fault;
+        EXPECT_NE(fault.find(std::string(" ") + row.second + ": is no"), std::string::npos) << fault;
     }
 }
 } // namespace
