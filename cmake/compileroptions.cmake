@@ -25,7 +25,12 @@ else()
                   # Messages name sources relative to the source tree; the later map is tried first.
                   -fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=
                   -fmacro-prefix-map=${PROJECT_SOURCE_DIR}/src/=)
-    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+    if(SANITIZERS)
+        # Everything that is linked, the tests' library too.
+        add_compile_options(-fsanitize=${SANITIZERS} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+        add_link_options(-fsanitize=${SANITIZERS})
+    endif()
+    if(MINGW AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
         target_link_options(project_options INTERFACE -static)
         # GCC 12 warns of overlapping copies where strings are joined, in optimised builds only; GCC 13 does not.
         target_compile_options(project_options INTERFACE $<$<CONFIG:Release>:-Wno-restrict>)
@@ -46,7 +51,7 @@ endfunction()
 # for its opinion of the sources only.
 function(add_binary name kind)
     set(sources ${ARGN})
-    if(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    if(MINGW AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
         list(FILTER sources EXCLUDE REGEX "\\.(def|rc)$")
         add_library(${name} STATIC ${sources})
     elseif(kind STREQUAL "PROGRAM")

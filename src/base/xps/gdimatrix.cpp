@@ -34,7 +34,7 @@ Gdiplus::Status GdiMatrix::Rotate(Gdiplus::REAL angleDegrees, Gdiplus::MatrixOrd
 
 Gdiplus::Status GdiMatrix::TransformPoints(std::span<Gdiplus::PointF> points) noexcept
 {
-    const auto count = static_cast<INT>(points.size());
+    const auto count = static_cast<int>(points.size());
     return Record(flat::GdipTransformMatrixPoints(m_matrix, points.data(), count));
 }
 

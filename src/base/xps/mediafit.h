@@ -1,7 +1,9 @@
 #pragma once
 
-#include "base/xps/printschema/imageableareareader.h"
-#include "base/xps/printschema/scalingdata.h"
+#include <cstdint>
+
+#include "base/xps/printschema/imageablearea.h"
+#include "base/xps/printschema/pagescale.h"
 
 namespace base::xps
 {

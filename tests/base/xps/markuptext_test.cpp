@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "base/xps/pagebox.h"
+#include "support/commalocale.h"
 #include "support/thrown.h"
 
 namespace base::xps
@@ -52,7 +53,7 @@ TEST(ToNumber, TakesTheLeadingNumberAndNothingElse)
 TEST(MarkupNumbers, KeepTheDecimalPointInEveryLocale)
 {
     const std::string previous = std::setlocale(LC_ALL, nullptr);
-    ASSERT_NE(std::setlocale(LC_ALL, "German_Germany.1252"), nullptr);
+    ASSERT_NE(std::setlocale(LC_ALL, support::kCommaLocale), nullptr);
     EXPECT_EQ(ToNumber(L"816.5"), 816.5);
     EXPECT_EQ(FormatNumber(816.5), L"816.50");
     EXPECT_EQ(ParseBox(L"0.5,0,1,1").Left, 0.5F);

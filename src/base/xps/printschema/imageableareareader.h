@@ -1,25 +1,14 @@
 #pragma once
 
-#include <cstdint>
 #include <map>
 #include <string>
 
+#include "base/xps/printschema/imageablearea.h"
 #include "base/xps/printschema/mediasizetable.h"
 #include "base/xps/printschema/printticketprovider.h"
 
 namespace base::xps::printschema
 {
-/// The part of a sheet that the printer can print on, from the sheet's top left corner.
-struct ImageableArea
-{
-    std::int32_t leftMicrometres = 0;
-    std::int32_t topMicrometres = 0;
-    std::int32_t widthMicrometres = 0;
-    std::int32_t heightMicrometres = 0;
-
-    bool operator==(const ImageableArea&) const = default;
-};
-
 /// Reads imageable areas from the printer's capabilities (PageImageableSize) under the page's ticket. Answers
 /// are remembered, as the platform is slow to give them; so a reader serves one job. Borrows the provider.
 class ImageableAreaReader

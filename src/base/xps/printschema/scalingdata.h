@@ -1,21 +1,10 @@
 #pragma once
 
+#include "base/xps/printschema/pagescale.h"
 #include "base/xps/printschema/printticketfunctionoption.h"
 
 namespace base::xps::printschema
 {
-/// Where PageScaling's custom options put the page, relative to the imageable area, and how large they make
-/// it.
-struct PageScale
-{
-    std::int32_t offsetWidthMicrometres = 0;
-    std::int32_t offsetHeightMicrometres = 0;
-    std::int32_t widthPercent = 0;
-    std::int32_t heightPercent = 0;
-
-    bool operator==(const PageScale&) const = default;
-};
-
 /// PageScaling. Starts out as "FitApplicationMediaSizeToPageMediaSize".
 class ScalingData final : public SingleScopeFeature
 {

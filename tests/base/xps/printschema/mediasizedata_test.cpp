@@ -180,12 +180,5 @@ TEST(MediaSizeData, ReadsForgivinglyAndWritesStrictly)
               "base\\xps\\printschema\\mediasizedata(...) : unexpected paper size was specified.\n");
     EXPECT_EQ(Names(document, L"//psf:Feature"), L"");
 }
-
-TEST(MediaSizeTable, RefusesANameOfAnotherEnumeration)
-{
-    MediaSizeTable table;
-    EXPECT_EQ(MessageOf<std::logic_error>([&] { table.AddEntry(NamespaceId::Keywords, L"ISOA4", 9, {}); }),
-              "Encounterd unexpect state.");
-}
 } // namespace
 } // namespace base::xps::printschema
