@@ -2,6 +2,7 @@
 add_suite(
     portable_tests
     SOURCES base/logging/log_test.cpp
+            base/xml/prologscanner_test.cpp
             base/xps/gdimatrix_test.cpp
             base/xps/markuptext_test.cpp
             base/xps/mediafit_test.cpp

@@ -1,10 +1,12 @@
 #include "base/xml/xmlutility.h"
 
+#include <array>
 #include <stdexcept>
 
 #include "base/logging/errors.h"
 #include "base/utility/bstr.h"
 #include "base/utility/variant.h"
+#include "base/xml/prologscanner.h"
 
 namespace base::xml::XmlUtility
 {
@@ -12,20 +14,6 @@ using exception::ThrowIfFailed;
 using utility::Bstr;
 using utility::ComPtr;
 using utility::Variant;
-
-namespace
-{
-// Loading reports malformed text as S_FALSE or as a failing HRESULT, by platform version, and always as
-// false.
-void RequireLoaded(VARIANT_BOOL loaded,
-                   exception::SourceLocation where = exception::SourceLocation::Current())
-{
-    if (loaded != VARIANT_TRUE)
-    {
-        ThrowIfFailed(E_FAIL, where);
-    }
-}
-} // namespace
 
 ComPtr<IXMLDOMDocument2> CreateDocument(DWORD classContext)
 {
@@ -45,13 +33,50 @@ ComPtr<IXMLDOMDocument2> CreateDocument(DWORD classContext)
     return document;
 }
 
+// Loading reports malformed text as S_FALSE or as a failing HRESULT, by platform version, and always as
+// false.
+void RequireLoaded(IXMLDOMDocument2& document, VARIANT_BOOL loaded, exception::SourceLocation where)
+{
+    // MSXML in Wine 8 loads what it was told to prohibit.
+    ComPtr<IXMLDOMDocumentType> documentType;
+    if (loaded != VARIANT_TRUE || FAILED(document.get_doctype(documentType.Receive())) || documentType)
+    {
+        ThrowIfFailed(E_FAIL, where);
+    }
+}
+
+// MSXML in Wine 8 takes the feature "prohibit-dtd" and a lexical handler, and then neither refuses a document
+// type nor tells the handler of one. So the bytes themselves are looked at.
+void RefuseDocumentType(IStream& markup)
+{
+    ULARGE_INTEGER start{};
+    ThrowIfFailed(markup.Seek(LARGE_INTEGER{}, STREAM_SEEK_CUR, &start));
+    std::array<char, 4096> portion;
+    PrologScanner prolog;
+    PrologVerdict verdict = PrologVerdict::Undecided;
+    ULONG count = 0;
+    do
+    {
+        count = 0;
+        ThrowIfFailed(markup.Read(portion.data(), static_cast<ULONG>(portion.size()), &count));
+        verdict = prolog.Take({portion.data(), count});
+    } while (verdict == PrologVerdict::Undecided && count != 0);
+    if (verdict == PrologVerdict::Refused)
+    {
+        ThrowIfFailed(E_FAIL);
+    }
+    LARGE_INTEGER back{};
+    back.QuadPart = static_cast<LONGLONG>(start.QuadPart);
+    ThrowIfFailed(markup.Seek(back, STREAM_SEEK_SET, nullptr));
+}
+
 ComPtr<IXMLDOMDocument2> LoadDocumentFromFile(const std::wstring& path)
 {
     ComPtr<IXMLDOMDocument2> document = CreateDocument();
     const Variant source{Bstr(path)};
     VARIANT_BOOL loaded = VARIANT_FALSE;
     ThrowIfFailed(document->load(source.Get(), &loaded));
-    RequireLoaded(loaded);
+    RequireLoaded(*document.Get(), loaded);
     return document;
 }
 
@@ -61,7 +86,7 @@ ComPtr<IXMLDOMDocument2> LoadDocumentFromString(const std::wstring& markup)
     const Bstr source(markup);
     VARIANT_BOOL loaded = VARIANT_FALSE;
     ThrowIfFailed(document->loadXML(source.Get(), &loaded));
-    RequireLoaded(loaded);
+    RequireLoaded(*document.Get(), loaded);
     return document;
 }
 

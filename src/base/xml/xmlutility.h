@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "base/logging/failure.h"
 #include "base/utility/comptr.h"
 #include "platform/msxml6.h"
 
@@ -12,6 +13,16 @@ namespace base::xml::XmlUtility
 /// A new empty document that loads synchronously, neither validates nor fetches anything, and refuses
 /// document types.
 utility::ComPtr<IXMLDOMDocument2> CreateDocument(DWORD classContext = CLSCTX_INPROC_SERVER);
+
+/// Throws HresultError with E_FAIL for a document that `load` reports as not loaded, and for one with a
+/// document type.
+void RequireLoaded(IXMLDOMDocument2& document,
+                   VARIANT_BOOL loaded,
+                   exception::SourceLocation where = exception::SourceLocation::Current());
+
+/// For markup that goes to a SAX reader: throws HresultError with E_FAIL for a document type, or other text,
+/// in front of the root element, or with the stream's own failure. The stream stays where it is.
+void RefuseDocumentType(IStream& markup);
 
 /// Throws HresultError: with the parser's HRESULT, or E_FAIL where it only reports that nothing was loaded.
 utility::ComPtr<IXMLDOMDocument2> LoadDocumentFromFile(const std::wstring& path);

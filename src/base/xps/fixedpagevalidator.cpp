@@ -206,10 +206,7 @@ ComPtr<IXMLDOMDocument2> FixedPageValidator::LoadTicket(IPrintReadStream* reader
     auto document = xml::XmlUtility::CreateDocument(CLSCTX_ALL);
     VARIANT_BOOL loaded = VARIANT_FALSE;
     ThrowIfFailed(document->load(utility::Variant(stream.Get()).Get(), &loaded));
-    if (loaded != VARIANT_TRUE)
-    {
-        ThrowIfFailed(E_FAIL);
-    }
+    xml::XmlUtility::RequireLoaded(*document.Get(), loaded);
     return document;
 }
 

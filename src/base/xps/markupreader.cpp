@@ -6,6 +6,7 @@
 #include "base/utility/comobject.h"
 #include "base/utility/comptr.h"
 #include "base/utility/variant.h"
+#include "base/xml/xmlutility.h"
 
 namespace base::xps
 {
@@ -137,6 +138,7 @@ ComPtr<ISAXXMLReader> CreateReader()
 
 void ParseMarkup(IStream& markup, ISAXContentHandler& handler)
 {
+    xml::XmlUtility::RefuseDocumentType(markup);
     const ComPtr<ISAXXMLReader> reader = CreateReader();
     const auto forwarder = utility::MakeCom<ForwardingHandler>(handler);
     ThrowIfFailed(reader->putContentHandler(forwarder.Get()));

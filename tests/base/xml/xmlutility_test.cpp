@@ -32,7 +32,7 @@ TEST(XmlUtility, CreatesASynchronousDocumentThatFetchesNothing)
 
 TEST(XmlUtility, RefusesMarkupThatIsNotWellFormed)
 {
-    for (const wchar_t* markup : {L"", L"<a>", L"<a></b>", L"text", L"<a b='1' b='2'/>"})
+    for (const wchar_t* markup : {L"", L"<a>", L"<a></b>", L"text", L"<a b='1' b='2'/>", L"<!DOCTYPE a><a/>"})
     {
         std::string source;
         EXPECT_EQ(HresultOf([&] { LoadDocumentFromString(markup); }, &source), E_FAIL) << markup;
@@ -40,6 +40,27 @@ TEST(XmlUtility, RefusesMarkupThatIsNotWellFormed)
     }
     EXPECT_TRUE(FAILED(HresultOf([] { LoadDocumentFromFile(tests::DataPath(L"tickets/missing.xml")); })));
     EXPECT_EQ(HresultOf([] { LoadDocumentFromFile(tests::DataPath(L"tickets/truncated.xml")); }), E_FAIL);
+}
+
+TEST(XmlUtility, RefusesADocumentTypeInAStreamAndLeavesItWhereItIs)
+{
+    const auto stream = SaveDocument(LoadDocumentFromString(L"<a/>").Get());
+    const LARGE_INTEGER second{{1, 0}};
+    ASSERT_EQ(stream->Write("x<!---->", 8, nullptr), S_OK);
+    ASSERT_EQ(stream->Write(std::string(9000, ' ').c_str(), 9000, nullptr), S_OK);
+    ASSERT_EQ(stream->Write("<a/>", 4, nullptr), S_OK);
+    EXPECT_EQ(HresultOf([&] { RefuseDocumentType(*stream.Get()); }), S_OK);
+    ASSERT_EQ(stream->Seek(second, STREAM_SEEK_SET, nullptr), S_OK);
+    RefuseDocumentType(*stream.Get());
+    ULARGE_INTEGER position{};
+    ASSERT_EQ(stream->Seek(LARGE_INTEGER{}, STREAM_SEEK_CUR, &position), S_OK);
+    EXPECT_EQ(position.QuadPart, 1U);
+
+    ASSERT_EQ(stream->Write("<!DOCTYPE a>", 12, nullptr), S_OK);
+    ASSERT_EQ(stream->Seek(second, STREAM_SEEK_SET, nullptr), S_OK);
+    std::string source;
+    EXPECT_EQ(HresultOf([&] { RefuseDocumentType(*stream.Get()); }, &source), E_FAIL);
+    EXPECT_EQ(source, "base\\xml\\xmlutility");
 }
 
 TEST(XmlUtility, SavesADocumentThatLoadsAgainFromTheStreamsStart)

@@ -12,10 +12,8 @@ utility::ComPtr<IXMLDOMDocument2> LoadTicketDocument(IStream& stream)
     exception::ThrowIfFailed(stream.Seek(LARGE_INTEGER{}, STREAM_SEEK_SET, nullptr));
     const utility::Variant source(&stream);
     VARIANT_BOOL loaded = VARIANT_FALSE;
-    if (FAILED(document->load(source.Get(), &loaded)) || loaded != VARIANT_TRUE)
-    {
-        exception::ThrowIfFailed(E_FAIL);
-    }
+    const bool failed = FAILED(document->load(source.Get(), &loaded));
+    xml::XmlUtility::RequireLoaded(*document.Get(), failed ? VARIANT_FALSE : loaded);
     return document;
 }
 } // namespace base::xps::printschema
