@@ -9,6 +9,7 @@
 #include "host/tickets/ticketbytes.h"
 #include "host/ticketservice/printschema.h"
 #include "host/xps/xpsdocument.h"
+#include "host/xps/xpsvocabulary.h"
 
 namespace host
 {
@@ -83,7 +84,7 @@ void ListTickets(const opc::Package& package,
         std::optional<TicketLayer> own;
         if (part->printTicket)
         {
-            own = TicketLayer{level, package.Read(*part->printTicket)};
+            own = TicketLayer{level, package.Read(*part->printTicket, xps::kPrintTicketLimit)};
         }
         print(level + " " + part->name.Text() + "\n");
         try

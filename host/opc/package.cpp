@@ -10,9 +10,6 @@ namespace host::opc
 {
 namespace
 {
-/// What one part may take when it is read into memory. The largest real pages have some 15 MB of markup.
-constexpr std::uint64_t kPartLimit = 512ULL << 20;
-
 constexpr std::string_view kContentTypesName = "[content_types].xml";
 
 bool IsContentTypesName(std::string_view logicalName)
@@ -118,9 +115,9 @@ Package::Package(const std::filesystem::path& path) : m_path(path), m_archive(pa
     ReadContentTypes();
 }
 
-std::string Package::Read(const PartName& part) const
+std::string Package::Read(const PartName& part, std::uint64_t limit) const
 {
-    return ReadItems(Find(part));
+    return ReadItems(Find(part), limit);
 }
 
 std::string Package::ReadStart(const PartName& part, std::size_t wanted) const
@@ -154,19 +151,19 @@ Relationships Package::RelationshipsOf(const PartName& source) const
     return ReadingPart(part.Text(), [&] { return Relationships::Parse(source, markup); });
 }
 
-std::string Package::ReadItems(const StoredPart& stored) const
+std::string Package::ReadItems(const StoredPart& stored, std::uint64_t limit) const
 {
     std::string content;
     for (const std::size_t item : stored.items)
     {
-        m_archive.Append(item, content, kPartLimit);
+        m_archive.Append(item, content, limit);
     }
     return content;
 }
 
 void Package::ReadContentTypes()
 {
-    const std::string markup = ReadItems(m_contentTypesStream);
+    const std::string markup = ReadItems(m_contentTypesStream, kPartLimit);
     m_contentTypes =
         ReadingPart("/" + m_contentTypesStream.itemName, [&] { return ContentTypes::Parse(markup); });
 }

@@ -35,8 +35,12 @@ public:
 
     bool Has(const PartName& part) const { return m_parts.contains(part); }
 
-    /// The decompressed content. Throws PackageError when the package has no such part or cannot give it.
-    std::string Read(const PartName& part) const;
+    /// What a part may take when it is read into memory. The largest real pages have some 15 MB of markup.
+    static constexpr std::uint64_t kPartLimit = 64ULL << 20;
+
+    /// The decompressed content. Throws PackageError when the package has no such part or cannot give it, and
+    /// for one of more than `limit` bytes.
+    std::string Read(const PartName& part, std::uint64_t limit = kPartLimit) const;
 
     /// The first `wanted` bytes of the content, or all of a shorter one. Throws as Read does.
     std::string ReadStart(const PartName& part, std::size_t wanted) const;
@@ -55,7 +59,7 @@ public:
 
 private:
     const StoredPart& Find(const PartName& part) const;
-    std::string ReadItems(const StoredPart& stored) const;
+    std::string ReadItems(const StoredPart& stored, std::uint64_t limit) const;
     void ReadContentTypes();
 
     std::filesystem::path m_path;

@@ -61,9 +61,9 @@ ComPtr<Part> Query(IUnknown* object, REFIID iid)
 }
 
 /// The content of a part that goes to XML readers, which in Wine open the files that a document type names.
-std::string ReadMarkup(const PipelineJob& job, const opc::PartName& name)
+std::string ReadMarkup(const PipelineJob& job, const opc::PartName& name, std::uint64_t limit)
 {
-    std::string markup = job.package.Read(name);
+    std::string markup = job.package.Read(name, limit);
     try
     {
         xml::RefuseForeignMarkup(markup);
@@ -78,14 +78,15 @@ std::string ReadMarkup(const PipelineJob& job, const opc::PartName& name)
 /// Answers GetStream of a part of the package.
 [[nodiscard]] HRESULT HandOutContent(const PipelineJob& job,
                                      const opc::PartName& name,
-                                     IPrintReadStream** stream)
+                                     IPrintReadStream** stream,
+                                     std::uint64_t limit = opc::Package::kPartLimit)
 {
     if (stream == nullptr)
     {
         return E_POINTER;
     }
     *stream = nullptr;
-    *stream = MakeCom<PartReadStream>(ReadMarkup(job, name)).Detach();
+    *stream = MakeCom<PartReadStream>(ReadMarkup(job, name, limit)).Detach();
     return S_OK;
 }
 
@@ -146,7 +147,8 @@ STDMETHODIMP TicketPart::GetUri(BSTR* uri)
 STDMETHODIMP TicketPart::GetStream(IPrintReadStream** stream)
 {
     return m_pJob->trace.Answer("IPartPrintTicket::GetStream", m_name.Text(), [&] {
-        return m_pNewContent ? E_ACCESSDENIED : HandOutContent(*m_pJob, m_name, stream);
+        return m_pNewContent ? E_ACCESSDENIED
+                             : HandOutContent(*m_pJob, m_name, stream, xps::kPrintTicketLimit);
     });
 }
 

@@ -159,12 +159,69 @@ void BlankDeclaration(std::string& text)
         ' ');
 }
 
-/// What follows the first comment or processing instruction; the same text where neither stands.
+/// What follows the comment, instruction or character data that begins `text`; the same text where it begins
+/// otherwise.
 std::string_view SkipMiscellany(std::string_view text)
 {
-    const std::string_view end = text.starts_with("<!--") ? "-->" : text.starts_with("<?") ? "?>" : "";
-    const std::size_t found = end.empty() ? 0 : text.find(end, 2);
+    const std::string_view end = text.starts_with("<!--")        ? "-->"
+                                 : text.starts_with("<?")        ? "?>"
+                                 : text.starts_with("<![CDATA[") ? "]]>"
+                                                                 : "";
+    const std::size_t found = end.empty() ? 0 : text.find(end, end.size() == 2 ? 2 : 4);
     return found == std::string_view::npos ? std::string_view() : text.substr(found + end.size());
+}
+
+/// Where the tag ends that begins `text`, and how many attributes it has.
+struct Tag
+{
+    std::size_t size;
+    std::size_t attributes;
+};
+
+Tag MeasureTag(std::string_view text)
+{
+    Tag tag{0, 0};
+    while (tag.size < text.size() && text[tag.size] != '>')
+    {
+        const char c = text[tag.size];
+        tag.attributes += c == '=' ? 1 : 0;
+        const bool opens = c == '"' || c == '\'';
+        const std::size_t closed = opens ? text.find(c, tag.size + 1) : tag.size;
+        tag.size = std::min(closed, text.size() - 1) + 1;
+    }
+    return tag;
+}
+
+/// Readers take a time that grows with the square of depth and of attributes: what no document needs is not
+/// given to them.
+void RefuseExcess(std::string_view text)
+{
+    constexpr std::size_t depthLimit = 1000;
+    constexpr std::size_t attributeLimit = 1000;
+    std::size_t depth = 0;
+    while ((text = text.substr(std::min(text.find('<'), text.size()))).size() > 1)
+    {
+        if (text[1] == '!' || text[1] == '?')
+        {
+            const std::string_view rest = SkipMiscellany(text);
+            text = rest.size() < text.size() ? rest : text.substr(2);
+            continue;
+        }
+        const Tag tag = MeasureTag(text);
+        const bool isWhole = text[1] != '/' && text[tag.size - 1] != '/';
+        depth += isWhole ? 1 : 0;
+        depth -= text[1] == '/' && depth > 0 ? 1 : 0;
+        if (depth > depthLimit)
+        {
+            throw MarkupError("nests elements more than " + std::to_string(depthLimit) + " deep");
+        }
+        if (tag.attributes > attributeLimit)
+        {
+            throw MarkupError("has an element with more than " + std::to_string(attributeLimit) +
+                              " attributes");
+        }
+        text.remove_prefix(tag.size);
+    }
 }
 
 bool DeclaresDocumentType(std::string_view text)
@@ -190,6 +247,7 @@ std::string DecodeMarkup(std::string_view bytes)
     {
         throw MarkupError("declares a document type");
     }
+    RefuseExcess(text);
     return text;
 }
 

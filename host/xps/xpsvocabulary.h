@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string_view>
 
 // The two vocabularies of one format: the original XPS and ECMA-388 OpenXPS. Names are compared as they
@@ -24,6 +25,9 @@ inline constexpr Vocabulary kVocabularies[] = {
 
 inline constexpr std::string_view kMarkupCompatibilityNamespace =
     "http://schemas.openxmlformats.org/markup-compatibility/2006";
+
+/// Readers of tickets build trees. Real tickets have some 100 KB at most.
+inline constexpr std::uint64_t kPrintTicketLimit = 4ULL << 20;
 
 /// Both vocabularies type print tickets alike.
 inline constexpr std::string_view kPrintTicketContentType = "application/vnd.ms-printing.printticket+xml";

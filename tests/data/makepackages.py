@@ -9,6 +9,7 @@ table with changes ("from"), under a name of its own, with any of:
   put, remove  {item: text}, [item]      items added or replaced, and left out
   substitute   {text: text}              in every text of the tree
   rename       {item: name}              names in the archive, which may hold backslashes
+  fill         {item: megabytes}         blanks behind a text
   utf16        {item: "le"|"be"|"le-bom"|"be-bom"}
   pieces       {item: count}             interleaved pieces, the first ones of all items first
   reverse      true                      items in reverse order
@@ -83,6 +84,8 @@ def resolve(name, table, folder):
     items.update({item: draw_png(*size) for item, size in package.get("images", {}).items()})
     items.update({item: write_ticket(features) for item, features in package.get("tickets", {}).items()})
     items.update({item: text.encode() for item, text in package.get("put", {}).items()})
+    for item, megabytes in package.get("fill", {}).items():
+        items[item] += b" " * (megabytes << 20)
     for item in package.get("remove", []):
         del items[item]
     for old, new in package.get("substitute", {}).items():

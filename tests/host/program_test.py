@@ -220,6 +220,7 @@ class FailureTest(ProgramTestCase):
             ("wrong-crc", [], page + "cannot be decompressed: CRC error"),
             ("bad-page", ["--orientation", "Landscape"], "/Documents/1/Pages/2.fpage: is not well-formed: line 2: "),
             ("page-document-type", ["--orientation", "Landscape"], "/" + page + "declares a document type"),
+            ("ticket-bomb", [], "Documents/1/Pages/Metadata/page.xml: is longer than 4194304 bytes"),
             ("bad-ticket", [], "/Documents/1/Pages/Metadata/page.xml: is not well-formed: "),
             ("no-ticket", [], "/Documents/2/Metadata/document.xml: is missing from the package, and "),
         ]

@@ -33,13 +33,17 @@ ComPtr<IXMLDOMDocument2> CreateDocument(DWORD classContext)
     return document;
 }
 
-// Loading reports malformed text as S_FALSE or as a failing HRESULT, by platform version, and always as
-// false.
 void RequireLoaded(IXMLDOMDocument2& document, VARIANT_BOOL loaded, exception::SourceLocation where)
 {
+    // Malformed text is S_FALSE or a failing HRESULT, by platform version, and never true.
+    if (loaded != VARIANT_TRUE)
+    {
+        ThrowIfFailed(E_FAIL, where);
+    }
     // MSXML in Wine 8 loads what it was told to prohibit.
     ComPtr<IXMLDOMDocumentType> documentType;
-    if (loaded != VARIANT_TRUE || FAILED(document.get_doctype(documentType.Receive())) || documentType)
+    ThrowIfFailed(document.get_doctype(documentType.Receive()), where);
+    if (documentType)
     {
         ThrowIfFailed(E_FAIL, where);
     }

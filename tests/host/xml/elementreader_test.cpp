@@ -76,6 +76,36 @@ TEST(ElementReader, SaysWhyMarkupCannotBeRead)
     EXPECT_EQ(FindMarkupFault("<a/>"), "");
 }
 
+std::string Repeat(std::string_view text, int count)
+{
+    std::string repeated;
+    while (count-- > 0)
+    {
+        repeated += text;
+    }
+    return repeated;
+}
+
+TEST(ElementReader, RefusesWhatReadersTakeTooLongFor)
+{
+    const auto nested = [](int depth) { return Repeat("<a>", depth) + Repeat("</a>", depth); };
+    const auto attributed = [](int count) {
+        std::string tag = "<a";
+        for (int number = 0; number < count; ++number)
+        {
+            tag += " a" + std::to_string(number) + "='=>'";
+        }
+        return tag + "/>";
+    };
+    EXPECT_EQ(FindMarkupFault(nested(200)), "");
+    EXPECT_EQ(FindMarkupFault(nested(1001)), "nests elements more than 1000 deep");
+    EXPECT_EQ(FindMarkupFault("<a>" + Repeat("<b/><c x='/'></c><!-- <d> --><?e <f> ?><![CDATA[<g>]]>", 2000) +
+                              "</a>"),
+              "");
+    EXPECT_EQ(FindMarkupFault(attributed(1000)), "");
+    EXPECT_EQ(FindMarkupFault(attributed(1001)), "has an element with more than 1000 attributes");
+}
+
 TEST(ElementReader, LetsTheCallersExceptionThroughWithItsType)
 {
     int seen = 0;
