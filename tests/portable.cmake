@@ -30,3 +30,7 @@ set_tests_properties(
     portable_tests
     PROPERTIES WORKING_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}
                ENVIRONMENT "LOCPATH=${locales};UBSAN_OPTIONS=print_stacktrace=1;GTEST_FILTER=-${left_out}")
+
+if(FUZZING)
+    add_subdirectory(fuzz)
+endif()

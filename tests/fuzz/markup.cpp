@@ -1,0 +1,30 @@
+#include <string_view>
+
+#include "base/xml/prologscanner.h"
+#include "base/xps/markuptext.h"
+#include "fuzz/bytes.h"
+#include "host/xml/elementreader.h"
+#include "host/xml/markuptext.h"
+
+int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    const std::string_view bytes = fuzz::AsText(data, size);
+    const std::string fault = host::xml::FindMarkupFault(bytes);
+    const auto verdict = base::xml::PrologScanner().Take(bytes);
+    if (fault.empty())
+    {
+        fuzz::Require(verdict == base::xml::PrologVerdict::Accepted);
+    }
+    if (fault == "declares a document type")
+    {
+        fuzz::Require(verdict == base::xml::PrologVerdict::Refused);
+    }
+
+    host::xml::ReadElements(
+        "<a b=\"" + host::xml::EscapeAttribute("<&\"\t\r\n>") + "\"/>",
+        [](const host::xml::Element& element) { fuzz::Require(*element.Find("b") == "<&\"\t\r\n>"); });
+    std::wstring text = fuzz::AsWideText(data, size);
+    base::xps::EscapeText(text);
+    fuzz::Require(text.find_first_of(L"<>\"'") == std::wstring::npos);
+    return 0;
+}

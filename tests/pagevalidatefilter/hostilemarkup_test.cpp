@@ -1,0 +1,90 @@
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "pagevalidatefilter/pagevalidatexpsfilter.h"
+#include "support/pipelinetest.h"
+
+namespace pagevalidatefilter
+{
+namespace
+{
+using support::Feature;
+using support::MediaFeature;
+using support::Ticket;
+
+constexpr const char* kPage =
+    R"(<FixedPage xmlns="http://schemas.microsoft.com/xps/2005/06" Width="9" Height="9"/>)";
+constexpr const char* kDocumentTypes[] = {
+    "<!DOCTYPE a>",
+    "<!DOCTYPE a SYSTEM 'file:///C:/hostile-secret.txt'>",
+    "<!DOCTYPE a [<!ENTITY % p SYSTEM 'file:///C:/hostile-secret.txt'>]>",
+    "<?xml version='1.0'?><!-- > --><?p ?><!DOCTYPE a [<!ENTITY b 'c'>]>",
+    "<!DOCTYPE a [<!ATTLIST FixedPage Width CDATA '9'>]>",
+};
+
+/// A filter with no host in front of it that looks at the markup first.
+class HostileMarkup : public support::PipelineTest
+{
+protected:
+    struct Job
+    {
+        std::string page = kPage;
+        std::string pageTicket = Ticket(Feature("PageOrientation", "Landscape"));
+        std::string documentTicket = Ticket("");
+        std::string sequenceTicket = Ticket("");
+        std::string userTicket = Ticket(MediaFeature("ISOA4", 210000, 297000));
+    };
+
+    HRESULT Run(const Job& job)
+    {
+        Renew(job.userTicket);
+        pipeline->Add<support::SequencePart>("sequence", job.sequenceTicket);
+        pipeline->Add<support::DocumentPart>("document", job.documentTicket);
+        pipeline->Add<support::PagePart>("page", job.page, job.pageTicket);
+        const auto filter = base::utility::MakeCom<PageValidateXpsFilter>();
+        EXPECT_EQ(pipeline->Initialize(*filter), S_OK);
+        const HRESULT hr = filter->StartOperation();
+        for (const auto& stream : pipeline->record.writeStreams)
+        {
+            EXPECT_EQ(stream->closes, 1);
+            EXPECT_EQ(stream->bytes.find("SENTINEL"), std::string::npos);
+        }
+        return hr;
+    }
+};
+
+TEST_F(HostileMarkup, IsRefusedWithADocumentTypeInAnyPart)
+{
+    ASSERT_EQ(Run({}), S_OK);
+    for (const char* documentType : kDocumentTypes)
+    {
+        for (std::string Job::*part :
+             {&Job::page, &Job::pageTicket, &Job::documentTicket, &Job::sequenceTicket, &Job::userTicket})
+        {
+            Job job;
+            (job.*part).insert(0, documentType);
+            EXPECT_EQ(Run(job), E_FAIL) << job.*part;
+            EXPECT_EQ(pipeline->record.Count("SendFixedPage page"), 0);
+        }
+    }
+}
+
+TEST_F(HostileMarkup, OfEveryKindEndsWithAResult)
+{
+    int count = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(HOSTILE_MARKUP))
+    {
+        std::ifstream file(entry.path(), std::ios::binary);
+        const std::string markup{std::istreambuf_iterator<char>(file), {}};
+        Job job;
+        (entry.path().extension() == ".page" ? job.page : job.pageTicket) = markup;
+        const HRESULT hr = Run(job);
+        const bool isSent = pipeline->record.Count("SendFixedPage page") == 1;
+        EXPECT_EQ(SUCCEEDED(hr), isSent) << entry.path();
+        ++count;
+    }
+    EXPECT_GT(count, 100);
+}
+} // namespace
+} // namespace pagevalidatefilter
