@@ -5,9 +5,9 @@
 #include <gtest/gtest.h>
 
 #include "base/utility/bstr.h"
+#include "base/utility/comobject.h"
 #include "base/utility/utf8.h"
 #include "host/pipeline/documentprovider.h"
-#include "support/ticketparts.h"
 #include "tests/host/pipeline/sendpart.h"
 #include "tests/host/testpackages.h"
 
@@ -18,6 +18,21 @@ namespace
 using base::utility::Bstr;
 using base::utility::ComPtr;
 using base::utility::MakeCom;
+
+// Parts of another pipeline.
+class ForeignDocument final : public base::utility::ComObject<IFixedDocument>
+{
+    STDMETHODIMP GetUri(BSTR*) override { return E_NOTIMPL; }
+    STDMETHODIMP GetPrintTicket(IPartPrintTicket**) override { return E_NOTIMPL; }
+    STDMETHODIMP SetPrintTicket(IPartPrintTicket*) override { return E_NOTIMPL; }
+};
+class ForeignTicket final : public base::utility::ComObject<IPartPrintTicket>
+{
+    STDMETHODIMP GetUri(BSTR*) override { return E_NOTIMPL; }
+    STDMETHODIMP GetStream(IPrintReadStream**) override { return E_NOTIMPL; }
+    STDMETHODIMP GetPartCompression(EXpsCompressionOptions*) override { return E_NOTIMPL; }
+    STDMETHODIMP SetPartCompression(EXpsCompressionOptions) override { return E_NOTIMPL; }
+};
 
 const opc::PartName kSharedTicket = Part("Metadata/shared.xml");
 
@@ -120,7 +135,7 @@ TEST(DocumentConsumer, TakesPartsOfThisPipelineOnlyAndInTheirOrder)
     Job job;
     EXPECT_EQ(job.consumer->SendXpsDocument(nullptr), E_POINTER);
     EXPECT_EQ(job.consumer->SendXpsUnknown(nullptr), E_POINTER);
-    EXPECT_EQ(job.consumer->SendFixedDocument(MakeCom<support::FakeDocument>().Get()), E_INVALIDARG);
+    EXPECT_EQ(job.consumer->SendFixedDocument(MakeCom<ForeignDocument>().Get()), E_INVALIDARG);
     const auto root = job.Pull();
     const auto sequence = job.Pull();
     EXPECT_EQ(job.Send(sequence), E_UNEXPECTED) << "before the root";
@@ -235,7 +250,7 @@ TEST(DocumentConsumer, RefusesTicketsThatItCannotStore)
     EXPECT_EQ(ticket->GetStream(content.Receive()), E_ACCESSDENIED);
     ASSERT_EQ(page->SetPrintTicket(ticket.Get()), S_OK);
     EXPECT_EQ(page->SetPrintTicket(nullptr), E_INVALIDARG);
-    EXPECT_EQ(page->SetPrintTicket(MakeCom<support::TicketPart>("").Get()), E_INVALIDARG);
+    EXPECT_EQ(page->SetPrintTicket(MakeCom<ForeignTicket>().Get()), E_INVALIDARG);
     ComPtr<IPartPrintTicket> kept;
     EXPECT_EQ(page->GetPrintTicket(kept.Receive()), S_OK);
     EXPECT_EQ(kept.Get(), ticket.Get());
