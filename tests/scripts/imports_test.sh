@@ -4,7 +4,7 @@
 # imports_test.sh FOLDER OBJDUMP
 set -euo pipefail
 
-allowed=(advapi32.dll gdi32.dll gdiplus.dll kernel32.dll msvcrt.dll ole32.dll oleaut32.dll prntvpt.dll
+allowed=(advapi32.dll gdi32.dll gdiplus.dll kernel32.dll msvcrt.dll ntdll.dll ole32.dll oleaut32.dll prntvpt.dll
     shell32.dll user32.dll winspool.drv ws2_32.dll)
 
 mapfile -t binaries < <(find "$1" -name '*.exe' -o -name '*.dll')

@@ -18,6 +18,8 @@ namespace
 constexpr char kText[] = "string";
 
 constexpr const char* kCapabilities = "the printer is asked for its capabilities";
+// The same once the request has been written.
+constexpr char kRequested[] = "the printer is asked for its capabilities";
 
 // Hand-overs, by the argument that carries them.
 
@@ -299,7 +301,7 @@ const char* StageOf(const Call& call)
     }
     if (names(L"PrintCapabilities") || names(L"PageImageableSize"))
     {
-        return kCapabilities;
+        return kRequested;
     }
     if (names(L"Property[@name = \"psk:MediaSize"))
     {
@@ -334,8 +336,13 @@ Function Detailed(Function function, std::string (*detail)(const Call&))
 /// Of a document that is prepared for queries: the printer's capabilities, or another ticket.
 const char* StageOfDocument(const Call&)
 {
-    const std::string_view stage = Watch::Get().GetStage();
-    return stage == kCapabilities ? kCapabilities : "";
+    return Watch::Get().GetStage() == kRequested ? kRequested : "";
+}
+
+/// A ticket is saved for the printer, or for something else.
+const char* StageOfSave(const Call&)
+{
+    return Watch::Get().GetStage() == kCapabilities ? kRequested : "";
 }
 
 const char* NoStage(const Call&)
@@ -439,9 +446,10 @@ const std::vector<const Interface*>& Interfaces()
         &IXMLDOMDocument2::getProperty,
         {CALLABLE(IXMLDOMDocument2, get_documentElement, &Out<IXMLDOMElement, 1>),
          Staged(CALLABLE(IXMLDOMDocument2, createNode, &Out<IXMLDOMNode, 4>), &NoStage),
+         CALLABLE(IXMLDOMDocument2, get_doctype),
          CALLABLE(IXMLDOMDocument2, load),
          CALLABLE(IXMLDOMDocument2, loadXML),
-         CALLABLE(IXMLDOMDocument2, save),
+         Staged(CALLABLE(IXMLDOMDocument2, save), &StageOfSave),
          CALLABLE(IXMLDOMDocument2, put_async),
          CALLABLE(IXMLDOMDocument2, put_validateOnParse),
          CALLABLE(IXMLDOMDocument2, put_resolveExternals),
