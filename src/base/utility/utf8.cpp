@@ -26,6 +26,20 @@ void RequireConverted(int count)
         exception::ThrowIfFailed(HRESULT_FROM_WIN32(GetLastError()));
     }
 }
+
+/// Narrows text that is ASCII; false for other text.
+bool NarrowAscii(std::wstring_view text, char* narrow)
+{
+    for (const wchar_t c : text)
+    {
+        if (c >= 0x80)
+        {
+            return false;
+        }
+        *narrow++ = static_cast<char>(c);
+    }
+    return true;
+}
 } // namespace
 
 int WideToMultiByte(const wchar_t* text, char* buffer, int size)
@@ -39,13 +53,29 @@ int WideToMultiByte(const wchar_t* text, char* buffer, int size)
 
 std::string ToUtf8(const std::wstring& text)
 {
+    std::string result;
+    AppendUtf8(result, text);
+    return result;
+}
+
+void AppendUtf8(std::string& utf8, std::wstring_view text)
+{
+    const std::size_t start = utf8.size();
+    // Nearly all markup is ASCII, which needs no call of the platform.
+    utf8.resize(start + text.size());
+    if (NarrowAscii(text, utf8.data() + start))
+    {
+        return;
+    }
     // No UTF-16 unit takes more than three bytes, so that one pass is enough.
     constexpr std::size_t bytesPerUnit = 3;
-    std::string result(text.size() * bytesPerUnit + 1, '\0');
-    const int written = WideToMultiByte(text.c_str(), result.data(), CheckedLength(result.size()));
+    const int size = CheckedLength(text.size() * bytesPerUnit);
+    utf8.resize(start + static_cast<std::size_t>(size));
+    const int length = CheckedLength(text.size());
+    const int written =
+        WideCharToMultiByte(CP_UTF8, 0, text.data(), length, utf8.data() + start, size, nullptr, nullptr);
     RequireConverted(written);
-    result.resize(static_cast<std::size_t>(written) - 1);
-    return result;
+    utf8.resize(start + static_cast<std::size_t>(written));
 }
 
 std::wstring FromUtf8(std::string_view text)

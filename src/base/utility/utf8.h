@@ -14,6 +14,9 @@ int WideToMultiByte(const wchar_t* text, char* buffer, int size);
 /// system does not convert.
 std::string ToUtf8(const std::wstring& text);
 
+/// Appends the same.
+void AppendUtf8(std::string& utf8, std::wstring_view text);
+
 /// The wide form of UTF-8 text; malformed bytes become the replacement character. Throws as ToUtf8 does.
 std::wstring FromUtf8(std::string_view text);
 } // namespace base::utility

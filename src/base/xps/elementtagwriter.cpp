@@ -1,57 +1,50 @@
 #include "base/xps/elementtagwriter.h"
 
-#include <string_view>
+#include <utility>
 
 namespace base::xps
 {
 namespace
 {
-std::string_view StripEnds(std::string_view text, std::string_view stripped)
+void StripEnds(std::string& text, const char* stripped)
 {
-    const auto first = text.find_first_not_of(stripped);
-    if (first == std::string_view::npos)
-    {
-        return {};
-    }
-    return text.substr(first, text.find_last_not_of(stripped) + 1 - first);
+    text.erase(text.find_last_not_of(stripped) + 1);
+    text.erase(0, text.find_first_not_of(stripped));
 }
 } // namespace
 
 ElementTagWriter::~ElementTagWriter()
 {
-    while (!m_endTags.empty())
-    {
-        *m_pOutput << m_endTags.top();
-        m_endTags.pop();
-    }
+    *m_pOutput << m_endTags;
 }
 
-std::string ElementTagWriter::CleanTagText(const std::string& text) const
+std::string ElementTagWriter::CleanTagText(std::string text) const
 {
-    return std::string(StripEnds(StripEnds(text, " "), "<>"));
+    StripEnds(text, " ");
+    StripEnds(text, "<>");
+    return text;
 }
 
-std::string ElementTagWriter::MakeStartTag(const std::string& text) const
+std::string ElementTagWriter::MakeStartTag(std::string text) const
 {
-    return "<" + text + ">";
+    text.insert(0, 1, '<');
+    text.push_back('>');
+    return text;
 }
 
 std::string ElementTagWriter::MakeEndTag(const std::string& text) const
 {
-    return "</" + text.substr(0, text.find(' ')) + ">";
+    std::string tag = "</";
+    tag.append(text, 0, text.find(' '));
+    tag.push_back('>');
+    return tag;
 }
 
-void ElementTagWriter::WriteStartTag(const std::string& text)
+void ElementTagWriter::WriteStartTag(std::string& text)
 {
-    *m_pOutput << MakeStartTag(CleanTagText(text));
-    m_endTags.push(MakeEndTag(text));
-}
-
-void ElementTagWriter::DropEndTags() noexcept
-{
-    while (!m_endTags.empty())
-    {
-        m_endTags.pop();
-    }
+    const std::string endTag = MakeEndTag(text);
+    text = MakeStartTag(CleanTagText(std::move(text)));
+    *m_pOutput << text;
+    m_endTags.insert(0, endTag);
 }
 } // namespace base::xps

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <ostream>
-#include <stack>
 #include <string>
 
 namespace base::xps
@@ -15,8 +14,8 @@ public:
     TagWriterBase& operator=(const TagWriterBase&) = delete;
     virtual ~TagWriterBase() = default;
 
-    virtual std::string CleanTagText(const std::string& text) const = 0;
-    virtual std::string MakeStartTag(const std::string& text) const = 0;
+    virtual std::string CleanTagText(std::string text) const = 0;
+    virtual std::string MakeStartTag(std::string text) const = 0;
     virtual std::string MakeEndTag(const std::string& text) const = 0;
 };
 
@@ -29,18 +28,20 @@ public:
     ~ElementTagWriter() override;
 
     /// Without blanks, then without angle brackets, at both ends.
-    std::string CleanTagText(const std::string& text) const override;
-    std::string MakeStartTag(const std::string& text) const override;
+    std::string CleanTagText(std::string text) const override;
+    std::string MakeStartTag(std::string text) const override;
     /// The element's name is what stands before the first blank.
     std::string MakeEndTag(const std::string& text) const override;
 
-    void WriteStartTag(const std::string& text);
+    /// Makes the start tag of the text in its place, so that its owner can use its memory for the next one.
+    void WriteStartTag(std::string& text);
 
     /// Forgets the end tags, for an element that failed half-way.
-    void DropEndTags() noexcept;
+    void DropEndTags() noexcept { m_endTags.clear(); }
 
 private:
-    std::stack<std::string> m_endTags;
+    // In the order in which they are to be written.
+    std::string m_endTags;
     std::ostream* m_pOutput;
 };
 } // namespace base::xps

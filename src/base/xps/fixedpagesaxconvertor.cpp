@@ -8,8 +8,6 @@
 
 namespace base::xps
 {
-using utility::ToUtf8;
-
 FixedPageSaxConvertor::FixedPageSaxConvertor(std::ostream& output, float angleDegrees, float scale)
     : m_pOutput(&output), m_angleDegrees(angleDegrees), m_scale(scale)
 {
@@ -38,32 +36,17 @@ STDMETHODIMP FixedPageSaxConvertor::startElement(const wchar_t*,
                                                  int qualifiedNameLength,
                                                  ISAXAttributes* attributes)
 {
-    const std::wstring local(localName, static_cast<std::size_t>(localNameLength));
-    std::wstring tag(qualifiedName, static_cast<std::size_t>(qualifiedNameLength));
-    auto writer = std::make_unique<ElementTagWriter>(*m_pOutput);
+    m_tag.clear();
+    utility::AppendUtf8(m_tag, {qualifiedName, static_cast<std::size_t>(qualifiedNameLength)});
+    ElementTagWriter& writer = m_openElements.emplace(*m_pOutput);
     try
     {
-        if (local == L"FixedPage")
-        {
-            WritePage(tag, *attributes, *writer);
-        }
-        else
-        {
-            if (local == L"FixedPage.Resources")
-            {
-                // They were the page's first child and become the first child of the canvas.
-                tag = L"Canvas.Resources";
-            }
-            writer->WriteStartTag(ToUtf8(tag + BuildAttributeTextFromSax(*attributes)));
-        }
-        m_openElements.push(std::move(writer));
+        WriteElement({localName, static_cast<std::size_t>(localNameLength)}, *attributes, writer);
     }
     catch (...)
     {
-        if (writer)
-        {
-            writer->DropEndTags();
-        }
+        writer.DropEndTags();
+        m_openElements.pop();
         throw;
     }
     return S_OK;
@@ -79,9 +62,25 @@ STDMETHODIMP FixedPageSaxConvertor::endElement(const wchar_t*, int, const wchar_
     return S_OK;
 }
 
-void FixedPageSaxConvertor::WritePage(const std::wstring& qualifiedName,
-                                      ISAXAttributes& attributes,
-                                      ElementTagWriter& writer)
+void FixedPageSaxConvertor::WriteElement(std::wstring_view localName,
+                                         ISAXAttributes& attributes,
+                                         ElementTagWriter& writer)
+{
+    if (localName == L"FixedPage")
+    {
+        WritePage(attributes, writer);
+        return;
+    }
+    if (localName == L"FixedPage.Resources")
+    {
+        // They were the page's first child and become the first child of the canvas.
+        m_tag = "Canvas.Resources";
+    }
+    BuildAttributeTextFromSax(attributes, m_tag);
+    writer.WriteStartTag(m_tag);
+}
+
+void FixedPageSaxConvertor::WritePage(ISAXAttributes& attributes, ElementTagWriter& writer)
 {
     AttributeMap map;
     ReadAttributes(attributes, map);
@@ -96,7 +95,9 @@ void FixedPageSaxConvertor::WritePage(const std::wstring& qualifiedName,
     RewriteBleedBox(page, matrix, map);
     RewriteContentBox(page, matrix, map);
 
-    writer.WriteStartTag(ToUtf8(qualifiedName + BuildAttributeText(map)));
-    writer.WriteStartTag(ToUtf8(L"Canvas " + FormatRenderTransform(matrix)));
+    BuildAttributeText(map, m_tag);
+    writer.WriteStartTag(m_tag);
+    m_tag = "Canvas " + utility::ToUtf8(FormatRenderTransform(matrix));
+    writer.WriteStartTag(m_tag);
 }
 } // namespace base::xps

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <memory>
 #include <ostream>
 #include <stack>
+#include <string>
 
 #include "base/xps/elementtagwriter.h"
 #include "base/xps/fixedpagesaxhandlerbase.h"
@@ -40,10 +40,14 @@ public:
                             int qualifiedNameLength) override;
 
 private:
-    void WritePage(const std::wstring& qualifiedName, ISAXAttributes& attributes, ElementTagWriter& writer);
+    void WriteElement(std::wstring_view localName, ISAXAttributes& attributes, ElementTagWriter& writer);
+    void WritePage(ISAXAttributes& attributes, ElementTagWriter& writer);
 
     std::ostream* m_pOutput;
-    std::stack<std::unique_ptr<ElementTagWriter>> m_openElements;
+    std::stack<ElementTagWriter> m_openElements;
+    // The tag at hand, in UTF-8. Its memory lasts from element to element: to ask for it anew for each would
+    // cost more than the rest of the rewriting.
+    std::string m_tag;
     float m_angleDegrees;
     float m_scale;
     // Last, so that it comes after all that it serves and goes before it.

@@ -4,11 +4,14 @@
 #include <string_view>
 
 #include "base/logging/failure.h"
+#include "base/utility/utf8.h"
 #include "base/xps/markuptext.h"
 #include "base/xps/pagetransform.h"
 
 namespace base::xps
 {
+using utility::AppendUtf8;
+
 namespace
 {
 constexpr const wchar_t* kWidth = L"Width";
@@ -50,23 +53,22 @@ std::wstring_view View(const wchar_t* text, int length)
     return valued;
 }
 
-void AppendAttribute(std::wstring& text,
+void AppendAttribute(std::string& text,
                      std::wstring_view qualifiedName,
                      std::wstring_view value,
                      bool escapes)
 {
-    text.append(L" ").append(qualifiedName).append(L"=\"");
+    text += ' ';
+    AppendUtf8(text, qualifiedName);
+    text += '=';
+    text += '"';
+    const std::size_t start = text.size();
+    AppendUtf8(text, value);
     if (escapes)
     {
-        std::wstring escaped(value);
-        EscapeText(escaped);
-        text.append(escaped);
+        EscapeText(text, start);
     }
-    else
-    {
-        text.append(value);
-    }
-    text.append(L"\"");
+    text += '"';
 }
 
 float RequiredNumber(const AttributeMap& map, const wchar_t* name)
@@ -202,35 +204,33 @@ void FixedPageSaxHandlerBase::ReadAttributes(ISAXAttributes& attributes, Attribu
     }
 }
 
-std::wstring FixedPageSaxHandlerBase::BuildAttributeText(const AttributeMap& map)
+void FixedPageSaxHandlerBase::BuildAttributeText(const AttributeMap& map, std::string& text)
 {
-    std::wstring text;
     for (const auto& [name, value] : map)
     {
         AppendAttribute(text, name, value, name == kUnicodeString);
     }
-    return text;
 }
 
-std::wstring FixedPageSaxHandlerBase::BuildAttributeTextFromSax(ISAXAttributes& attributes)
+void FixedPageSaxHandlerBase::BuildAttributeTextFromSax(ISAXAttributes& attributes, std::string& text)
 {
     int count = 0;
     if (FAILED(attributes.getLength(&count)))
     {
-        return {};
+        return;
     }
-    std::wstring text;
+    const std::size_t before = text.size();
     for (int index = 0; index < count; ++index)
     {
         SaxAttribute attribute;
         if (FAILED(ReadAttribute(attributes, index, attribute)))
         {
-            return {};
+            text.resize(before);
+            return;
         }
         AppendAttribute(
             text, attribute.qualifiedName, attribute.value, attribute.localName == kUnicodeString);
     }
-    return text;
 }
 
 void FixedPageSaxHandlerBase::RewritePageSize(GdiMatrix& matrix, AttributeMap& map)

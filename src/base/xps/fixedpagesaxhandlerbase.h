@@ -55,12 +55,12 @@ protected:
     /// Replaces the map's content. A failing call of the reader ends it silently, with what came before.
     static void ReadAttributes(ISAXAttributes& attributes, AttributeMap& map);
 
-    /// The markup of all attributes, a blank before each. Only UnicodeString is escaped; every other value
-    /// is written as the parser delivered it.
-    static std::wstring BuildAttributeText(const AttributeMap& map);
+    /// Appends the markup of all attributes in UTF-8, a blank before each. Only UnicodeString is escaped;
+    /// every other value is written as the parser delivered it.
+    static void BuildAttributeText(const AttributeMap& map, std::string& text);
 
-    /// The same in document order, straight from the reader; empty when a call of the reader fails.
-    static std::wstring BuildAttributeTextFromSax(ISAXAttributes& attributes);
+    /// The same in document order, straight from the reader. Appends nothing when a call of the reader fails.
+    static void BuildAttributeTextFromSax(ISAXAttributes& attributes, std::string& text);
 
     /// Gives the map the Width and Height of the transformed page. Throws std::logic_error when either is
     /// missing.

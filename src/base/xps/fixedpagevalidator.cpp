@@ -5,6 +5,7 @@
 #include <string>
 #include <utility>
 
+#include "base/io/piecebuffer.h"
 #include "base/io/printreadstreamtoistream.h"
 #include "base/io/printstreambuffer.h"
 #include "base/io/printwritestreamtoistream.h"
@@ -181,8 +182,10 @@ void FixedPageValidator::RewriteMarkup()
     ThrowIfFailed(m_pPage->GetWriteStream(writer.Receive()));
 
     io::PrintStreamBuffer buffer(writer.Get());
-    std::ostream output(&buffer);
+    io::PieceBuffer pieces(buffer);
+    std::ostream output(&pieces);
     ParseMarkup(*markup, *CreateContentHandler(output));
+    output.flush();
     if (!output)
     {
         exception::Throw<std::runtime_error>("the page's markup could not be written.");

@@ -32,11 +32,15 @@ bool IsTooSmall(std::string_view number)
     return number.find_first_of("123456789") > number.find('.');
 }
 
-// Into a new text: moving what follows for each character would take minutes where there are a million.
-void ReplaceAll(std::wstring& text, wchar_t character, std::wstring_view entity)
+// In one pass: moving what follows for each character would take minutes where there are a million.
+void ReplaceAll(std::string& text, std::size_t start, char character, std::string_view entity)
 {
-    std::wstring replaced;
-    for (const wchar_t c : text)
+    if (text.find(character, start) == std::string::npos)
+    {
+        return;
+    }
+    std::string replaced(text, 0, start);
+    for (const char c : std::string_view(text).substr(start))
     {
         c == character ? replaced.append(entity) : replaced.append(1, c);
     }
@@ -75,14 +79,14 @@ std::wstring FormatNumber(double value)
     return logging::FormatWString(L"%.2f", value);
 }
 
-void EscapeText(std::wstring& text)
+void EscapeText(std::string& text, std::size_t start)
 {
     // The ampersand first, or it would escape the entities of the others.
-    constexpr std::pair<wchar_t, std::wstring_view> entities[] = {
-        {L'&', L"&amp;"}, {L'<', L"&lt;"}, {L'>', L"&gt;"}, {L'"', L"&quot;"}, {L'\'', L"&apos;"}};
+    constexpr std::pair<char, std::string_view> entities[] = {
+        {'&', "&amp;"}, {'<', "&lt;"}, {'>', "&gt;"}, {'"', "&quot;"}, {'\'', "&apos;"}};
     for (const auto& [character, entity] : entities)
     {
-        ReplaceAll(text, character, entity);
+        ReplaceAll(text, start, character, entity);
     }
 }
 } // namespace base::xps

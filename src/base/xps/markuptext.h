@@ -12,6 +12,6 @@ double ToNumber(std::wstring_view text);
 /// With two decimals and a decimal point.
 std::wstring FormatNumber(double value);
 
-/// Substitutes the five predefined entities of XML.
-void EscapeText(std::wstring& text);
+/// Substitutes the five predefined entities of XML, from an index on.
+void EscapeText(std::string& text, std::size_t start = 0);
 } // namespace base::xps

@@ -151,8 +151,10 @@ TEST(ElementTagWriter, MakesTagsOfItsText)
         EXPECT_EQ(writer.MakeStartTag("a b=\"1\""), "<a b=\"1\">");
         EXPECT_EQ(writer.MakeEndTag("a b=\"1\""), "</a>");
         EXPECT_EQ(writer.MakeEndTag("a"), "</a>");
-        writer.WriteStartTag("page x=\"1\"");
-        writer.WriteStartTag("canvas");
+        for (std::string text : {"page x=\"1\"", "canvas"})
+        {
+            writer.WriteStartTag(text);
+        }
         EXPECT_EQ(output.str(), "<page x=\"1\"><canvas>");
     }
     EXPECT_EQ(output.str(), "<page x=\"1\"><canvas></canvas></page>");

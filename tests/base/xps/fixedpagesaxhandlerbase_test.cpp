@@ -23,12 +23,24 @@ using utility::MakeCom;
 class Handler final : public FixedPageSaxHandlerBase
 {
 public:
-    using FixedPageSaxHandlerBase::BuildAttributeText;
-    using FixedPageSaxHandlerBase::BuildAttributeTextFromSax;
     using FixedPageSaxHandlerBase::ReadAttributes;
     using FixedPageSaxHandlerBase::RewriteBleedBox;
     using FixedPageSaxHandlerBase::RewriteContentBox;
     using FixedPageSaxHandlerBase::RewritePageSize;
+
+    /// What is appended to a tag.
+    static std::string BuildAttributeText(const AttributeMap& map)
+    {
+        std::string tag = "tag";
+        FixedPageSaxHandlerBase::BuildAttributeText(map, tag);
+        return tag.substr(3);
+    }
+    static std::string BuildAttributeTextFromSax(ISAXAttributes& attributes)
+    {
+        std::string tag = "tag";
+        FixedPageSaxHandlerBase::BuildAttributeTextFromSax(attributes, tag);
+        return tag.substr(3);
+    }
 };
 
 constexpr PageBox kLetter{0, 0, 816, 1056};
@@ -64,12 +76,12 @@ TEST(Attributes, ComeBackInKeyOrderFromTheMapAndInDocumentOrderFromTheReader)
     AttributeMap map{{L"Stale", L"1"}};
     Handler::ReadAttributes(*list, map);
     EXPECT_EQ(Handler::BuildAttributeText(map),
-              L" Height=\"1056\" UnicodeString=\"a&lt;b &amp; &quot;c&quot;\" Width=\"816\""
-              L" p:UnicodeString=\"<\" xml:lang=\"en-US\" xmlns=\"urn:<page>\"");
+              " Height=\"1056\" UnicodeString=\"a&lt;b &amp; &quot;c&quot;\" Width=\"816\""
+              " p:UnicodeString=\"<\" xml:lang=\"en-US\" xmlns=\"urn:<page>\"");
     EXPECT_EQ(Handler::BuildAttributeTextFromSax(*list),
-              L" xml:lang=\"en-US\" Width=\"816\" xmlns=\"urn:<page>\" Height=\"1056\""
-              L" UnicodeString=\"a&lt;b &amp; &quot;c&quot;\" p:UnicodeString=\"&lt;\"");
-    EXPECT_EQ(Handler::BuildAttributeText({}), L"");
+              " xml:lang=\"en-US\" Width=\"816\" xmlns=\"urn:<page>\" Height=\"1056\""
+              " UnicodeString=\"a&lt;b &amp; &quot;c&quot;\" p:UnicodeString=\"&lt;\"");
+    EXPECT_EQ(Handler::BuildAttributeText({}), "");
 }
 
 TEST(Attributes, StopSilentlyWhereTheReaderFails)
@@ -84,14 +96,14 @@ TEST(Attributes, StopSilentlyWhereTheReaderFails)
         AttributeMap map;
         Handler::ReadAttributes(*list, map);
         EXPECT_EQ(map, (AttributeMap{{L"a", L"1"}, {L"b", L"2"}}));
-        EXPECT_EQ(Handler::BuildAttributeTextFromSax(*list), L"");
+        EXPECT_EQ(Handler::BuildAttributeTextFromSax(*list), "");
     }
     const auto failingLength = MakeCom<AttributeList>(three);
     failingLength->lengthResult = E_FAIL;
     AttributeMap map{{L"Stale", L"1"}};
     Handler::ReadAttributes(*failingLength, map);
     EXPECT_TRUE(map.empty());
-    EXPECT_EQ(Handler::BuildAttributeTextFromSax(*failingLength), L"");
+    EXPECT_EQ(Handler::BuildAttributeTextFromSax(*failingLength), "");
 }
 
 TEST(RewritePageSize, ExchangesWidthAndHeightOfATurnedPage)

@@ -62,9 +62,9 @@ TEST(MarkupNumbers, KeepTheDecimalPointInEveryLocale)
 
 TEST(EscapeText, EscapesEachCharacterOnce)
 {
-    std::wstring text = L"<a & 'b' \"c\"> &lt;";
-    EscapeText(text);
-    EXPECT_EQ(text, L"&lt;a &amp; &apos;b&apos; &quot;c&quot;&gt; &amp;lt;");
+    std::string text = "<&><a & 'b' \"c\"> &lt;";
+    EscapeText(text, 3);
+    EXPECT_EQ(text, "<&>&lt;a &amp; &apos;b&apos; &quot;c&quot;&gt; &amp;lt;");
 }
 
 TEST(ParseBox, ReadsFourNumbersAsCornerAndSize)

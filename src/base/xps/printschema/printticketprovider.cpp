@@ -269,8 +269,11 @@ void PrintTicketProvider::Derive(EPrintTicketScope level)
             continue;
         }
         const Document base = BaseOf(derived);
-        const Document nothing = xml::XmlUtility::LoadDocumentFromString(kEmptyPrintTicket);
-        TicketOf(derived) = Merge(base.Get(), nothing.Get(), derived);
+        if (!m_emptyTicket)
+        {
+            m_emptyTicket = xml::XmlUtility::LoadDocumentFromString(kEmptyPrintTicket);
+        }
+        TicketOf(derived) = Merge(base.Get(), m_emptyTicket.Get(), derived);
     }
 }
 

@@ -77,6 +77,8 @@ private:
 
     // By level, page, document, job, each below its base; the last is the ticket as received.
     std::array<Document, 4> m_tickets;
+    // The delta of parts without a ticket, once there was one; never changed.
+    Document m_emptyTicket;
     HPTPROVIDER m_provider = nullptr;
     HANDLE m_userToken = INVALID_HANDLE_VALUE;
 };
