@@ -1,22 +1,56 @@
 #pragma once
 
 #include <cstddef>
+#include <vector>
 
 #include "platform/win32.h"
 
 namespace tests
 {
-/// The blocks in use on the process heap, where objects, strings and the DOM live. A few come and go with the
-/// system's caches: what is to leave nothing behind is run many times between two counts. Blocks of fewer
-/// bytes than `atLeast` do not count.
+struct HeapUse
+{
+    std::size_t blocks = 0;
+    std::size_t bytes = 0;
+};
+
+inline HeapUse operator+(const HeapUse& one, const HeapUse& other)
+{
+    return {one.blocks + other.blocks, one.bytes + other.bytes};
+}
+
+/// Blocks of fewer bytes than `atLeast` do not count.
+inline HeapUse MeasureHeap(HANDLE heap, std::size_t atLeast = 0)
+{
+    HeapUse use;
+    PROCESS_HEAP_ENTRY entry{};
+    while (HeapWalk(heap, &entry))
+    {
+        if ((entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0 && entry.cbData >= atLeast)
+        {
+            use = use + HeapUse{1, entry.cbData};
+        }
+    }
+    return use;
+}
+
+/// What is in use on the heaps of the process, the runtime's among them, from which new and the DOM take.
+inline HeapUse MeasureHeaps()
+{
+    std::vector<HANDLE> heaps(GetProcessHeaps(0, nullptr));
+    heaps.resize(GetProcessHeaps(static_cast<DWORD>(heaps.size()), heaps.data()));
+    HeapUse use;
+    for (const HANDLE heap : heaps)
+    {
+        use = use + MeasureHeap(heap);
+    }
+    return use;
+}
+
+/// The blocks in use on the process heap, where strings and objects of COM live, and nothing of what a test
+/// itself takes by new. A few come and go with the system's caches: what is to leave nothing behind is run
+/// many times between two counts.
 inline std::size_t CountHeapBlocks(std::size_t atLeast = 0)
 {
-    std::size_t count = 0;
-    PROCESS_HEAP_ENTRY entry{};
-    while (HeapWalk(GetProcessHeap(), &entry))
-    {
-        count += (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0 && entry.cbData >= atLeast ? 1 : 0;
-    }
-    return count;
+    return MeasureHeap(GetProcessHeap(), atLeast).blocks;
 }
 } // namespace tests

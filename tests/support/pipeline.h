@@ -40,6 +40,9 @@ public:
         /// The method, with the name of the object behind it where there are several.
         std::string name;
         bool isImpersonating;
+        DWORD threadId;
+        /// What it was answered in place of being carried out; S_OK otherwise.
+        HRESULT refusal;
     };
 
     /// Lets every call of this name answer `result` in place of being carried out.
@@ -49,12 +52,23 @@ public:
         m_failure = result;
     }
 
+    /// Lets the source and the sink of the parts refuse everything from now on, as those of a cancelled job
+    /// do. On any thread.
+    void Cancel() { m_isCancelled = true; }
+
     /// Writes a call down. Fails when it is to fail.
     HRESULT Enter(const std::string& name)
     {
+        if (onCall)
+        {
+            onCall(name);
+            return S_OK;
+        }
+        const bool isRefused = m_isCancelled && (name == "GetXpsPart" || name.starts_with("Send"));
+        const HRESULT refusal = name == m_failingName ? m_failure : isRefused ? E_ABORT : S_OK;
         const std::lock_guard lock(m_mutex);
-        m_calls.push_back({name, IsThreadImpersonating()});
-        return name == m_failingName ? m_failure : S_OK;
+        m_calls.push_back({name, IsThreadImpersonating(), GetCurrentThreadId(), refusal});
+        return refusal;
     }
     template <typename Method>
     HRESULT Answer(const std::string& name, Method&& method)
@@ -67,6 +81,18 @@ public:
     {
         const std::lock_guard lock(m_mutex);
         return m_calls;
+    }
+    std::size_t Size() const
+    {
+        const std::lock_guard lock(m_mutex);
+        return m_calls.size();
+    }
+    /// Forgets the calls and the streams so far.
+    void Clear()
+    {
+        const std::lock_guard lock(m_mutex);
+        m_calls.clear();
+        writeStreams.clear();
     }
     /// The names of the calls that are not about the bytes of a stream.
     std::vector<std::string> Names() const
@@ -95,9 +121,13 @@ public:
     /// Every write stream that was handed out.
     std::vector<ComPtr<MemoryWriteStream>> writeStreams;
 
+    /// Is told of every call in place of its being written down, for jobs too long for that. None fails then.
+    std::function<void(const std::string& name)> onCall;
+
 private:
     mutable std::mutex m_mutex;
     std::vector<Call> m_calls;
+    std::atomic<bool> m_isCancelled{false};
     std::string m_failingName;
     HRESULT m_failure = E_FAIL;
 };
