@@ -1,0 +1,244 @@
+#!/usr/bin/env python3
+"""Measures what the module costs and prints it as tables: measure.py BIN_FOLDER WORK_FOLDER [--quick]
+
+What is compared is measured by turns, so that both meet the same machine. Times are processor time of the process
+and, in brackets, time on the clock; of several measurements the median, and of ratios the least and the greatest
+after it.
+"""
+import os
+import resource
+import statistics
+import subprocess
+import sys
+import time
+import xml.etree.ElementTree as ElementTree
+import zipfile
+from pathlib import Path
+
+BENCH = Path(__file__).resolve().parent
+WINE_RUN = BENCH.parent / "cmake" / "wine-run"
+BIN, WORK = Path(sys.argv[1]), Path(sys.argv[2])
+IS_QUICK = "--quick" in sys.argv
+
+ROUNDS, COPIES = (3, 2) if IS_QUICK else (10, 4)
+# How many jobs of each number of pages.
+JOBS = {10: 1, 100: 3, 1000: 1} if IS_QUICK else {10: 5, 100: 10, 1000: 3, 10_000: 1}
+HOST_ROUNDS, SMALL_PAGES, REAL_PAGES = (1, 200, 16) if IS_QUICK else (3, 1000, 40)
+KINDS = ("passed", "turned", "refitted")
+
+XPS = "http://schemas.microsoft.com/xps/2005/06"
+SMALL_PAGE = (f'<FixedPage xmlns="{XPS}" xml:lang="en" Width="816" Height="1056">'
+              '<Path Stroke="#FF000000" Data="M 96,96 L 720,96"/></FixedPage>')
+LANDSCAPE = ('<psf:PrintTicket version="1"'
+             ' xmlns:psf="http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework"'
+             ' xmlns:psk="http://schemas.microsoft.com/windows/2003/08/printing/printschemakeywords">'
+             '<psf:Feature name="psk:PageOrientation"><psf:Option name="psk:Landscape"/></psf:Feature>'
+             '</psf:PrintTicket>')
+
+
+def run(command, **options):
+    """Runs a program and gives its output and its processor and wall time."""
+    before, start = resource.getrusage(resource.RUSAGE_CHILDREN), time.monotonic()
+    done = subprocess.run(command, check=True, stdout=subprocess.PIPE, **options)
+    wall, after = time.monotonic() - start, resource.getrusage(resource.RUSAGE_CHILDREN)
+    return done.stdout, (after.ru_utime + after.ru_stime - before.ru_utime - before.ru_stime, wall)
+
+
+def bench(*arguments):
+    return run([WINE_RUN, BIN / "bench.exe", *map(str, arguments)])[0]
+
+
+def windows_path(path):
+    return "Z:" + str(path.resolve())
+
+
+def make_real_pages():
+    """Page markup that Ghostscript makes of text and drawings."""
+    package = WORK / "pages.xps"
+    run(["gs", "-q", "-dNOPAUSE", "-dBATCH", "-sDEVICE=xpswrite", "-o", package, BENCH / "pages.ps"])
+    with zipfile.ZipFile(package) as archive:
+        names = sorted(name for name in archive.namelist() if name.endswith(".fpage"))
+        return [keep(f"real{number}.fpage", archive.read(name)) for number, name in enumerate(names)]
+
+
+def make_glyphs_pages():
+    """A page of 5,000 words, each an element of its own."""
+    words = "".join(
+        f'<Glyphs OriginX="{50 + word * 37 % 650}.{word % 100:02}" OriginY="{50 + word // 20 * 4}.5" '
+        f'FontRenderingEmSize="12" FontUri="/Resources/Fonts/font1.odttf" Fill="#FF000000" '
+        f'UnicodeString="word{word} &amp; co" Indices="36,55;12;{word % 90},61"/>\n' for word in range(5000))
+    markup = f'<FixedPage xmlns="{XPS}" Width="816" Height="1056" xml:lang="en-US">\n{words}</FixedPage>'
+    return [keep("glyphs.fpage", markup.encode())] * 8
+
+
+def keep(name, content):
+    path = WORK / name
+    path.write_bytes(content)
+    return path
+
+
+def require_same_turn(page):
+    """A comparison of speed needs programs that do the same."""
+    ours = bench("turn", page)
+    other = run(["xsltproc", BENCH / "turn.xsl", page])[0]
+
+    def tree(markup):
+        return [(element.tag, element.attrib) for element in ElementTree.fromstring(markup).iter()]
+
+    if tree(ours) != tree(other):
+        sys.exit("bench: the stylesheet and the filter turn a page differently")
+
+
+def measure_markup(pages, has_rival):
+    """The times of each pass over the pages, by its name."""
+    files = pages * COPIES
+    times = {}
+    for _ in range(ROUNDS):
+        for line in bench("markup", 1, *files).decode().splitlines():
+            name, processor, wall = line.split()
+            times.setdefault(name, []).append((float(processor), float(wall)))
+        if has_rival:
+            rival = run(["xsltproc", BENCH / "turn.xsl", *files])[1]
+            times.setdefault("xsltproc", []).append(rival)
+    return times
+
+
+def measure_jobs():
+    """Processor and wall time a page, and peak memory, of each job, by kind and number of pages."""
+    results = {}
+    for turn in range(max(JOBS.values())):
+        for count in (count for count, times in JOBS.items() if turn < times):
+            for kind in KINDS:
+                _, processor, wall, peak = bench("job", kind, count).split()
+                results.setdefault((kind, count), []).append(
+                    (float(processor) / count, float(wall) / count, int(peak)))
+    return results
+
+
+def write_package(name, markups):
+    """A document of pages that share a ticket, by which all of them are turned."""
+    relationships = '<Relationships xmlns="http://schemas.openxmlformats.org/package/2006/relationships">{}</Relationships>'
+    relationship = '<Relationship Id="r" Type="{}" Target="{}"/>'
+    types = "".join(f'<Default Extension="{extension}" ContentType="application/vnd.ms-package.xps-{kind}+xml"/>'
+                    for extension, kind in (("fdseq", "fixeddocumentsequence"), ("fdoc", "fixeddocument"),
+                                            ("fpage", "fixedpage")))
+    types += ('<Default Extension="rels" ContentType="application/vnd.openxmlformats-package.relationships+xml"/>'
+              '<Default Extension="xml" ContentType="application/vnd.ms-printing.printticket+xml"/>')
+    path = WORK / name
+    with zipfile.ZipFile(path, "w", zipfile.ZIP_DEFLATED) as archive:
+        archive.writestr("[Content_Types].xml",
+                         f'<Types xmlns="http://schemas.openxmlformats.org/package/2006/content-types">{types}</Types>')
+        archive.writestr("_rels/.rels", relationships.format(relationship.format(XPS + "/fixedrepresentation", "/s.fdseq")))
+        archive.writestr("s.fdseq", f'<FixedDocumentSequence xmlns="{XPS}"><DocumentReference Source="/d.fdoc"/></FixedDocumentSequence>')
+        archive.writestr("d.fdoc", f'<FixedDocument xmlns="{XPS}">'
+                         + "".join(f'<PageContent Source="/{number}.fpage"/>' for number in range(len(markups)))
+                         + "</FixedDocument>")
+        archive.writestr("ticket.xml", LANDSCAPE)
+        for number, markup in enumerate(markups):
+            archive.writestr(f"{number}.fpage", markup)
+            archive.writestr(f"_rels/{number}.fpage.rels",
+                             relationships.format(relationship.format(XPS + "/printticket", "/ticket.xml")))
+    return path
+
+
+def run_host(package):
+    output = windows_path(WORK / "out.xps")
+    return run([WINE_RUN, BIN / "xpsfilterhost.exe", "run", windows_path(package), "-o", output])[1]
+
+
+def measure_host(name, markup_file, count):
+    """Processor and wall time a page of the host's program, what its start takes left out, and of the module."""
+    markup = markup_file.read_text()
+    whole, one = write_package(f"{name}.xps", [markup] * count), write_package(f"{name}1.xps", [markup])
+    hosts, modules = [], []
+    for _ in range(HOST_ROUNDS):
+        start, full = run_host(one), run_host(whole)
+        hosts.append(tuple((full[clock] - start[clock]) / (count - 1) for clock in (0, 1)))
+        _, processor, wall, _ = bench("job", "turned", count, windows_path(markup_file)).split()
+        modules.append((float(processor) / count, float(wall) / count))
+    return hosts, modules
+
+
+def median(times, clock):
+    return statistics.median(time[clock] for time in times)
+
+
+def ratio(times, others):
+    """Medians of the ratios of what was measured together."""
+    cells = []
+    for clock in (0, 1):
+        ratios = [time[clock] / other[clock] for time, other in zip(times, others) if other[clock] > 0]
+        cells.append(f"{statistics.median(ratios):.2f}, {min(ratios):.2f} to {max(ratios):.2f}")
+    return f"{cells[0]} ({cells[1]})"
+
+
+def table(head, rows):
+    print("\n| " + " | ".join(head) + " |\n|" + "---|" * len(head))
+    for row in rows:
+        print("| " + " | ".join(row) + " |")
+
+
+def print_ratios(markup, jobs, hosts):
+    rows = []
+    for what, first, second in (("rewrite to parse that reads all attributes", "rewrite", "attributes"),
+                                ("rewrite to bare parse", "rewrite", "parse"),
+                                ("floor to parse that reads all attributes", "floor", "attributes"),
+                                ("rewrite to floor", "rewrite", "floor")):
+        for name, times in markup.items():
+            rows.append((f"{what}, {name}", ratio(times[first], times[second])))
+    real = markup["real pages"]
+    rows.append(("xsltproc to rewrite, real pages", ratio(real["xsltproc"], real["rewrite"])))
+    most = max(JOBS)
+    for kind in KINDS:
+        costs = [median(jobs[kind, most], clock) / median(jobs[kind, 100], clock) for clock in (0, 1)]
+        rows.append((f"cost of a page, {kind}, {most:,} pages to 100", f"{costs[0]:.2f} ({costs[1]:.2f})"))
+        growth = median(jobs[kind, most], 2) - median(jobs[kind, 10], 2)
+        rows.append((f"peak memory, {kind}, {most:,} pages less 10", f"{growth / 1e6:.1f} MB"))
+    for name, (host, module) in hosts.items():
+        shares = [1 - median(module, clock) / median(host, clock) for clock in (0, 1)]
+        rows.append((f"share of the host in a page, {name}", f"{shares[0]:.0%} ({shares[1]:.0%})"))
+    table(("ratio", "processor time (on the clock)"), rows)
+
+
+def print_calls():
+    counts, kinds = {}, []
+    for line in bench("calls").decode().splitlines():
+        kind, name, count = line.split("\t")
+        counts.setdefault(name, {})[kind] = count
+        kinds += [] if kind in kinds else [kind]
+    table(("calls for a small page", *kinds),
+          [(name, *(by_kind.get(kind, "") for kind in kinds)) for name, by_kind in sorted(counts.items())])
+
+
+def print_figures(markup, sizes, jobs, hosts):
+    rows = []
+    for name, times in markup.items():
+        for what, taken in times.items():
+            speeds = [sizes[name] * COPIES / 1e6 / median(taken, clock) for clock in (0, 1)]
+            rows.append((f"{what}, {name}", f"{speeds[0]:.1f} ({speeds[1]:.1f}) MB/s"))
+    for (kind, count), costs in sorted(jobs.items()):
+        speeds = [1 / max(median(costs, clock), 1e-9) for clock in (0, 1)]
+        rows.append((f"{kind}, {count:,} small pages", f"{speeds[0]:,.0f} ({speeds[1]:,.0f}) pages/s, "
+                     f"{median(costs, 2) / 1e6:.1f} MB at most"))
+    for name, (host, module) in hosts.items():
+        for who, costs in (("host and module", host), ("module", module)):
+            rows.append((f"{who}, a page, {name}",
+                         f"{median(costs, 0) * 1e3:.2f} ({median(costs, 1) * 1e3:.2f}) ms"))
+    table(("figure", "processor time (on the clock)"), rows)
+
+
+def main():
+    pages = {"real pages": make_real_pages(), "small Glyphs": make_glyphs_pages()}
+    require_same_turn(pages["real pages"][0])
+    small_page = keep("small.fpage", SMALL_PAGE.encode())
+    markup = {name: measure_markup(files, name == "real pages") for name, files in pages.items()}
+    jobs = measure_jobs()
+    hosts = {"small pages": measure_host("small", small_page, SMALL_PAGES),
+             "real pages": measure_host("real", pages["real pages"][0], REAL_PAGES)}
+    sizes = {name: sum(os.path.getsize(file) for file in files) for name, files in pages.items()}
+    print_ratios(markup, jobs, hosts)
+    print_calls()
+    print_figures(markup, sizes, jobs, hosts)
+
+
+main()
