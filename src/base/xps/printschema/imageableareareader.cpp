@@ -18,7 +18,8 @@ namespace
 // Jobs have few different tickets. One that has more asks again, rather than holding on to them all.
 constexpr std::size_t kMostRemembered = 64;
 
-/// Through its text: MSXML in Wine 8 never frees the clone of a document (ImageableAreaReader.LeavesNoCopyOfATicketBehind).
+/// Through its text: MSXML in Wine 8 never frees the clone of a document
+/// (ImageableAreaReader.LeavesNoCopyOfATicketBehind).
 ComPtr<IXMLDOMDocument2> CopyOf(IXMLDOMDocument2* ticket)
 {
     return LoadTicketDocument(*xml::XmlUtility::SaveDocument(ticket));
