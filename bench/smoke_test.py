@@ -8,6 +8,7 @@ import sys
 
 # By what becomes of a page: none of its tickets is loaded twice but the one that is rewritten, which comes from
 # the page's part again, and every page costs one merge.
+# A page's start is looked at for a document type before it is read.
 CALLS = {
     "inherited": {"GetXpsPart": 1, "GetPrintTicket page": 1, "SendFixedPage page": 1,
                   "PTMergeAndValidatePrintTicket": 1, "DOM documents loaded": 1},
@@ -19,7 +20,7 @@ CALLS["refitted"] = CALLS["passed"] | {
     "DeleteResource /Metadata/page_PT.xml": 1, "GetNewEmptyPart": 1, "WriteBytes new ticket": 2,
     "Close new ticket": 1, "SetPrintTicket page": 1, "DOM documents loaded": 3}
 CALLS["turned"] = CALLS["refitted"] | {
-    "WriteBytes new ticket": 1, "GetStream page": 1, "Seek page": 1, "ReadBytes page": 2, "GetWriteStream page": 1,
+    "WriteBytes new ticket": 1, "GetStream page": 1, "Seek page": 3, "ReadBytes page": 3, "GetWriteStream page": 1,
     "WriteBytes page": 1, "Close page": 1}
 
 # A page's worth of DOM nodes that is never freed comes to some 70 KB.

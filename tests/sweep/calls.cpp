@@ -20,6 +20,8 @@ constexpr char kText[] = "string";
 constexpr const char* kCapabilities = "the printer is asked for its capabilities";
 // The same once the request has been written.
 constexpr char kRequested[] = "the printer is asked for its capabilities";
+// Nothing that a failure is absorbed in.
+constexpr char kWritten[] = "";
 
 // Hand-overs, by the argument that carries them.
 
@@ -339,6 +341,18 @@ const char* StageOfDocument(const Call&)
     return Watch::Get().GetStage() == kRequested ? kRequested : "";
 }
 
+const char* StageOfWriting(const Call&)
+{
+    return kWritten;
+}
+
+/// What the answers of the printer are remembered by: a page's ticket, then the one that is written for it,
+/// with which the printer is asked.
+const char* StageOfText(const Call&)
+{
+    return Watch::Get().GetStage() == kWritten ? kWritten : "";
+}
+
 /// A ticket is saved for the printer, or for something else.
 const char* StageOfSave(const Call&)
 {
@@ -421,13 +435,13 @@ const std::vector<const Interface*>& Interfaces()
          CALLABLE(IXMLDOMNode, get_text, &OutText<1>),
          CALLABLE(IXMLDOMNode, put_text),
          CALLABLE(IXMLDOMNode, get_nodeTypedValue, &OutVariant<1>),
-         CALLABLE(IXMLDOMNode,
-                  get_xml,
-                  [](Call& call) {
-                      OutText<1>(call);
-                      // What the answers of the printer are remembered by.
-                      Watch::Get().SetStage(kCapabilities);
-                  }),
+         Staged(CALLABLE(IXMLDOMNode,
+                         get_xml,
+                         [](Call& call) {
+                             OutText<1>(call);
+                             Watch::Get().SetStage(Watch::Get().GetStage() == kWritten ? kCapabilities : "");
+                         }),
+                &StageOfText),
          CALLABLE(IXMLDOMNode, selectNodes, &Out<IXMLDOMNodeList, 2>),
          Staged(CALLABLE(IXMLDOMNode, selectSingleNode, &Out<IXMLDOMNode, 2>), &StageOf),
          CALLABLE(IXMLDOMNode, get_namespaceURI, &OutText<1>),
@@ -445,7 +459,7 @@ const std::vector<const Interface*>& Interfaces()
         &node,
         &IXMLDOMDocument2::getProperty,
         {CALLABLE(IXMLDOMDocument2, get_documentElement, &Out<IXMLDOMElement, 1>),
-         Staged(CALLABLE(IXMLDOMDocument2, createNode, &Out<IXMLDOMNode, 4>), &NoStage),
+         Staged(CALLABLE(IXMLDOMDocument2, createNode, &Out<IXMLDOMNode, 4>), &StageOfWriting),
          CALLABLE(IXMLDOMDocument2, get_doctype),
          CALLABLE(IXMLDOMDocument2, load),
          CALLABLE(IXMLDOMDocument2, loadXML),

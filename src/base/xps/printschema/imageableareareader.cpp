@@ -2,6 +2,7 @@
 
 #include "base/logging/boundary.h"
 #include "base/logging/errors.h"
+#include "base/logging/log.h"
 #include "base/utility/bstr.h"
 #include "base/xml/xmlutility.h"
 #include "base/xps/printschema/mediasizedata.h"
@@ -32,6 +33,14 @@ std::wstring TextOf(IXMLDOMDocument2* ticket)
     return std::wstring(text.View());
 }
 
+/// What tells a sheet from others.
+std::wstring NameOf(const MediaSizeEntry& media)
+{
+    return media.name.localName +
+           logging::FormatWString(
+               L" %d %d %d", media.value, media.size.widthMicrometres, media.size.heightMicrometres);
+}
+
 std::int32_t ReadNumber(const PrintSchemaHandler& capabilities, const wchar_t* name)
 {
     const std::wstring framework(capabilities.GetPrefix(NamespaceId::Framework).View());
@@ -56,7 +65,19 @@ ImageableArea ImageableAreaReader::Read(const MediaSizeEntry& media)
 {
     ComPtr<IXMLDOMDocument2> pageTicket;
     ThrowIfFailed(m_provider.GetLevelTicket(kPTPageScope, pageTicket.Receive()));
-    const ComPtr<IXMLDOMDocument2> ticket = CopyOf(pageTicket.Get());
+    std::wstring request = TextOf(pageTicket.Get()) + NameOf(media);
+    if (const auto known = m_remembered.find(request); known != m_remembered.end())
+    {
+        return known->second;
+    }
+    const ImageableArea area = ReadUnder(pageTicket.Get(), media);
+    Remember(std::move(request), area);
+    return area;
+}
+
+ImageableArea ImageableAreaReader::ReadUnder(IXMLDOMDocument2* pageTicket, const MediaSizeEntry& media)
+{
+    const ComPtr<IXMLDOMDocument2> ticket = CopyOf(pageTicket);
     const auto handler = PrintSchemaDocumentHandler::ForPrintTicket(ticket);
     const MediaSizeData mediaSize(media);
     mediaSize.Remove(handler);
@@ -68,12 +89,17 @@ ImageableArea ImageableAreaReader::Read(const MediaSizeEntry& media)
         return known->second;
     }
     const ImageableArea area = Ask(ticket.Get(), media.size);
+    Remember(std::move(text), area);
+    return area;
+}
+
+void ImageableAreaReader::Remember(std::wstring text, const ImageableArea& area)
+{
     if (m_remembered.size() == kMostRemembered)
     {
         m_remembered.clear();
     }
     m_remembered.emplace(std::move(text), area);
-    return area;
 }
 
 ImageableArea ImageableAreaReader::Ask(IXMLDOMDocument2* ticket, MediaSize sheet)

@@ -21,10 +21,13 @@ public:
     ImageableArea Read(const MediaSizeEntry& media);
 
 private:
+    ImageableArea ReadUnder(IXMLDOMDocument2* pageTicket, const MediaSizeEntry& media);
     ImageableArea Ask(IXMLDOMDocument2* ticket, MediaSize sheet);
+    void Remember(std::wstring text, const ImageableArea& area);
 
     PrintTicketProvider& m_provider;
-    // By the text of the ticket.
+    // By the text of the ticket that was asked about, and by that of the page's ticket and the sheet: pages
+    // with equal tickets then need not even have theirs changed.
     std::map<std::wstring, ImageableArea, std::less<>> m_remembered;
 };
 } // namespace base::xps::printschema
