@@ -171,33 +171,39 @@ std::string_view SkipMiscellany(std::string_view text)
     return found == std::string_view::npos ? std::string_view() : text.substr(found + end.size());
 }
 
-/// Where the tag ends that begins `text`, and how many attributes it has.
+/// Where the tag ends that begins `text`, and how many attributes it has and references in them.
 struct Tag
 {
     std::size_t size;
     std::size_t attributes;
+    std::ptrdiff_t references;
 };
 
 Tag MeasureTag(std::string_view text)
 {
-    Tag tag{0, 0};
+    Tag tag{0, 0, 0};
     while (tag.size < text.size() && text[tag.size] != '>')
     {
         const char c = text[tag.size];
         tag.attributes += c == '=' ? 1 : 0;
         const bool opens = c == '"' || c == '\'';
         const std::size_t closed = opens ? text.find(c, tag.size + 1) : tag.size;
-        tag.size = std::min(closed, text.size() - 1) + 1;
+        const std::size_t end = std::min(closed, text.size() - 1) + 1;
+        tag.references += std::count(text.begin() + static_cast<std::ptrdiff_t>(tag.size),
+                                     text.begin() + static_cast<std::ptrdiff_t>(end),
+                                     '&');
+        tag.size = end;
     }
     return tag;
 }
 
-/// Readers take a time that grows with the square of depth and of attributes: what no document needs is not
-/// given to them.
+/// Readers take a time that grows with the square of depth, of attributes and of references in them: what no
+/// document needs is not given to them.
 void RefuseExcess(std::string_view text)
 {
     constexpr std::size_t depthLimit = 1000;
     constexpr std::size_t attributeLimit = 1000;
+    constexpr std::ptrdiff_t referenceLimit = 10'000;
     std::size_t depth = 0;
     while ((text = text.substr(std::min(text.find('<'), text.size()))).size() > 1)
     {
@@ -219,6 +225,11 @@ void RefuseExcess(std::string_view text)
         {
             throw MarkupError("has an element with more than " + std::to_string(attributeLimit) +
                               " attributes");
+        }
+        if (tag.references > referenceLimit)
+        {
+            throw MarkupError("has an element with more than " + std::to_string(referenceLimit) +
+                              " references");
         }
         text.remove_prefix(tag.size);
     }

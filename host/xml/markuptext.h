@@ -16,7 +16,8 @@ public:
 /// The markup of a part as UTF-8 without byte-order mark and without XML declaration, whose place is left
 /// blank so that line numbers hold. Takes UTF-8 and UTF-16, with a mark or without, as packages may hold no
 /// other encoding. Throws MarkupError for another one, for malformed UTF-16, for a document type
-/// declaration, which neither OPC nor XPS allows, and for more nesting or attributes than readers can take.
+/// declaration, which neither OPC nor XPS allows, and for more nesting, attributes or references than readers
+/// can take.
 std::string DecodeMarkup(std::string_view bytes);
 
 /// Throws what DecodeMarkup throws: for markup that goes to a reader which does not refuse document types,

@@ -49,6 +49,13 @@ def environment(runner):
     return {**os.environ, "WINEPREFIX": str(prefix), "WINEDEBUG": "-all", "WINEDLLOVERRIDES": "mscoree,mshtml="}, prefix
 
 
+def clear(folder):
+    """All but the two files that a process has open: Wine does not always open anew what was deleted meanwhile."""
+    for path in folder.iterdir():
+        if path.name not in ("out.txt", "err.txt"):
+            path.unlink()
+
+
 class Stopped(Exception):
     """The process ended, or had to be ended, within an input."""
 
@@ -121,9 +128,11 @@ def read_items(data):
             for item in archive.infolist():
                 try:
                     with archive.open(item) as file:
-                        items[item.filename] = file.read(CHECKED_SIZE)
+                        content = file.read(CHECKED_SIZE)
                 except Exception:  # The reader has many ways to say that it cannot.
-                    items[item.filename] = None
+                    content = None
+                # The host's library takes a name that is not said to be UTF-8 as code page 437, control characters too.
+                items[item.filename.replace("\u263a", "\x01")] = content
     except Exception:
         return None
     return items
@@ -273,8 +282,7 @@ class Judge:
         try:
             while True:
                 index = indices.get_nowait()
-                for path in folder.iterdir():
-                    path.unlink()
+                clear(folder)
                 status = self.judge(index, folder, batch.run)
                 if self.options.direct and index % max(1, self.options.count // self.options.direct) == 0:
                     self.compare(index, folder, status)
@@ -287,8 +295,7 @@ class Judge:
 
     def compare(self, index, folder, status):
         """The same input through the program itself, its file accesses traced."""
-        for path in folder.iterdir():
-            path.unlink()
+        clear(folder)
         kind, options, package = self.generator.make(index)
         (folder / "in.xps").write_bytes(package)
         variables = {**self.variables, "WINEDEBUG": "-all,+file"}

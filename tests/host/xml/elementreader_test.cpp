@@ -102,6 +102,9 @@ TEST(ElementReader, RefusesWhatReadersTakeTooLongFor)
     EXPECT_EQ(FindMarkupFault("<a>" + Repeat("<b/><c x='/'></c><!-- <d> --><?e <f> ?><![CDATA[<g>]]>", 2000) +
                               "</a>"),
               "");
+    EXPECT_EQ(FindMarkupFault("<a b='" + Repeat("&amp;", 10000) + "'/>"), "");
+    EXPECT_EQ(FindMarkupFault("<a b='" + Repeat("&amp;", 10001) + "'/>"),
+              "has an element with more than 10000 references");
     EXPECT_EQ(FindMarkupFault(attributed(1000)), "");
     EXPECT_EQ(FindMarkupFault(attributed(1001)), "has an element with more than 1000 attributes");
 }
