@@ -198,6 +198,7 @@ class Listener(threading.Thread):
         self.calls = 0
         self.socket = socket.socket()
         # Runs at once, of two builds, listen together.
+        self.socket.setsockopt(socket.SOL_SOCKET, socket.SO_REUSEADDR, 1)
         self.socket.setsockopt(socket.SOL_SOCKET, socket.SO_REUSEPORT, 1)
         self.socket.bind(("127.0.0.1", CALLED_PORT))
         self.socket.listen()
