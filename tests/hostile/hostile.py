@@ -34,6 +34,8 @@ WORKERS = 2
 TIME_LIMIT = 90
 # What a run may take at most, in MB.
 MEMORY_LIMIT = 512
+# Runs of one process. Under Wine 8 a process aborts when it has used and unloaded a filter some 1080 times.
+RUNS_OF_A_PROCESS = 250
 # Bytes that a checker unpacks of one item.
 CHECKED_SIZE = 700 << 20
 SHOWN_FAILURES = 20
@@ -65,7 +67,7 @@ class Batch:
 
     def __init__(self, program, folder, variables):
         self.command = ["wine", str(program)]
-        self.folder, self.variables, self.process = folder, variables, None
+        self.folder, self.variables, self.process, self.runs = folder, variables, None, 0
 
     def start(self):
         self.process = subprocess.Popen(self.command, cwd=self.folder, env=self.variables, stdin=subprocess.PIPE,
@@ -84,6 +86,9 @@ class Batch:
 
     def run(self, arguments):
         """(exit status, peak in MB)"""
+        self.runs += 1
+        if self.runs % RUNS_OF_A_PROCESS == 0:
+            self.stop()
         if self.process is None:
             self.start()
         else:
