@@ -5,6 +5,7 @@
 #include "base/logging/errors.h"
 #include "host/report/pagesize.h"
 #include "host/tickets/ticketbytes.h"
+#include "host/xps/xpsvocabulary.h"
 
 namespace host::report
 {
@@ -17,9 +18,6 @@ std::string ContentOf(const pipeline::PartWriteStream& stream, std::size_t limit
     content.resize(stream.Content().Read(0, content.data(), content.size()));
     return content;
 }
-
-// Tickets are some thousand bytes long.
-constexpr std::size_t kTicketLimit = 16'777'216;
 
 /// A job must not fail because of what its report wants to know in addition.
 template <typename Question>
@@ -77,7 +75,10 @@ PageDetails PageReporter::ReadDetails(const xps::JobPart& page, std::string newT
 {
     PageDetails details;
     details.effectiveTicket = asked.ticket;
-    details.ownTicket = page.printTicket ? m_package.Read(*page.printTicket) : std::string();
+    if (page.printTicket)
+    {
+        details.ownTicket = m_package.Read(*page.printTicket, xps::kPrintTicketLimit);
+    }
     details.areaBefore = details.areaAfter = asked.area;
     if (!newTicket.empty() && m_detail == Detail::All)
     {
@@ -118,7 +119,7 @@ PageReport PageReporter::Describe(const pipeline::SentPart& sent)
         page.newTicket = sent.newTicket->Name().Text();
         if (sent.newTicket->NewContent() != nullptr)
         {
-            newTicket = ContentOf(*sent.newTicket->NewContent(), kTicketLimit);
+            newTicket = ContentOf(*sent.newTicket->NewContent(), xps::kPrintTicketLimit);
             page.given = tickets::ReadSheetFacts(newTicket);
         }
     }

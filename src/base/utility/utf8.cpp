@@ -18,6 +18,7 @@ int CheckedLength(std::size_t length)
     }
     return static_cast<int>(length);
 }
+
 // Malformed text is converted too, with replacement characters: nothing comes of a failure only.
 void RequireConverted(int count)
 {
