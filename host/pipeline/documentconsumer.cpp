@@ -6,6 +6,9 @@
 
 #include "base/utility/comptr.h"
 #include "base/utility/utf8.h"
+#include "host/pipeline/pagepart.h"
+#include "host/pipeline/partanswers.h"
+#include "host/pipeline/treeparts.h"
 
 namespace host::pipeline
 {

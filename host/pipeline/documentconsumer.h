@@ -3,8 +3,10 @@
 #include <functional>
 
 #include "base/utility/comobject.h"
-#include "host/pipeline/jobparts.h"
 #include "host/pipeline/pipelinejob.h"
+#include "host/pipeline/printstreams.h"
+#include "host/pipeline/ticketpart.h"
+#include "host/xps/xpsdocument.h"
 #include "platform/filterpipeline.h"
 
 namespace host::pipeline
@@ -37,7 +39,6 @@ public:
     // a new ticket with one part only, and nothing after CloseSender: E_UNEXPECTED otherwise.
 
     /// Takes no part of the tree: one that is sent as unknown is not sent.
-
     STDMETHODIMP SendXpsUnknown(IUnknown* part) override;
 
     STDMETHODIMP SendXpsDocument(IXpsDocument* document) override;

@@ -5,7 +5,7 @@
 #include "base/logging/errors.h"
 #include "base/utility/bstr.h"
 #include "base/utility/utf8.h"
-#include "host/pipeline/jobparts.h"
+#include "host/pipeline/partanswers.h"
 
 namespace host::pipeline
 {

@@ -11,7 +11,8 @@
 #include "base/xps/printschema/mediasizedata.h"
 #include "base/xps/printschema/pageorientationdata.h"
 #include "base/xps/printschema/printablemediasizedata.h"
-#include "host/pipeline/jobparts.h"
+#include "host/pipeline/pagepart.h"
+#include "host/pipeline/treeparts.h"
 #include "host/tickets/ticketbytes.h"
 
 namespace host::tickets

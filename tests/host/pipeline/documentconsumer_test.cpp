@@ -8,6 +8,7 @@
 #include "base/utility/comobject.h"
 #include "base/utility/utf8.h"
 #include "host/pipeline/documentprovider.h"
+#include "host/pipeline/partanswers.h"
 #include "tests/host/pipeline/sendpart.h"
 #include "tests/host/testpackages.h"
 

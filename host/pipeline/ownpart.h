@@ -1,0 +1,40 @@
+#pragma once
+
+#include <type_traits>
+
+#include "base/utility/comobject.h"
+#include "base/utility/comptr.h"
+#include "platform/filterpipeline.h"
+
+namespace host::pipeline
+{
+/// A part of this pipeline. Filters pass parts around by interfaces of the platform; `Self::kOwnId`, which
+/// nobody else knows, tells this pipeline's own.
+template <typename Self, typename Interface>
+class OwnPart : public base::utility::ComObject<Interface>
+{
+public:
+    STDMETHODIMP QueryInterface(REFIID iid, void** result) override
+    {
+        const bool isBase = std::is_base_of_v<IPartBase, Interface> && iid == __uuidof(IPartBase);
+        if (result == nullptr || (!isBase && iid != Self::kOwnId))
+        {
+            return base::utility::ComObject<Interface>::QueryInterface(iid, result);
+        }
+        *result = static_cast<Self*>(this);
+        this->AddRef();
+        return S_OK;
+    }
+
+    /// The part behind an interface that a filter hands back; null for one that is not of this pipeline.
+    static base::utility::ComPtr<Self> Recognise(IUnknown* object)
+    {
+        base::utility::ComPtr<Self> part;
+        if (object != nullptr)
+        {
+            static_cast<void>(object->QueryInterface(Self::kOwnId, part.ReceiveUntyped()));
+        }
+        return part;
+    }
+};
+} // namespace host::pipeline

@@ -1,0 +1,74 @@
+#include "host/pipeline/partanswers.h"
+
+#include <string>
+
+#include "base/utility/bstr.h"
+#include "host/opc/packageerror.h"
+#include "host/xml/markuptext.h"
+
+namespace host::pipeline
+{
+using base::utility::Bstr;
+using base::utility::ComPtr;
+using base::utility::MakeCom;
+
+namespace
+{
+/// The content of a part that goes to XML readers, which in Wine open the files that a document type names.
+std::string ReadMarkup(const PipelineJob& job, const opc::PartName& name, std::uint64_t limit)
+{
+    std::string markup = job.package.Read(name, limit);
+    try
+    {
+        xml::RefuseForeignMarkup(markup);
+    }
+    catch (const xml::MarkupError& fault)
+    {
+        throw opc::PackageError(name.Text(), fault.what());
+    }
+    return markup;
+}
+} // namespace
+
+HRESULT HandOutName(const opc::PartName& name, BSTR* uri)
+{
+    if (uri == nullptr)
+    {
+        return E_POINTER;
+    }
+    *uri = nullptr;
+    *uri = Bstr(name.Text().c_str()).Detach();
+    return S_OK;
+}
+
+HRESULT HandOutContent(const PipelineJob& job,
+                       const opc::PartName& name,
+                       IPrintReadStream** stream,
+                       std::uint64_t limit)
+{
+    if (stream == nullptr)
+    {
+        return E_POINTER;
+    }
+    *stream = nullptr;
+    *stream = MakeCom<PartReadStream>(ReadMarkup(job, name, limit)).Detach();
+    return S_OK;
+}
+
+HRESULT HandOutCompression(EXpsCompressionOptions kept, EXpsCompressionOptions* compression)
+{
+    if (compression == nullptr)
+    {
+        return E_POINTER;
+    }
+    *compression = kept;
+    return S_OK;
+}
+
+ComPtr<PartWriteStream> MakeWriteStream(const PipelineJobPtr& job, const opc::PartName& part)
+{
+    return MakeCom<PartWriteStream>(job->writer->NewContent(), [job, name = part.Text()] {
+        job->trace.Tell("IPrintWriteStream::Close", name, S_OK);
+    });
+}
+} // namespace host::pipeline
