@@ -21,6 +21,9 @@ constexpr const char* kDocumentTypes[] = {
     "<!DOCTYPE a [<!ENTITY % p SYSTEM 'file:///C:/hostile-secret.txt'>]>",
     "<?xml version='1.0'?><!-- > --><?p ?><!DOCTYPE a [<!ENTITY b 'c'>]>",
     "<!DOCTYPE a [<!ATTLIST FixedPage Width CDATA '9'>]>",
+    // In this encoding the first comment ends behind the second arrow.
+    "<?xml version='1.0' encoding='gbk'?><!-- \x81--><a --><!DOCTYPE a [<!ATTLIST FixedPage Width CDATA "
+    "'9'>]>",
 };
 
 /// A filter with no host in front of it that looks at the markup first.

@@ -1,14 +1,78 @@
 #include "base/xml/prologscanner.h"
 
+#include <algorithm>
+#include <optional>
+
 namespace base::xml
 {
 namespace
 {
 constexpr std::size_t kLongestMark = 3;
+// Far more than one needs.
+constexpr std::size_t kLongestDeclaration = 1024;
+constexpr std::u16string_view kBlanks = u" \t\r\n";
 
 unsigned char ByteAt(std::string_view bytes, std::size_t index)
 {
     return static_cast<unsigned char>(bytes[index]);
+}
+
+std::u16string_view WithoutLeadingBlanks(std::u16string_view text)
+{
+    text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
+    return text;
+}
+
+struct PseudoAttribute
+{
+    std::u16string_view name;
+    std::u16string_view value;
+};
+
+/// Takes the first pseudo-attribute, as encoding="utf-8", off what a declaration holds; none for other text.
+std::optional<PseudoAttribute> TakePseudoAttribute(std::u16string_view& text)
+{
+    PseudoAttribute attribute{text.substr(0, text.find_first_of(u" \t\r\n=")), {}};
+    text = WithoutLeadingBlanks(text.substr(attribute.name.size()));
+    if (!text.starts_with(u'='))
+    {
+        return std::nullopt;
+    }
+    text = WithoutLeadingBlanks(text.substr(1));
+    const bool isQuoted = text.starts_with(u'"') || text.starts_with(u'\'');
+    const std::size_t end = isQuoted ? text.find(text.front(), 1) : std::u16string_view::npos;
+    if (end == std::u16string_view::npos)
+    {
+        return std::nullopt;
+    }
+    attribute.value = text.substr(1, end - 1);
+    text = WithoutLeadingBlanks(text.substr(end + 1));
+    return attribute;
+}
+
+bool IsUnicode(std::u16string_view encoding)
+{
+    std::u16string name(encoding);
+    for (char16_t& c : name)
+    {
+        c = c >= u'A' && c <= u'Z' ? static_cast<char16_t>(c - u'A' + u'a') : c;
+    }
+    return name == u"utf-8" || name == u"utf-16";
+}
+
+/// For what an XML declaration holds behind its target.
+bool NamesUnicodeOrNothing(std::u16string_view declaration)
+{
+    std::u16string_view text = WithoutLeadingBlanks(declaration);
+    while (!text.empty())
+    {
+        const auto attribute = TakePseudoAttribute(text);
+        if (!attribute || (attribute->name == u"encoding" && !IsUnicode(attribute->value)))
+        {
+            return false;
+        }
+    }
+    return true;
 }
 } // namespace
 
@@ -86,27 +150,33 @@ void PrologScanner::TakeCharacter(char16_t character)
         TakeAfterLessThan(character);
         break;
     case State::AfterExclamationMark:
-    case State::AfterFirstDash:
-        m_verdict = character == u'-' ? m_verdict : PrologVerdict::Refused;
-        m_state = m_state == State::AfterFirstDash ? State::InComment : State::AfterFirstDash;
+        TakeDash(character, State::AfterDash);
+        break;
+    case State::AfterDash:
+        TakeDash(character, State::InComment);
         break;
     case State::InComment:
         SkipTo(u"-->", character);
         break;
+    case State::InTarget:
+        TakeInTarget(character);
+        break;
     case State::InInstruction:
         SkipTo(u"?>", character);
+        break;
+    case State::InDeclaration:
+        TakeInDeclaration(character);
         break;
     }
 }
 
 void PrologScanner::TakeBetweenMarkup(char16_t character)
 {
-    constexpr std::u16string_view blanks = u" \t\r\n";
     if (character == u'<')
     {
         m_state = State::AfterLessThan;
     }
-    else if (blanks.find(character) == std::u16string_view::npos)
+    else if (kBlanks.find(character) == std::u16string_view::npos)
     {
         m_verdict = PrologVerdict::Refused;
     }
@@ -116,21 +186,68 @@ void PrologScanner::TakeAfterLessThan(char16_t character)
 {
     if (character == u'?' || character == u'!')
     {
-        m_state = character == u'?' ? State::InInstruction : State::AfterExclamationMark;
+        m_state = character == u'?' ? State::InTarget : State::AfterExclamationMark;
         return;
     }
     // Characters of four bytes have more zeros.
     m_verdict = character == u'\0' ? PrologVerdict::Refused : PrologVerdict::Accepted;
 }
 
+void PrologScanner::TakeDash(char16_t character, State next)
+{
+    if (character != u'-')
+    {
+        m_verdict = PrologVerdict::Refused;
+        return;
+    }
+    m_state = next;
+}
+
+void PrologScanner::TakeInTarget(char16_t character)
+{
+    constexpr std::u16string_view declaration = u"xml";
+    m_text += character;
+    if (m_text.ends_with(u"?>"))
+    {
+        EndMarkup();
+    }
+    else if (m_text.size() > declaration.size())
+    {
+        const bool isDeclaration =
+            m_text.starts_with(declaration) && kBlanks.find(character) != std::u16string_view::npos;
+        m_state = isDeclaration ? State::InDeclaration : State::InInstruction;
+        m_text = character;
+    }
+}
+
+void PrologScanner::TakeInDeclaration(char16_t character)
+{
+    m_text += character;
+    if (m_text.ends_with(u"?>"))
+    {
+        m_text.resize(m_text.size() - 2);
+        m_verdict = NamesUnicodeOrNothing(m_text) ? m_verdict : PrologVerdict::Refused;
+        EndMarkup();
+    }
+    else if (m_text.size() == kLongestDeclaration)
+    {
+        m_verdict = PrologVerdict::Refused;
+    }
+}
+
 void PrologScanner::SkipTo(std::u16string_view ending, char16_t character)
 {
-    m_tail.erase(0, m_tail.size() == ending.size() ? 1 : 0);
-    m_tail += character;
-    if (m_tail == ending)
+    m_text.erase(0, m_text.size() == ending.size() ? 1 : 0);
+    m_text += character;
+    if (m_text == ending)
     {
-        m_tail.clear();
-        m_state = State::BetweenMarkup;
+        EndMarkup();
     }
+}
+
+void PrologScanner::EndMarkup()
+{
+    m_text.clear();
+    m_state = State::BetweenMarkup;
 }
 } // namespace base::xml

@@ -16,7 +16,8 @@ enum class PrologVerdict
 
 /// Reads what stands in front of an XML document's root element, which may be a declaration, comments and
 /// processing instructions only. A document type is refused, and with it all that readers open and expand
-/// for its sake; so is text. Takes UTF-16, and every encoding that is ASCII where ASCII will do.
+/// for its sake; so is text. An XML declaration may name UTF-8 and UTF-16 only, as OPC has it: a reader of
+/// another encoding may see a comment end where this scanner does not.
 class PrologScanner
 {
 public:
@@ -38,9 +39,11 @@ private:
         BetweenMarkup,
         AfterLessThan,
         AfterExclamationMark,
-        AfterFirstDash,
+        AfterDash,
         InComment,
-        InInstruction
+        InTarget,
+        InInstruction,
+        InDeclaration
     };
 
     void Recognise();
@@ -48,7 +51,11 @@ private:
     void TakeCharacter(char16_t character);
     void TakeBetweenMarkup(char16_t character);
     void TakeAfterLessThan(char16_t character);
+    void TakeDash(char16_t character, State next);
+    void TakeInTarget(char16_t character);
+    void TakeInDeclaration(char16_t character);
     void SkipTo(std::u16string_view ending, char16_t character);
+    void EndMarkup();
 
     Encoding m_encoding = Encoding::Unknown;
     State m_state = State::BetweenMarkup;
@@ -57,7 +64,7 @@ private:
     std::string m_start;
     // The half of a character that has come already.
     int m_pendingByte = -1;
-    // The last characters of a comment or an instruction.
-    std::u16string m_tail;
+    // What has come of a declaration, and the last characters of a comment or another instruction.
+    std::u16string m_text;
 };
 } // namespace base::xml
