@@ -2,6 +2,7 @@
 
 #include <array>
 #include <stdexcept>
+#include <string_view>
 
 #include "base/logging/errors.h"
 #include "base/utility/bstr.h"
@@ -14,6 +15,33 @@ using exception::ThrowIfFailed;
 using utility::Bstr;
 using utility::ComPtr;
 using utility::Variant;
+
+namespace
+{
+/// The XML declaration of a document, where it names another encoding than UTF-8; else null.
+ComPtr<IXMLDOMNode> FindForeignDeclaration(IXMLDOMDocument2& document)
+{
+    ComPtr<IXMLDOMNode> first;
+    ThrowIfFailed(document.get_firstChild(first.Receive()));
+    DOMNodeType type = NODE_INVALID;
+    if (first)
+    {
+        ThrowIfFailed(first->get_nodeType(&type));
+    }
+    if (type != NODE_PROCESSING_INSTRUCTION)
+    {
+        return {};
+    }
+    Bstr target;
+    ThrowIfFailed(first->get_nodeName(target.Receive()));
+    Bstr text;
+    ThrowIfFailed(first->get_text(text.Receive()));
+    const auto holds = [&text](std::wstring_view part) { return text.View().find(part) != text.View().npos; };
+    const bool isForeign =
+        target.View() == L"xml" && holds(L"encoding") && !holds(L"utf-8") && !holds(L"UTF-8");
+    return isForeign ? first : ComPtr<IXMLDOMNode>();
+}
+} // namespace
 
 ComPtr<IXMLDOMDocument2> CreateDocument(DWORD classContext)
 {
@@ -94,6 +122,19 @@ ComPtr<IXMLDOMDocument2> LoadDocumentFromString(const std::wstring& markup)
     return document;
 }
 
+void WriteDocument(IXMLDOMDocument2& document, IStream& target)
+{
+    // MSXML in Wine 8 writes UTF-8 whatever the declaration says, which nobody can read then
+    // (XmlUtility.SavesWhatWasInAnotherEncoding). Without one XML is UTF-8.
+    if (const ComPtr<IXMLDOMNode> declaration = FindForeignDeclaration(document))
+    {
+        ComPtr<IXMLDOMNode> removed;
+        ThrowIfFailed(document.removeChild(declaration.Get(), removed.Receive()));
+    }
+    const Variant stream(&target);
+    ThrowIfFailed(document.save(stream.Get()));
+}
+
 ComPtr<IStream> SaveDocument(IXMLDOMDocument2* document)
 {
     if (document == nullptr)
@@ -102,8 +143,7 @@ ComPtr<IStream> SaveDocument(IXMLDOMDocument2* document)
     }
     ComPtr<IStream> stream;
     ThrowIfFailed(CreateStreamOnHGlobal(nullptr, TRUE, stream.Receive()));
-    const Variant target(stream.Get());
-    ThrowIfFailed(document->save(target.Get()));
+    WriteDocument(*document, *stream.Get());
     ThrowIfFailed(stream->Seek(LARGE_INTEGER{}, STREAM_SEEK_SET, nullptr));
     return stream;
 }

@@ -30,6 +30,9 @@ utility::ComPtr<IXMLDOMDocument2> LoadDocumentFromFile(const std::wstring& path)
 /// The same for markup; an encoding that its declaration names plays no part.
 utility::ComPtr<IXMLDOMDocument2> LoadDocumentFromString(const std::wstring& markup);
 
+/// Serialises a document in UTF-8. A declaration of another encoding is taken off the document.
+void WriteDocument(IXMLDOMDocument2& document, IStream& target);
+
 /// The document's serialised form in memory, positioned at its start. Throws std::invalid_argument for null.
 utility::ComPtr<IStream> SaveDocument(IXMLDOMDocument2* document);
 } // namespace base::xml::XmlUtility

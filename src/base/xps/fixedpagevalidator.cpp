@@ -18,6 +18,7 @@
 #include "base/xps/fixedpagesaxconvertor.h"
 #include "base/xps/markupreader.h"
 #include "base/xps/mediafit.h"
+#include "base/xps/printschema/domboundary.h"
 #include "base/xps/printschema/emptyticket.h"
 #include "base/xps/printschema/mediasizeresolver.h"
 #include "base/xps/printschema/mediasizetable.h"
@@ -90,7 +91,7 @@ ComPtr<IStream> ReadFromStart(IPrintReadStream* reader)
 OldTicket DetachTicket(IFixedPage& page)
 {
     ComPtr<IPartPrintTicket> part;
-    if (FAILED(page.GetPrintTicket(part.Receive())) || !part)
+    if (!printschema::HasSucceeded(page.GetPrintTicket(part.Receive())) || !part)
     {
         return {xml::XmlUtility::LoadDocumentFromString(printschema::kEmptyPrintTicket), L".xml"};
     }
@@ -224,7 +225,7 @@ void FixedPageValidator::SaveTicket(IXMLDOMDocument2* document, IPrintWriteStrea
         exception::Throw<std::invalid_argument>("pWriter is null.");
     }
     const auto stream = utility::MakeCom<io::PrintWriteStreamToIStream>(writer);
-    ThrowIfFailed(document->save(utility::Variant(stream.Get()).Get()));
+    xml::XmlUtility::WriteDocument(*document, *stream.Get());
     // MSXML in Wine 8 saves on, and succeeds, when the stream takes nothing any more.
     ThrowIfFailed(stream->GetResult());
 }

@@ -63,17 +63,33 @@ TEST(XmlUtility, RefusesADocumentTypeInAStreamAndLeavesItWhereItIs)
     EXPECT_EQ(source, "base\\xml\\xmlutility");
 }
 
-TEST(XmlUtility, SavesADocumentThatLoadsAgainFromTheStreamsStart)
+void ExpectSaved(const wchar_t* declaration, int declarationsLeft)
 {
-    const auto stream = SaveDocument(LoadDocumentFromString(L"<a b='\x20AC'>text</a>").Get());
+    const auto original = LoadDocumentFromString(std::wstring(declaration) + L"<a b='\x20AC'>text</a>");
+    const auto stream = SaveDocument(original.Get());
     ULARGE_INTEGER position{};
     ASSERT_EQ(stream->Seek(LARGE_INTEGER{}, STREAM_SEEK_CUR, &position), S_OK);
     EXPECT_EQ(position.QuadPart, 0U);
 
     const auto copy = CreateDocument();
     VARIANT_BOOL loaded = VARIANT_FALSE;
-    ASSERT_EQ(copy->load(utility::Variant(stream.Get()).Get(), &loaded), S_OK);
-    EXPECT_EQ(tests::Count(copy, L"/a[@b = '\x20AC' and . = 'text']"), 1);
+    ASSERT_EQ(copy->load(utility::Variant(stream.Get()).Get(), &loaded), S_OK) << declaration;
+    EXPECT_EQ(tests::Count(copy, L"/a[@b = '\x20AC' and . = 'text']"), 1) << declaration;
+    EXPECT_EQ(tests::Count(copy, L"/processing-instruction()"), declarationsLeft) << declaration;
+}
+
+TEST(XmlUtility, SavesADocumentThatLoadsAgainFromTheStreamsStart)
+{
+    ExpectSaved(L"", 0);
+    ExpectSaved(L"<?xml version='1.0'?>", 1);
+    ExpectSaved(L"<?xml version='1.0' encoding='utf-8'?>", 1);
+    ExpectSaved(L"<?p encoding='utf-16'?>", 1);
+}
+
+TEST(XmlUtility, SavesWhatWasInAnotherEncoding)
+{
+    ExpectSaved(L"<?xml version='1.0' encoding='UTF-16'?>", 0);
+    ExpectSaved(L"<?xml version='1.0' encoding='iso-8859-1'?>", 0);
 }
 
 TEST(XmlUtility, RefusesToSaveNull)
