@@ -1,5 +1,7 @@
 #include "base/xps/printschema/imageableareareader.h"
 
+#include <utility>
+
 #include "base/logging/boundary.h"
 #include "base/logging/errors.h"
 #include "base/logging/log.h"
@@ -16,9 +18,6 @@ using utility::ComPtr;
 
 namespace
 {
-// Jobs have few different tickets. One that has more asks again, rather than holding on to them all.
-constexpr std::size_t kMostRemembered = 64;
-
 /// Through its text: MSXML in Wine 8 never frees the clone of a document
 /// (ImageableAreaReader.LeavesNoCopyOfATicketBehind).
 ComPtr<IXMLDOMDocument2> CopyOf(IXMLDOMDocument2* ticket)
@@ -66,12 +65,12 @@ ImageableArea ImageableAreaReader::Read(const MediaSizeEntry& media)
     ComPtr<IXMLDOMDocument2> pageTicket;
     ThrowIfFailed(m_provider.GetLevelTicket(kPTPageScope, pageTicket.Receive()));
     std::wstring request = TextOf(pageTicket.Get()) + NameOf(media);
-    if (const auto known = m_remembered.find(request); known != m_remembered.end())
+    if (const auto known = m_byPage.Find(request))
     {
-        return known->second;
+        return *known;
     }
     const ImageableArea area = ReadUnder(pageTicket.Get(), media);
-    Remember(std::move(request), area);
+    m_byPage.Add(std::move(request), area);
     return area;
 }
 
@@ -84,22 +83,13 @@ ImageableArea ImageableAreaReader::ReadUnder(IXMLDOMDocument2* pageTicket, const
     mediaSize.Write(handler);
 
     std::wstring text = TextOf(ticket.Get());
-    if (const auto known = m_remembered.find(text); known != m_remembered.end())
+    if (const auto known = m_byTicket.Find(text))
     {
-        return known->second;
+        return *known;
     }
     const ImageableArea area = Ask(ticket.Get(), media.size);
-    Remember(std::move(text), area);
+    m_byTicket.Add(std::move(text), area);
     return area;
-}
-
-void ImageableAreaReader::Remember(std::wstring text, const ImageableArea& area)
-{
-    if (m_remembered.size() == kMostRemembered)
-    {
-        m_remembered.clear();
-    }
-    m_remembered.emplace(std::move(text), area);
 }
 
 ImageableArea ImageableAreaReader::Ask(IXMLDOMDocument2* ticket, MediaSize sheet)

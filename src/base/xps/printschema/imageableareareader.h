@@ -1,11 +1,9 @@
 #pragma once
 
-#include <map>
-#include <string>
-
 #include "base/xps/printschema/imageablearea.h"
 #include "base/xps/printschema/mediasizetable.h"
 #include "base/xps/printschema/printticketprovider.h"
+#include "base/xps/printschema/rememberedareas.h"
 
 namespace base::xps::printschema
 {
@@ -23,11 +21,11 @@ public:
 private:
     ImageableArea ReadUnder(IXMLDOMDocument2* pageTicket, const MediaSizeEntry& media);
     ImageableArea Ask(IXMLDOMDocument2* ticket, MediaSize sheet);
-    void Remember(std::wstring text, const ImageableArea& area);
 
     PrintTicketProvider& m_provider;
-    // By the text of the ticket that was asked about, and by that of the page's ticket and the sheet: pages
-    // with equal tickets then need not even have theirs changed.
-    std::map<std::wstring, ImageableArea, std::less<>> m_remembered;
+    // By the ticket that the printer was asked about.
+    RememberedAreas m_byTicket;
+    // By the page's ticket and the sheet: pages with equal tickets need not even have theirs changed.
+    RememberedAreas m_byPage;
 };
 } // namespace base::xps::printschema

@@ -91,13 +91,41 @@ TEST(ImageableAreaReader, AsksOnceForTheSameTicketAndLeavesThePagesAlone)
     EXPECT_EQ(askedFor(kLetter), 2);
     provider.pageTicket = LoadDocument(Ticket(support::Feature("PageOrientation", "Landscape")));
     EXPECT_EQ(askedFor(kLetter), 3);
-    // What is remembered does not grow with the job: so many sheets of a job's own push the first out.
+    // Neither the number of a job's tickets nor that of its sheets makes it forget.
     MediaSizeEntry sheet = kA4;
-    for (sheet.size.widthMicrometres = 1; sheet.size.widthMicrometres <= 64; ++sheet.size.widthMicrometres)
+    for (int round = 0; round < 2; ++round)
     {
-        reader.Read(sheet);
+        for (sheet.size.widthMicrometres = 1; sheet.size.widthMicrometres <= 200;
+             ++sheet.size.widthMicrometres)
+        {
+            reader.Read(sheet);
+        }
     }
-    EXPECT_EQ(askedFor(kLetter), 3 + 64 + 1);
+    EXPECT_EQ(askedFor(kLetter), 3 + 200);
+}
+
+TEST(ImageableAreaReader, DoesNotHoldOnToLargeTickets)
+{
+    CannedProvider provider;
+    ImageableAreaReader reader(provider);
+    MediaSizeEntry sheet = kA4;
+    const auto askedFor = [&](int width, std::size_t length) {
+        provider.pageTicket = LoadDocument(Ticket(support::Feature("F", std::string(length, 'a'))));
+        sheet.size.widthMicrometres = width;
+        reader.Read(sheet);
+        return provider.asked;
+    };
+    EXPECT_EQ(askedFor(1, 100'000), 1);
+    EXPECT_EQ(askedFor(1, 100'000), 1);
+    // Too large to be remembered at all.
+    EXPECT_EQ(askedFor(1, 300'000), 2);
+    EXPECT_EQ(askedFor(1, 300'000), 3);
+    // Enough to push the first out.
+    for (int width = 2; width <= 21; ++width)
+    {
+        askedFor(width, 100'000);
+    }
+    EXPECT_EQ(askedFor(1, 100'000), 3 + 20 + 1);
 }
 
 TEST(ImageableAreaReader, LeavesNoCopyOfATicketBehind)

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstddef>
+#include <map>
+#include <optional>
+#include <string>
+
+#include "base/xps/printschema/imageablearea.h"
+
+namespace base::xps::printschema
+{
+/// Answers to questions that are told apart by their text. Their number has no bound but their size: where
+/// the texts would come to more than four megabytes all are forgotten, and a question of more than a tenth of
+/// that is never remembered.
+class RememberedAreas
+{
+public:
+    std::optional<ImageableArea> Find(const std::wstring& question) const;
+    void Add(std::wstring question, const ImageableArea& area);
+
+private:
+    std::map<std::wstring, ImageableArea> m_areas;
+    std::size_t m_characters = 0;
+};
+} // namespace base::xps::printschema
