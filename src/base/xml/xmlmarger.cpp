@@ -10,6 +10,7 @@
 #include "base/utility/bstr.h"
 #include "base/utility/comptr.h"
 #include "base/utility/variant.h"
+#include "base/xml/attributewalk.h"
 
 namespace base::xml
 {
@@ -61,36 +62,15 @@ ComPtr<IXMLDOMElement> RootOf(IXMLDOMDocument2* document)
     return root;
 }
 
-bool HasDefaultNamespace(IXMLDOMElement* element)
-{
-    ComPtr<IXMLDOMNode> found;
-    ThrowIfFailed(element->selectSingleNode(Bstr(L"self::node()[namespace::*[local-name() = '']]").Get(),
-                                            found.Receive()));
-    return static_cast<bool>(found);
-}
-
 /// What an element itself declares a prefix to stand for, by the name of the declaring attribute.
 NamespaceDeclarations DeclarationsOf(IXMLDOMElement* element)
 {
-    // Faults of Wine 8 that XmlMargerTest guards: by name, declarations cannot be had; where an element has
-    // nothing but declarations, the first has two indexes and the count is one short, so that the walk goes
-    // on until there is nothing; and the declaration of a default namespace, which nobody asks for here, has
-    // an index but cannot be had.
     NamespaceDeclarations declarations;
-    ComPtr<IXMLDOMNamedNodeMap> attributes;
-    ThrowIfFailed(element->get_attributes(attributes.Receive()));
-    for (LONG index = 0;; ++index)
-    {
-        ComPtr<IXMLDOMNode> attribute;
-        const HRESULT hr = attributes->get_item(index, attribute.Receive());
-        if (hr == E_OUTOFMEMORY && HasDefaultNamespace(element))
+    VisitAttributes(element, [&](IXMLDOMNode* attribute) {
+        // Nobody asks for a default namespace here.
+        if (attribute == nullptr)
         {
-            continue;
-        }
-        ThrowIfFailed(hr);
-        if (!attribute)
-        {
-            return declarations;
+            return true;
         }
         Bstr name;
         ThrowIfFailed(attribute->get_nodeName(name.Receive()));
@@ -100,7 +80,9 @@ NamespaceDeclarations DeclarationsOf(IXMLDOMElement* element)
             ThrowIfFailed(attribute->get_text(uri.Receive()));
             declarations.emplace(name.View(), uri.View());
         }
-    }
+        return true;
+    });
+    return declarations;
 }
 
 void Declare(IXMLDOMElement* element, const std::wstring& name, const std::wstring& uri)

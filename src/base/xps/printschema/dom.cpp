@@ -5,6 +5,7 @@
 
 #include "base/logging/errors.h"
 #include "base/utility/variant.h"
+#include "base/xml/attributewalk.h"
 
 namespace base::xps::printschema
 {
@@ -23,18 +24,20 @@ Bstr ToText(const Variant& value)
     return Bstr(std::wstring_view(V_BSTR(&text.Get()), SysStringLen(V_BSTR(&text.Get()))));
 }
 
-// Whether an element has a default namespace, and this one unless `uri` is empty.
 bool IsDefaultNamespace(IXMLDOMNode* element, std::wstring_view uri)
 {
-    std::wstring xpath = L"self::node()[namespace::*[local-name() = ''";
-    if (!uri.empty())
-    {
-        xpath += L" and . = \"" + std::wstring(uri) + L"\"";
-    }
-    xpath += L"]]";
+    const std::wstring xpath =
+        L"self::node()[namespace::*[local-name() = '' and . = \"" + std::wstring(uri) + L"\"]]";
     ComPtr<IXMLDOMNode> found;
     ThrowIfFailed(element->selectSingleNode(Bstr(xpath).Get(), found.Receive()));
     return static_cast<bool>(found);
+}
+
+Bstr NameOf(IXMLDOMNode* node)
+{
+    Bstr name;
+    ThrowIfFailed(node->get_nodeName(name.Receive()));
+    return name;
 }
 } // namespace
 
@@ -102,38 +105,21 @@ ComPtr<IXMLDOMNode> FindNamed(IXMLDOMNodeList* nodes, const Bstr& name)
 
 Bstr FindAttributeByValue(IXMLDOMNode* element, const Bstr& value)
 {
-    // Three faults of Wine 8 are gone round here, which PrintSchemaHandlerTest guards. nextNode leaves
-    // namespace declarations out, so that the walk goes by index. Where there are only declarations, the
-    // first has two indexes and the count is one short, so that the walk goes on until there is nothing. And
-    // the declaration of a default namespace has an index but cannot be had.
-    ComPtr<IXMLDOMNamedNodeMap> attributes;
-    ThrowIfFailed(element->get_attributes(attributes.Receive()));
-    for (long index = 0;; ++index)
-    {
-        ComPtr<IXMLDOMNode> attribute;
-        const HRESULT hr = attributes->get_item(index, attribute.Receive());
-        if (hr == E_OUTOFMEMORY && IsDefaultNamespace(element, L""))
+    Bstr name;
+    xml::VisitAttributes(element, [&](IXMLDOMNode* attribute) {
+        if (attribute == nullptr)
         {
-            if (IsDefaultNamespace(element, value.View()))
-            {
-                return Bstr(L"xmlns");
-            }
-            continue;
+            name = IsDefaultNamespace(element, value.View()) ? Bstr(L"xmlns") : Bstr();
         }
-        ThrowIfFailed(hr);
-        if (!attribute)
+        else
         {
-            return {};
+            Variant attributeValue;
+            ThrowIfFailed(attribute->get_nodeValue(attributeValue.Receive()));
+            name = AreEqual(ToText(attributeValue), value) ? NameOf(attribute) : Bstr();
         }
-        Variant attributeValue;
-        ThrowIfFailed(attribute->get_nodeValue(attributeValue.Receive()));
-        if (AreEqual(ToText(attributeValue), value))
-        {
-            Bstr name;
-            ThrowIfFailed(attribute->get_nodeName(name.Receive()));
-            return name;
-        }
-    }
+        return name.Get() == nullptr;
+    });
+    return name;
 }
 
 void AppendChild(IXMLDOMNode* parent, IXMLDOMNode* child)
