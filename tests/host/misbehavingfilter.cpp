@@ -33,7 +33,9 @@ public:
         Variant driver;
         Bstr fault;
         bag->GetProperty(L"DriverPropertyBag", driver.Receive());
-        driver.QueryHeld<IPrinterPropertyBag>()->GetString(Bstr(L"QuellmarkNsPrefix").Get(), fault.Receive());
+        ComPtr<IPrinterPropertyBag> driverBag;
+        static_cast<void>(driver.QueryHeld(driverBag));
+        driverBag->GetString(Bstr(L"QuellmarkNsPrefix").Get(), fault.Receive());
         m_fault = fault.View();
         communicator->RequestReader(m_reader.ReceiveUntyped());
         communicator->RequestWriter(m_writer.ReceiveUntyped());

@@ -11,7 +11,11 @@ ComPtr<IPrinterPropertyBag> FindDriverPropertyBag(IPrintPipelinePropertyBag& pip
     {
         return {};
     }
-    const auto unknown = held.QueryHeld<IUnknown>();
-    return unknown ? unknown.TryQuery<IPrinterPropertyBag>() : ComPtr<IPrinterPropertyBag>();
+    ComPtr<IUnknown> unknown;
+    if (FAILED(held.QueryHeld(unknown)) || !unknown)
+    {
+        return {};
+    }
+    return unknown.TryQuery<IPrinterPropertyBag>();
 }
 } // namespace base::utility

@@ -58,16 +58,17 @@ public:
     /// Empties it before its time, for callers that answer for the result.
     [[nodiscard]] HRESULT Clear() noexcept { return VariantClear(&m_value); }
 
-    /// Asks the object that it holds for an interface; empty when it holds no object or one without it.
+    /// Asks the object that it holds for an interface and answers what that does; E_NOINTERFACE when it holds
+    /// no object. `result` must be empty.
     template <typename T>
-    ComPtr<T> QueryHeld() const noexcept
+    [[nodiscard]] HRESULT QueryHeld(ComPtr<T>& result) const noexcept
     {
         const bool holdsObject = m_value.vt == VT_UNKNOWN || m_value.vt == VT_DISPATCH;
         if (!holdsObject || m_value.punkVal == nullptr)
         {
-            return {};
+            return E_NOINTERFACE;
         }
-        return ComPtr<IUnknown>(m_value.punkVal).TryQuery<T>();
+        return m_value.punkVal->QueryInterface(__uuidof(T), result.ReceiveUntyped());
     }
 
     /// The handle that it holds as the pipeline passes handles, as a bare VT_BYREF; null for anything else.

@@ -46,7 +46,9 @@ TEST_F(PropertyBagTest, GivesEachValueInTheTypeOfThePlatform)
         EXPECT_STREQ(value->Get().bstrVal, L"\u00e9 printer");
         ASSERT_EQ(Get(L"PerUserPrintTicket"), VT_UNKNOWN);
         ComPtr<IPrintReadStream> stream;
-        ASSERT_EQ(value->QueryHeld<IPrintReadStreamFactory>()->GetStream(stream.Receive()), S_OK);
+        ComPtr<IPrintReadStreamFactory> factory;
+        ASSERT_EQ(value->QueryHeld(factory), S_OK);
+        ASSERT_EQ(factory->GetStream(stream.Receive()), S_OK);
         char bytes[8] = {};
         ULONG count = 0;
         BOOL isEnd = FALSE;

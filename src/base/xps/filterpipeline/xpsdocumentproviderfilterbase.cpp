@@ -13,37 +13,6 @@ using exception::ThrowIfFailed;
 using utility::ComPtr;
 using utility::Variant;
 
-namespace
-{
-/// What the print ticket provider is opened with, as the pipeline's property bag has it.
-struct TicketProperties
-{
-    Variant userTicket;
-    Variant printerName;
-    Variant userToken;
-    ComPtr<IPrintReadStream> ticketStream;
-};
-
-[[nodiscard]] HRESULT Read(IPrintPipelinePropertyBag& bag, TicketProperties& properties)
-{
-    if (const HRESULT hr = bag.GetProperty(L"PerUserPrintTicket", properties.userTicket.Receive());
-        FAILED(hr))
-    {
-        return hr;
-    }
-    if (const HRESULT hr = bag.GetProperty(L"PrinterName", properties.printerName.Receive()); FAILED(hr))
-    {
-        return hr;
-    }
-    if (const HRESULT hr = bag.GetProperty(L"UserSecurityToken", properties.userToken.Receive()); FAILED(hr))
-    {
-        return hr;
-    }
-    const auto factory = properties.userTicket.QueryHeld<IPrintReadStreamFactory>();
-    return factory ? factory->GetStream(properties.ticketStream.Receive()) : E_NOINTERFACE;
-}
-} // namespace
-
 XpsDocumentProviderFilterBase::XpsDocumentProviderFilterBase()
     : m_pPrintTicketProvider(std::make_unique<printschema::PrintTicketProvider>())
 {
@@ -82,12 +51,20 @@ void XpsDocumentProviderFilterBase::CancelOperation() {}
 
 void XpsDocumentProviderFilterBase::OpenPrintTicketProvider()
 {
-    TicketProperties properties;
-    ThrowIfFailed(Read(*GetPropertyBag(), properties));
-    const VARIANT& name = properties.printerName.Get();
-    ThrowIfFailed(m_pPrintTicketProvider->Open(properties.ticketStream.Get(),
-                                               name.vt == VT_BSTR ? name.bstrVal : nullptr,
-                                               properties.userToken.GetHandle()));
+    IPrintPipelinePropertyBag& bag = *GetPropertyBag();
+    Variant userTicket;
+    Variant printerName;
+    Variant userToken;
+    ThrowIfFailed(bag.GetProperty(L"PerUserPrintTicket", userTicket.Receive()));
+    ThrowIfFailed(bag.GetProperty(L"PrinterName", printerName.Receive()));
+    ThrowIfFailed(bag.GetProperty(L"UserSecurityToken", userToken.Receive()));
+    ComPtr<IPrintReadStreamFactory> factory;
+    ThrowIfFailed(userTicket.QueryHeld(factory));
+    ComPtr<IPrintReadStream> ticket;
+    ThrowIfFailed(factory->GetStream(ticket.Receive()));
+    const VARIANT& name = printerName.Get();
+    ThrowIfFailed(m_pPrintTicketProvider->Open(
+        ticket.Get(), name.vt == VT_BSTR ? name.bstrVal : nullptr, userToken.GetHandle()));
 }
 
 void XpsDocumentProviderFilterBase::HandlePart(const ComPtr<IUnknown>& part, IXMLDOMDocument2* defaultTicket)

@@ -75,11 +75,10 @@ STDMETHODIMP XpsFilterBase::InitializeFilter(IInterFilterCommunicator* communica
     }
     return AtBoundary([&] {
         // Before anything is kept, as memory for it may run out.
-        const Bstr prefix = ReadPrivatePrefix(*propertyBag);
+        printschema::SetPrivatePrefix(ReadPrivatePrefix(*propertyBag).Get());
         m_pCommunicator = ComPtr<IInterFilterCommunicator>(communicator);
         m_pPropertyBag = ComPtr<IPrintPipelinePropertyBag>(propertyBag);
         m_pPipelineControl = ComPtr<IPrintPipelineManagerControl>(pipelineControl);
-        printschema::SetPrivatePrefix(prefix.Get());
         return S_OK;
     });
 }
