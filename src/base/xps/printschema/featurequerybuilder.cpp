@@ -1,5 +1,7 @@
 #include "base/xps/printschema/featurequerybuilder.h"
 
+#include <utility>
+
 #include "base/logging/errors.h"
 #include "base/logging/log.h"
 #include "base/xps/printschema/domboundary.h"
@@ -66,6 +68,10 @@ HRESULT FeatureQueryBuilder::GetQuery(BSTR* query) const
         return E_POINTER;
     }
     *query = nullptr;
+    if (m_psfPrefix.Length() == 0)
+    {
+        return E_FAIL;
+    }
     return AtDomBoundary([&]() -> HRESULT {
         *query = Bstr(m_query).Detach();
         return S_OK;

@@ -1,7 +1,6 @@
 #include "base/xps/printschema/mediasizedata.h"
 
 #include <stdexcept>
-#include <utility>
 
 #include "base/logging/errors.h"
 #include "base/xps/printschema/keywordlists.h"
@@ -161,13 +160,6 @@ std::int32_t MediaSizeData::GetOptionIdOrNone() const
 
 std::int32_t MediaSizeData::GetFeatureIdOrNone() const
 {
-    try
-    {
-        return GetFeatureId();
-    }
-    catch (const exception::InvalidFeatureIdError&)
-    {
-        return -1;
-    }
+    return FeatureIdOrNone();
 }
 } // namespace base::xps::printschema

@@ -6,7 +6,7 @@
 namespace base::xps::printschema
 {
 /// PageMediaSize: the sheet's name and its size. Setting either makes the other follow, so that they agree
-/// unless a ticket that was read has it otherwise. Starts out as "ISOA4".
+/// unless a ticket that was read has it otherwise, or the size is none. Starts out as "ISOA4".
 class MediaSizeData final : public SingleScopeFeature
 {
 public:
@@ -16,7 +16,7 @@ public:
     MediaSize GetSize() const noexcept { return m_size; }
 
     /// The option becomes the first of this size, or "CustomMediaSize"; a custom option stays what it is at a
-    /// size without a name.
+    /// size without a name. 0 x 0 leaves the option.
     void SetSize(MediaSize size);
 
     void SetFromEntry(const MediaSizeEntry& entry);

@@ -8,10 +8,9 @@ namespace
 {
 const MediaSizeEntry& UserDefaultMediaSize()
 {
-    // The setting is one digit; without it the text stays empty.
     wchar_t measurementSystem[8] = L"";
-    GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_IMEASURE, measurementSystem, 8);
-    return MediaSizeTable::Shared().Lookup(DefaultMediaSizeOf(measurementSystem));
+    const bool isKnown = GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_IMEASURE, measurementSystem, 8) != 0;
+    return MediaSizeTable::Shared().Lookup(DefaultMediaSizeOf(isKnown ? measurementSystem : L""));
 }
 } // namespace
 
@@ -40,8 +39,9 @@ MediaSizeEntry MediaSizeResolver::Resolve(Scope start) const
     return mediaSize.GetMediaSizeEntry();
 }
 
-std::int32_t DefaultMediaSizeOf(std::wstring_view measurementSystem)
+std::int32_t DefaultMediaSizeOf(const std::wstring& measurementSystem)
 {
-    return measurementSystem == L"1" ? MediaSizeTable::kNorthAmericaLetter : MediaSizeTable::kIsoA4;
+    return std::wcstol(measurementSystem.c_str(), nullptr, 10) == 1 ? MediaSizeTable::kNorthAmericaLetter
+                                                                    : MediaSizeTable::kIsoA4;
 }
 } // namespace base::xps::printschema

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <string_view>
+#include <string>
 
 #include "base/xps/printschema/mediasizedata.h"
 
@@ -39,5 +39,5 @@ private:
 
 /// The default sheet under a measurement system of a Windows locale: Letter under the U.S. one ("1"), else
 /// ISOA4.
-std::int32_t DefaultMediaSizeOf(std::wstring_view measurementSystem);
+std::int32_t DefaultMediaSizeOf(const std::wstring& measurementSystem);
 } // namespace base::xps::printschema

@@ -391,11 +391,14 @@ HRESULT PrintSchemaHandler::CreateElement(const wchar_t* qualifiedName,
     {
         return E_INVALIDARG;
     }
+    if (element != nullptr)
+    {
+        *element = nullptr;
+    }
     return AtDomBoundary([&] {
         const ComPtr<IXMLDOMNode> node = NewNode(NODE_ELEMENT, qualifiedName, namespaceUri);
         if (element != nullptr)
         {
-            *element = nullptr;
             *element = Query<IXMLDOMElement>(node.Get()).Detach();
         }
     });
@@ -465,8 +468,10 @@ HRESULT PrintSchemaHandler::CreateScoredPropertyWithValue(const wchar_t* localNa
     return AtDomBoundary([&] {
         ClearResults(property);
         RequireText(localName, type, value);
-        const ComPtr<IXMLDOMElement> valueElement = NewValue(type, value);
-        ThrowIfFailed(CreateScoredPropertyWithChild(localName, valueElement.Get(), property));
+        ComPtr<IXMLDOMElement> created;
+        ThrowIfFailed(CreateScoredProperty(localName, created.Receive()));
+        AppendChild(created.Get(), NewValue(type, value).Get());
+        *property = created.Detach();
     });
 }
 
@@ -767,9 +772,9 @@ ComPtr<IXMLDOMElement> PrintSchemaHandler::NewNamedElement(const wchar_t* localN
 ComPtr<IXMLDOMElement> PrintSchemaHandler::NewValue(const wchar_t* type, const wchar_t* value) const
 {
     ComPtr<IXMLDOMElement> element = NewElement(L"Value");
-    // A root that declares neither the Schema nor its instance namespace leaves no way to name the type,
-    // which a reader may not insist on; and an attribute with a namespace needs a prefix.
-    if (m_xsiPrefix.Length() != 0 && m_xsdPrefix.Length() != 0)
+    // Without a prefix there is no attribute of the instance namespace, and so no type, which a reader may
+    // not insist on.
+    if (m_xsiPrefix.Length() != 0)
     {
         const std::wstring attributeName = std::wstring(m_xsiPrefix.View()) + L"type";
         const std::wstring typeName = std::wstring(m_xsdPrefix.View()) + type;

@@ -26,7 +26,8 @@ namespace base::xps::printschema
 /// Construction and GetPrefix throw HresultError. All other operations answer with an HRESULT and throw
 /// nothing: E_POINTER for a null out-pointer, node or list, E_INVALIDARG for null or empty text, kNotFound
 /// where nothing matches, E_UNEXPECTED where the document lacks a prefix that a name needs, or else the DOM's
-/// own failure, the first one. Out-pointers are cleared on entry; what they receive belongs to the caller.
+/// own failure, the first one. Out-pointers are cleared once the arguments are found good; what they receive
+/// belongs to the caller.
 class PrintSchemaHandler
 {
 public:

@@ -34,19 +34,6 @@ std::optional<SelectedOption> FindSelectedOption(const PrintSchemaHandler& handl
     ThrowIfFailed(hr);
     return selected;
 }
-
-/// The feature id, or -1 while it is not set.
-std::int32_t FeatureIdOrNone(const PrintTicketFunctionOption& accessor)
-{
-    try
-    {
-        return accessor.GetFeatureId();
-    }
-    catch (const exception::InvalidFeatureIdError&)
-    {
-        return -1;
-    }
-}
 } // namespace
 
 // NOLINTBEGIN(performance-unnecessary-value-param): every operation takes its own handler, which shares the
@@ -171,9 +158,21 @@ void PrintTicketFunctionOption::WriteInteger(const PrintSchemaHandler& handler,
     ThrowIfFailed(option->appendChild(property.Get(), appended.Receive()));
 }
 
+std::int32_t PrintTicketFunctionOption::FeatureIdOrNone() const
+{
+    try
+    {
+        return GetFeatureId();
+    }
+    catch (const exception::InvalidFeatureIdError&)
+    {
+        return -1;
+    }
+}
+
 Scope SingleScopeFeature::GetScope() const
 {
-    return FeatureIdOrNone(*this) == 0 ? Scope::Page : Scope::None;
+    return FeatureIdOrNone() == 0 ? Scope::Page : Scope::None;
 }
 
 std::int32_t SingleScopeFeature::GetFeatureIdOfScope(Scope scope) const
@@ -192,7 +191,7 @@ std::int32_t SingleScopeFeature::GetFeatureIdOfScope(Scope scope) const
 
 Scope ThreeScopeFeature::GetScope() const
 {
-    switch (FeatureIdOrNone(*this))
+    switch (FeatureIdOrNone())
     {
     case 0:
         return Scope::Job;

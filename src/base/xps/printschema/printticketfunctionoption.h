@@ -29,7 +29,7 @@ public:
     virtual void Write(PrintSchemaHandler handler, Scope scope) const;
 
     /// Removes the feature under each of its names, up to the first removal that fails, which is not
-    /// reported.
+    /// reported. Throws HresultError when memory runs out.
     virtual void Remove(PrintSchemaHandler handler) const;
 
     /// Writes at the accessor's own scope.
@@ -74,6 +74,9 @@ protected:
     PrintTicketFunctionOption(const PrintTicketFunctionOption&) = default;
     PrintTicketFunctionOption& operator=(const PrintTicketFunctionOption&) = default;
     ~PrintTicketFunctionOption() = default;
+
+    /// The feature id, or -1 while it is not set.
+    std::int32_t FeatureIdOrNone() const;
 
     /// Appends a property with an integer value to the option. Throws HresultError.
     static void WriteInteger(const PrintSchemaHandler& handler,

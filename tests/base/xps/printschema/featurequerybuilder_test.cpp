@@ -48,6 +48,8 @@ TEST(FeatureQueryBuilder, FailsWithoutAFrameworkPrefix)
     EXPECT_EQ(builder.AddProperty(L"psk:", L"P"), E_FAIL);
     EXPECT_EQ(builder.AddScoredProperty(L"psk:", L"S"), E_FAIL);
     EXPECT_EQ(builder.AddOption(L"psk:"), E_FAIL);
+    Bstr query;
+    EXPECT_EQ(builder.GetQuery(query.Receive()), E_FAIL);
 }
 
 TEST(FeatureQueryBuilder, OverwritesItsOutPointerWithoutFreeingIt)

@@ -86,6 +86,7 @@ TEST(MediaSizeResolver, FallsBackOnTheUsersDefaultOrTheSmallestSheet)
     EXPECT_EQ(MediaSizeResolver(source, {{0, 0}, {2000000, 2000000}}).Resolve(Scope::None).value,
               DefaultMediaSizeOf(measure == 1 ? L"1" : L"0"));
     EXPECT_EQ(DefaultMediaSizeOf(L"1"), 94);
+    EXPECT_EQ(DefaultMediaSizeOf(L" 01"), 94);
     for (const wchar_t* other : {L"0", L"2", L""})
     {
         EXPECT_EQ(DefaultMediaSizeOf(other), 9);

@@ -361,12 +361,22 @@ TEST_F(PrintSchemaHandlerTest, NamesNewElementsByTheirNamespace)
     append(handler.CreateIntegerScoredProperty(L"Width", 297000, first.Receive()), first);
     EXPECT_EQ(Count(document, L"//psf:ScoredProperty[@name = 'psk:Width']/psf:Value[. = '297000']"), 1);
 
-    // Where no prefix for the type of a value is declared, it has none.
-    const Document bare = LoadDocumentFromString(std::wstring(L"<psf:PrintTicket xmlns:psf='") + kFramework +
-                                                 L"' xmlns:psk='" + kKeywords + L"'/>");
-    ASSERT_EQ(HandlerOf(bare).CreateIntegerScoredProperty(L"Width", 7, first.Receive()), S_OK);
-    ASSERT_EQ(HandlerOf(bare).AppendToElement(L"PrintTicket", first.Get()), S_OK);
-    EXPECT_EQ(Count(tests::Reload(bare), L"//psf:ScoredProperty/psf:Value[. = '7' and not(@*)]"), 1);
+    // A value has no type where the root declares no prefix for it.
+    const std::wstring xsd = L" xmlns:xsd='http://www.w3.org/2001/XMLSchema'";
+    const std::wstring xsi = L" xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance'";
+    const std::pair<std::wstring, const wchar_t*> cases[] = {
+        {L"", L"not(@*)"}, {xsd, L"not(@*)"}, {xsi, L"@*[local-name() = 'type'] = 'integer'"}};
+    for (const auto& [declared, attributes] : cases)
+    {
+        const Document bare =
+            LoadDocumentFromString(std::wstring(L"<psf:PrintTicket xmlns:psf='") + kFramework +
+                                   L"' xmlns:psk='" + kKeywords + L"'" + declared + L"/>");
+        ComPtr<IXMLDOMElement> property;
+        ASSERT_EQ(HandlerOf(bare).CreateIntegerScoredProperty(L"Width", 7, property.Receive()), S_OK);
+        ASSERT_EQ(HandlerOf(bare).AppendToElement(L"PrintTicket", property.Get()), S_OK);
+        const std::wstring value = std::wstring(L"//psf:Value[. = '7' and ") + attributes + L"]";
+        EXPECT_EQ(Count(tests::Reload(bare), value.c_str()), 1) << declared;
+    }
 }
 
 TEST_F(PrintSchemaHandlerTest, SharesItsDocumentAndLetsGoOfIt)
