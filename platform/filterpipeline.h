@@ -8,8 +8,8 @@
 
 // The print filter pipeline of the XPS print path, as the platform documents it: MinGW-w64 has no
 // filterpipeline.h, and with the Windows SDK these declarations serve, too, so that every compiler sees the
-// same. Every method is STDMETHODCALLTYPE and returns an HRESULT unless it is declared
-// otherwise; BOOL is the 32-bit one. What comes back through an out-pointer belongs to the caller.
+// same. Every method is STDMETHODCALLTYPE and returns an HRESULT unless it is declared otherwise; BOOL is the
+// 32-bit one. What comes back through an out-pointer belongs to the caller.
 
 enum EXpsCompressionOptions
 {

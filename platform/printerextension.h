@@ -7,9 +7,8 @@
 #endif
 
 // The property bag of a printer driver, as the platform documents it: MinGW-w64 has no printerextension.h,
-// and with the Windows SDK this serves, too.
-// Names are real BSTRs; a getter fails for a property that is absent; GetBytes hands out memory for
-// CoTaskMemFree.
+// and with the Windows SDK this serves, too. Names are real BSTRs; a getter fails for a property that is
+// absent; GetBytes hands out memory for CoTaskMemFree.
 struct DECLSPEC_UUID("FEA77364-DF95-4A23-A905-019B79A8E481") IPrinterPropertyBag : public IDispatch
 {
     virtual HRESULT STDMETHODCALLTYPE GetBool(BSTR name, BOOL* value) = 0;

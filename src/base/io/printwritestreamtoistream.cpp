@@ -4,6 +4,23 @@ namespace base::io
 {
 STDMETHODIMP PrintWriteStreamToIStream::Write(const void* buffer, ULONG count, ULONG* bytesWritten) noexcept
 {
+    const HRESULT hr = WriteAndCount(buffer, count, bytesWritten);
+    if (SUCCEEDED(m_result))
+    {
+        m_result = SUCCEEDED(hr) && count != 0 && *bytesWritten < count ? STG_E_MEDIUMFULL : hr;
+    }
+    return hr;
+}
+
+STDMETHODIMP PrintWriteStreamToIStream::Stat(STATSTG* statstg, DWORD flag) noexcept
+{
+    return statstg == nullptr ? E_POINTER : Describe(L"PrintWriteStream", m_size, flag, *statstg);
+}
+
+HRESULT PrintWriteStreamToIStream::WriteAndCount(const void* buffer,
+                                                 ULONG count,
+                                                 ULONG* bytesWritten) noexcept
+{
     if (buffer == nullptr || bytesWritten == nullptr)
     {
         return E_POINTER;
@@ -21,15 +38,6 @@ STDMETHODIMP PrintWriteStreamToIStream::Write(const void* buffer, ULONG count, U
     *bytesWritten = 0;
     const HRESULT hr = m_pStream->WriteBytes(buffer, count, bytesWritten);
     m_size += *bytesWritten;
-    if (SUCCEEDED(m_result))
-    {
-        m_result = SUCCEEDED(hr) && *bytesWritten < count ? STG_E_MEDIUMFULL : hr;
-    }
     return hr;
-}
-
-STDMETHODIMP PrintWriteStreamToIStream::Stat(STATSTG* statstg, DWORD flag) noexcept
-{
-    return statstg == nullptr ? E_POINTER : Describe(L"PrintWriteStream", m_size, flag, *statstg);
 }
 } // namespace base::io

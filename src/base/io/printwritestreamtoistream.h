@@ -24,6 +24,8 @@ public:
     [[nodiscard]] HRESULT GetResult() const noexcept { return m_result; }
 
 private:
+    [[nodiscard]] HRESULT WriteAndCount(const void* buffer, ULONG count, ULONG* bytesWritten) noexcept;
+
     utility::ComPtr<IPrintWriteStream> m_pStream;
     // Of all bytes written, also by writes that failed half-way.
     ULONGLONG m_size = 0;

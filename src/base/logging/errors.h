@@ -60,7 +60,8 @@ public:
     const char* what() const noexcept override { return "this scope is not supported in this feature."; }
 };
 
-/// A failure while text for a query is formatted; the DOM operations answer with its HRESULT.
+/// For code that formats text for a query and fails; the DOM operations would answer with its HRESULT.
+/// Nothing in this module does.
 class CXDException : public std::exception
 {
 public:

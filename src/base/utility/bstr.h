@@ -23,12 +23,9 @@ public:
     /// From UTF-8 text.
     explicit Bstr(const char* text);
     /// A copy; null stays null.
-    Bstr(const Bstr& other) : m_value(SysAllocStringLen(other.m_value, other.Length()))
+    Bstr(const Bstr& other)
+        : m_value(other.m_value == nullptr ? nullptr : SysAllocStringLen(other.m_value, other.Length()))
     {
-        if (other.m_value == nullptr)
-        {
-            SysFreeString(std::exchange(m_value, nullptr));
-        }
         RequireMemory(other.m_value != nullptr);
     }
     Bstr(Bstr&& other) noexcept : m_value(std::exchange(other.m_value, nullptr)) {}

@@ -14,6 +14,8 @@ class DriverInfo
 public:
     /// Asks the spooler. Throws std::runtime_error when it does not answer. The handle stays the caller's.
     explicit DriverInfo(HANDLE printer);
+    DriverInfo(const DriverInfo&) = delete;
+    DriverInfo& operator=(const DriverInfo&) = delete;
 
     /// Lives as long as this object; the strings point into it.
     const DRIVER_INFO_3W& GetInfo() const noexcept;

@@ -24,8 +24,14 @@ void RequireConverted(int count)
 {
     if (count == 0)
     {
-        exception::ThrowIfFailed(HRESULT_FROM_WIN32(GetLastError()));
+        const HRESULT hr = HRESULT_FROM_WIN32(GetLastError());
+        exception::ThrowIfFailed(FAILED(hr) ? hr : E_FAIL);
     }
+}
+
+int Convert(const wchar_t* text, int length, char* buffer, int size)
+{
+    return WideCharToMultiByte(CP_UTF8, 0, text, length, buffer, size, nullptr, nullptr);
 }
 
 /// Narrows text that is ASCII; false for other text.
@@ -49,7 +55,7 @@ int WideToMultiByte(const wchar_t* text, char* buffer, int size)
     {
         exception::Throw<std::invalid_argument>("pWideCharStr is null.");
     }
-    return WideCharToMultiByte(CP_UTF8, 0, text, -1, buffer, size, nullptr, nullptr);
+    return Convert(text, -1, buffer, size);
 }
 
 std::string ToUtf8(const std::wstring& text)
@@ -72,9 +78,7 @@ void AppendUtf8(std::string& utf8, std::wstring_view text)
     constexpr std::size_t bytesPerUnit = 3;
     const int size = CheckedLength(text.size() * bytesPerUnit);
     utf8.resize(start + static_cast<std::size_t>(size));
-    const int length = CheckedLength(text.size());
-    const int written =
-        WideCharToMultiByte(CP_UTF8, 0, text.data(), length, utf8.data() + start, size, nullptr, nullptr);
+    const int written = Convert(text.data(), CheckedLength(text.size()), utf8.data() + start, size);
     RequireConverted(written);
     utf8.resize(start + static_cast<std::size_t>(written));
 }

@@ -10,8 +10,8 @@ namespace base::utility
 /// std::invalid_argument for null text.
 int WideToMultiByte(const wchar_t* text, char* buffer, int size);
 
-/// The UTF-8 form of text without embedded nulls. Throws std::length_error beyond 2 GB, HresultError when the
-/// system does not convert.
+/// The UTF-8 form of text without embedded nulls. Throws std::length_error for text too long for the system,
+/// HresultError when it does not convert.
 std::string ToUtf8(const std::wstring& text);
 
 /// Appends the same.

@@ -81,13 +81,13 @@ float RequiredNumber(const AttributeMap& map, const wchar_t* name)
     return static_cast<float>(ToNumber(found->second));
 }
 
-bool Covers(const PageBox& box, const PageBox& page)
+bool CanHold(const PageBox& box, const PageBox& page)
 {
     return !(box.Left > 0.0F) && !(box.Top > 0.0F) && !(box.Width() < page.Width()) &&
            !(box.Height() < page.Height());
 }
 
-bool IsInside(const PageBox& box, const PageBox& page)
+bool CanLieWithin(const PageBox& box, const PageBox& page)
 {
     return !(box.Left < 0.0F) && !(box.Top < 0.0F) && !(box.Width() > page.Width()) &&
            !(box.Height() > page.Height());
@@ -244,11 +244,11 @@ void FixedPageSaxHandlerBase::RewritePageSize(GdiMatrix& matrix, AttributeMap& m
 
 void FixedPageSaxHandlerBase::RewriteBleedBox(const PageBox& page, GdiMatrix& matrix, AttributeMap& map)
 {
-    RewriteBox(L"BleedBox", Covers, page, matrix, map);
+    RewriteBox(L"BleedBox", CanHold, page, matrix, map);
 }
 
 void FixedPageSaxHandlerBase::RewriteContentBox(const PageBox& page, GdiMatrix& matrix, AttributeMap& map)
 {
-    RewriteBox(L"ContentBox", IsInside, page, matrix, map);
+    RewriteBox(L"ContentBox", CanLieWithin, page, matrix, map);
 }
 } // namespace base::xps

@@ -66,12 +66,14 @@ protected:
     /// missing.
     static void RewritePageSize(GdiMatrix& matrix, AttributeMap& map);
 
-    /// Transforms BleedBox in its place. One that cannot be read, or that does not cover `page`, the
-    /// page before the transform, is dropped: XPS wants the bleed box to hold the page.
+    /// Transforms BleedBox in its place. XPS wants it to hold the page: one is dropped that cannot be read,
+    /// whose corner lies right of the origin or below it, or whose transformed size is smaller than `page`,
+    /// the page before the transform.
     static void RewriteBleedBox(const PageBox& page, GdiMatrix& matrix, AttributeMap& map);
 
-    /// Transforms ContentBox in its place. One that cannot be read, or that is not inside `page`, the page
-    /// before the transform, is dropped: XPS wants the content box within the page.
+    /// Transforms ContentBox in its place. XPS wants it within the page: one is dropped that cannot be read,
+    /// whose corner lies left of the origin or above it, or whose transformed size is larger than `page`, the
+    /// page before the transform.
     static void RewriteContentBox(const PageBox& page, GdiMatrix& matrix, AttributeMap& map);
 };
 } // namespace base::xps

@@ -31,6 +31,16 @@ TEST(Utf8, AppendsToWhatIsThere)
     EXPECT_EQ(text, "abcd\xc2\x80\xc3\xbf\xe2\x82\xac\xf0\x9f\x98\x80\xef\xbf\xbd");
 }
 
+TEST(Utf8, TellsTheSizeOfABufferAndFillsIt)
+{
+    EXPECT_EQ(WideToMultiByte(L"", nullptr, 0), 1);
+    char buffer[3] = {};
+    EXPECT_EQ(WideToMultiByte(L"\u00e9", nullptr, 0), 3);
+    EXPECT_EQ(WideToMultiByte(L"\u00e9", buffer, 3), 3);
+    EXPECT_STREQ(buffer, "\xc3\xa9");
+    EXPECT_EQ(WideToMultiByte(L"\u00e9", buffer, 2), 0);
+}
+
 TEST(Utf8, NeedsTextToConvert)
 {
     const std::string message =
