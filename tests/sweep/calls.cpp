@@ -1,15 +1,13 @@
 #include "sweep/calls.h"
 
-#include <array>
-#include <cstring>
+#include <algorithm>
+#include <cctype>
+#include <fstream>
+#include <map>
 #include <sstream>
-#include <unordered_map>
-#include <unordered_set>
+#include <string_view>
 
 #include "base/utility/utf8.h"
-#include "platform/filterpipeline.h"
-#include "platform/msxml6.h"
-#include "platform/printerextension.h"
 
 namespace sweep
 {
@@ -17,80 +15,84 @@ namespace
 {
 constexpr char kText[] = "string";
 
-constexpr const char* kCapabilities = "the printer is asked for its capabilities";
-// The same once the request has been written.
-constexpr char kRequested[] = "the printer is asked for its capabilities";
-// Nothing that a failure is absorbed in.
+// Stages, told apart by their addresses. Nothing is absorbed in the first two; in the last, the request has
+// been written.
+constexpr char kNothing[] = "";
 constexpr char kWritten[] = "";
-
-// Hand-overs, by the argument that carries them.
-
-template <std::size_t Address, typename T>
-T Received(const Call& call)
-{
-    T* const address = call.Argument<T*>(Address);
-    return address == nullptr ? T{} : *address;
-}
+constexpr char kCapabilities[] = "the printer is asked for its capabilities";
+constexpr char kRequested[] = "the printer is asked for its capabilities";
 
 bool HasSucceeded(const Call& call)
 {
     return SUCCEEDED(static_cast<HRESULT>(call.result));
 }
 
-template <typename T, std::size_t Address>
-void Out(Call& call)
+/// What stands at the address that an argument holds; 0 for none.
+std::uintptr_t Received(const Call& call, std::size_t argument)
 {
-    if (HasSucceeded(call))
+    const auto* const address = call.Argument<const std::uintptr_t*>(argument);
+    return address == nullptr ? 0 : *address;
+}
+
+void* ReceivedObject(const Call& call, std::size_t argument)
+{
+    return reinterpret_cast<void*>(Received(call, argument)); // NOLINT(performance-no-int-to-ptr)
+}
+
+void TakeIfAny(const std::string& kind, std::uintptr_t what)
+{
+    if (what != 0)
     {
-        Watch::Get().TakeReference(Received<Address, void*>(call), __uuidof(T));
+        Watch::Get().Take(kind, what);
     }
 }
 
-template <std::size_t Id, std::size_t Address>
-void OutById(Call& call)
+void TakeResult(Call& call, const HandOver& what)
 {
-    if (HasSucceeded(call))
-    {
-        Watch::Get().TakeReference(Received<Address, void*>(call), *call.Argument<const IID*>(Id));
-    }
+    TakeIfAny(what.kind, call.result);
 }
 
-/// A stream is told from others by whom it came from.
-template <typename T, std::size_t Address, const char* const& Origin>
-void OutStream(Call& call)
+void TakeMade(Call& call, const HandOver& what)
 {
-    if (HasSucceeded(call))
-    {
-        Watch::Get().TakeReference(Received<Address, void*>(call), __uuidof(T), Origin);
-    }
+    TakeIfAny(what.kind, static_cast<int>(call.result) == 0 ? Received(call, 0) : 0);
 }
 
-template <std::size_t Address>
-void OutText(Call& call)
+void GiveArgument(Call& call, const HandOver& what)
 {
-    if (HasSucceeded(call) && Received<Address, BSTR>(call) != nullptr)
-    {
-        Watch::Get().Take(kText, Received<Address, std::uintptr_t>(call));
-    }
+    Watch::Get().Give(what.kind, call.arguments[0]);
 }
 
-template <std::size_t Address>
-void OutVariant(Call& call)
+void Enter(Call& call, const HandOver& what)
 {
-    const VARIANT& value = *call.Argument<VARIANT*>(Address);
+    TakeIfAny(what.kind, HasSucceeded(call) ? 1 : 0);
+}
+
+void Leave(Call&, const HandOver& what)
+{
+    Watch::Get().Give(what.kind, 1);
+}
+
+void TakeText(Call& call, const HandOver& what)
+{
+    TakeIfAny(kText, HasSucceeded(call) ? Received(call, what.argument) : 0);
+}
+
+void TakeVariant(Call& call, const HandOver& what)
+{
+    const VARIANT& value = *call.Argument<VARIANT*>(what.argument);
     if (HasSucceeded(call) && value.vt == VT_UNKNOWN)
     {
-        Watch::Get().TakeReference(value.punkVal, __uuidof(IUnknown));
+        Watch::Get().TakeReference(value.punkVal, FindInterface(__uuidof(IUnknown)));
     }
-    else if (HasSucceeded(call) && value.vt == VT_BSTR && value.bstrVal != nullptr)
+    else if (HasSucceeded(call) && value.vt == VT_BSTR)
     {
-        Watch::Get().Take(kText, reinterpret_cast<std::uintptr_t>(value.bstrVal));
+        TakeIfAny(kText, reinterpret_cast<std::uintptr_t>(value.bstrVal));
     }
 }
 
-void ClearVariant(Call& call)
+void ClearVariant(Call& call, const HandOver& what)
 {
-    const VARIANT& value = *call.Argument<VARIANT*>(0);
+    const VARIANT& value = *call.Argument<VARIANT*>(what.argument);
     if (value.vt == VT_UNKNOWN)
     {
         Watch::Get().GiveReference(value.punkVal);
@@ -101,525 +103,309 @@ void ClearVariant(Call& call)
     }
 }
 
-constexpr char kMatrix[] = "matrix";
-constexpr char kGdiplus[] = "start of GDI+";
-constexpr char kApartment[] = "apartment";
-constexpr char kLocale[] = "locale";
-
-template <const char* Kind>
-void TakeResult(Call& call)
+void TakeObject(Call& call, const HandOver& what)
 {
-    if (call.result != 0)
+    if (HasSucceeded(call))
     {
-        Watch::Get().Take(Kind, call.result);
+        Watch::Get().TakeReference(ReceivedObject(call, what.argument), what.type, what.kind);
     }
 }
 
-template <const char* Kind>
-void GiveArgument(Call& call)
+void TakeAsked(Call& call, const HandOver& what)
 {
-    Watch::Get().Give(Kind, call.arguments[0]);
-}
-
-template <const char* Kind>
-void TakeOutOfStatus(Call& call)
-{
-    if (static_cast<int>(call.result) == 0)
+    if (HasSucceeded(call))
     {
-        Watch::Get().Take(Kind, Received<0, std::uintptr_t>(call));
+        const Interface* const asked = FindInterface(*call.Argument<const IID*>(what.argument - 1));
+        Watch::Get().TakeReference(ReceivedObject(call, what.argument), asked);
     }
 }
 
-/// Null gives null, without asking for memory.
-bool IsTextGiven(const Call& call)
+void AddReference(Call& call, const HandOver&)
 {
-    return call.arguments[0] != 0;
+    Watch::Get().Take(kReference, call.arguments[0]);
 }
 
-bool IsUtf8(const Call& call)
+void Release(Call& call, const HandOver&)
 {
-    return call.arguments[0] == CP_UTF8;
+    Watch::Get().GiveReference(call.Argument<void*>(0));
 }
 
-bool IsTokenGiven(const Call& call)
+void Adopt(Call& call, const HandOver& what)
 {
-    return call.arguments[1] != 0;
+    Watch::Get().Adopt(call.Argument<void*>(what.argument), what.type);
 }
 
-/// What the runtime library asks for because not every Windows has it.
-void ReplaceLateImport(Call& call);
-
-const std::unordered_map<std::string, Function>& Imports()
-{
-    using enum Failing;
-    constexpr auto take = &TakeResult<kMemory>;
-    constexpr auto give = &GiveArgument<kMemory>;
-    static const std::unordered_map<std::string, Function> imports = [] {
-        const Function functions[] = {
-            {"malloc",
-             NoMemory,
-             nullptr,
-             take,
-             [](const Call& call) { return Watch::Get().IsOperatorNew(call); }},
-            // The runtime libraries' own, which do not look at what they get.
-            {"calloc", Never, nullptr, take},
-            {"_strdup", Never, nullptr, take},
-            {"realloc", Never, give, take},
-            {"free", Never, give},
-            {"_create_locale", NoMemory, nullptr, &TakeResult<kLocale>},
-            {"_free_locale", Never, &GiveArgument<kLocale>},
-            {"GetProcAddress", Never, nullptr, nullptr},
-            {"TlsAlloc", Never, nullptr, &TakeResult<kThreadSlot>},
-            {"SysAllocString", NoMemory, nullptr, &TakeResult<kText>, &IsTextGiven},
-            {"SysAllocStringLen", NoMemory, nullptr, &TakeResult<kText>},
-            {"SysFreeString", Never, &GiveArgument<kText>},
-            {"CoTaskMemAlloc", NoMemory},
-            {"VarBstrCat", ResultOfMemory, nullptr, &OutText<2>},
-            {"VarBstrCmp", Result},
-            {"VariantChangeType", ResultOfMemory, nullptr, &OutVariant<0>},
-            {"VariantClear", ResultAfterActing, &ClearVariant},
-            {"CoFileTimeNow", Result},
-            {"CoInitializeEx",
-             Result,
-             nullptr,
-             [](Call& call) {
-                 if (HasSucceeded(call))
-                 {
-                     Watch::Get().Take(kApartment, 1);
-                 }
-             }},
-            {"CoUninitialize", Never, [](Call&) { Watch::Get().Give(kApartment, 1); }},
-            {"CoCreateInstance", Result, nullptr, &OutById<3, 4>},
-            {"CreateStreamOnHGlobal", ResultOfMemory, nullptr, &Out<IStream, 2>},
-            {"GdiplusStartup", Status, nullptr, &TakeOutOfStatus<kGdiplus>},
-            {"GdiplusShutdown", Never, &GiveArgument<kGdiplus>},
-            {"GdipCreateMatrix", Status, nullptr, &TakeOutOfStatus<kMatrix>},
-            {"GdipDeleteMatrix", Never, &GiveArgument<kMatrix>},
-            {"GdipGetMatrixElements", Status},
-            {"GdipSetMatrixElements", Status},
-            {"GdipRotateMatrix", Status},
-            {"GdipScaleMatrix", Status},
-            {"GdipTransformMatrixPoints", Status},
-            {"PTOpenProvider", Result},
-            {"PTCloseProvider", ResultAfterActing},
-            {"PTGetPrintCapabilities", Result, nullptr, &OutText<3>},
-            {"PTMergeAndValidatePrintTicket", Result, nullptr, &OutText<5>},
-            // Going back to the thread's own token is not failed: nothing could be done about it.
-            {"SetThreadToken", Error, nullptr, nullptr, &IsTokenGiven},
-            {"GetLocaleInfoW", Error},
-            // In other code pages the runtime library asks, for its locale.
-            {"MultiByteToWideChar", Error, nullptr, nullptr, &IsUtf8},
-            {"WideCharToMultiByte", Error, nullptr, nullptr, &IsUtf8},
-            // For the text of an exception, of which there is none before the one failure.
-            {"FormatMessageA", Error},
-            // Nobody asks for the driver's information block.
-            {"GetPrinterDriverW", Error},
-        };
-        std::unordered_map<std::string, Function> byName;
-        for (const Function& function : functions)
-        {
-            byName[function.name] = function;
-        }
-        byName["GetProcAddress"].after = &ReplaceLateImport;
-        const std::pair<const char*, const char*> ordinals[] = {{"2", "PTOpenProvider"},
-                                                                {"4", "PTCloseProvider"},
-                                                                {"6", "PTGetPrintCapabilities"},
-                                                                {"7", "PTMergeAndValidatePrintTicket"}};
-        for (const auto& [ordinal, name] : ordinals)
-        {
-            byName[std::string("prntvpt.dll ") + ordinal] = byName[name];
-        }
-        // Not failed.
-        std::istringstream harmless(
-            // End the process.
-            "abort exit _amsg_exit _wassert "
-            // Unwind the stack.
-            "RaiseException RtlCaptureContext RtlLookupFunctionEntry RtlUnwindEx RtlVirtualUnwind "
-            "_setmp _setjmp longjmp __C_specific_handler AddVectoredExceptionHandler "
-            "RemoveVectoredExceptionHandler "
-            // Have no way to fail.
-            "VariantInit SysStringLen GetLastError SetLastError GetCurrentProcess GetCurrentProcessId "
-            "GetCurrentThread GetCurrentThreadId GetSystemTimeAsFileTime GetTickCount64 LocalFree "
-            "AcquireSRWLockExclusive ReleaseSRWLockExclusive "
-            "EnterCriticalSection LeaveCriticalSection TryEnterCriticalSection InitializeCriticalSection "
-            "DeleteCriticalSection TlsGetValue _lock _unlock _errno __iob_func ___lc_codepage_func "
-            "___mb_cur_max_func localeconv IsDBCSLeadByteEx IsDebuggerPresent OutputDebugStringA "
-            "memchr memcmp memcpy memmove memset strcmp strncmp strlen strcoll strxfrm strerror strftime "
-            "wcslen wcscoll wcsxfrm wcsftime wcstol iswctype towlower towupper _ultoa "
-            "_vscprintf_l _vscwprintf_l _vsnprintf_l _vsnwprintf_l "
-            // Belong to the runtime libraries: the start of a module, locales, terminal output, threads.
-            "DisableThreadLibraryCalls _initterm _onexit __dllonexit setlocale signal printf fprintf "
-            "vfprintf "
-            "fputc fputs fwrite _read _close GetModuleHandleW LoadLibraryW VirtualProtect VirtualQuery Sleep "
-            "CloseHandle CreateEventA CreateSemaphoreA DuplicateHandle GetHandleInformation OpenProcess "
-            "GetProcessAffinityMask SetProcessAffinityMask GetThreadContext SetThreadContext "
-            "GetThreadPriority SetThreadPriority ReleaseSemaphore ResetEvent SetEvent ResumeThread "
-            "SuspendThread TlsSetValue WaitForMultipleObjects WaitForSingleObject _beginthreadex "
-            "_endthreadex");
-        for (std::string name; harmless >> name;)
-        {
-            byName.try_emplace(name, Function{"harmless"});
-        }
-        return byName;
-    }();
-    return imports;
-}
-
-void ReplaceLateImport(Call& call)
+void ReplaceLateImport(Call& call, const HandOver&)
 {
     const std::string name = call.Argument<const char*>(1);
     if (call.result != 0 && (name == "_create_locale" || name == "_free_locale"))
     {
         void* const original = reinterpret_cast<void*>(call.result); // NOLINT(performance-no-int-to-ptr)
-        call.result =
-            reinterpret_cast<std::uintptr_t>(Watch::Get().Import(name, original, *FindImport(name)));
+        void* const entry = Watch::Get().Import(name, original, *FindImport(name));
+        call.result = reinterpret_cast<std::uintptr_t>(entry);
     }
 }
 
-/// A method's place in its interface: of a virtual one, the pointer holds the offset plus one.
-template <typename Method>
-std::size_t SlotOf(Method method)
+void AskPrinter(Call&, const HandOver&)
 {
-    std::array<std::uintptr_t, 2> parts{};
-    static_assert(sizeof(method) == sizeof(parts));
-    std::memcpy(parts.data(), &method, sizeof(parts));
-    return (parts[0] - 1) / sizeof(void*);
+    Watch::Get().SetStage(Watch::Get().GetStage() == kWritten ? kCapabilities : kNothing);
 }
 
-template <std::size_t Index>
-std::string TextArgument(const Call& call)
+void EndOperation(Call& call, const HandOver& what)
 {
-    return base::utility::ToUtf8(call.Argument<const wchar_t*>(Index));
+    if (Received(call, what.argument) == 0)
+    {
+        Watch::Get().SetStage("the operation ends");
+    }
 }
 
 /// What a query of a whole document is for.
-const char* StageOf(const Call& call)
+const char* StageOfQuery(const Call& call)
 {
     const std::wstring_view query = call.Argument<const wchar_t*>(1);
-    const auto names = [&](const wchar_t* text) { return query.find(text) != std::wstring_view::npos; };
     if (!query.starts_with(L"//"))
     {
         return Watch::Get().GetStage();
     }
-    if (names(L"PrintCapabilities") || names(L"PageImageableSize"))
+    const bool isOfFeature = query.find(L'/', 2) == query.npos;
+    constexpr std::pair<const wchar_t*, const char*> stages[] = {
+        {L"PrintCapabilities", kRequested},
+        {L"PageImageableSize", kRequested},
+        {L"Property[@name = \"psk:MediaSize", "a media size is read"},
+        {L":MinWidth", "a printable limit is read"},
+        {L":MinHeight", "a printable limit is read"},
+        {L":MaxWidth", "a printable limit is read"},
+        {L":MaxHeight", "a printable limit is read"},
+        {L"FeedDirection", "the feed direction is read"}};
+    for (const auto& [part, stage] : stages)
     {
-        return kRequested;
+        if (query.find(part) != query.npos)
+        {
+            return stage;
+        }
     }
-    if (names(L"Property[@name = \"psk:MediaSize"))
-    {
-        return "a media size is read";
-    }
-    if (names(L":MinWidth") || names(L":MinHeight") || names(L":MaxWidth") || names(L":MaxHeight"))
-    {
-        return "a printable limit is read";
-    }
-    if (names(L"FeedDirection"))
-    {
-        return "the feed direction is read";
-    }
-    return query.find(L'/', 2) == std::wstring_view::npos && names(L"Feature[")
-               ? "a feature is removed from a ticket"
-               : "";
+    return isOfFeature && query.find(L"Feature[") != query.npos ? "a feature is removed from a ticket"
+                                                                : kNothing;
 }
 
-/// Which interface is asked for.
+/// The next stage where the job stands in `stage`, and none otherwise.
+template <const char* Stage, const char* Next>
+const char* After(const Call&)
+{
+    return Watch::Get().GetStage() == Stage ? Next : kNothing;
+}
+
+std::string TextArgument(const Call& call)
+{
+    return base::utility::ToUtf8(call.Argument<const wchar_t*>(1));
+}
+
 std::string InterfaceArgument(const Call& call)
 {
     const Interface* const asked = FindInterface(*call.Argument<const IID*>(1));
     return asked == nullptr ? "unknown" : asked->name;
 }
 
-Function Detailed(Function function, std::string (*detail)(const Call&))
+// The words of the table.
+const std::map<std::string_view, Failing> kFailings = {{"never", Failing::Never},
+                                                       {"result", Failing::Result},
+                                                       {"acting", Failing::ResultAfterActing},
+                                                       {"no-memory", Failing::NoMemory},
+                                                       {"memory", Failing::ResultOfMemory},
+                                                       {"error", Failing::Error},
+                                                       {"status", Failing::Status}};
+
+using Act = void (*)(Call&, const HandOver&);
+
+const std::map<std::string_view, Act> kActsBefore = {{"gives", &GiveArgument},
+                                                     {"leaves", &Leave},
+                                                     {"clears", &ClearVariant},
+                                                     {"adds-reference", &AddReference},
+                                                     {"releases", &Release},
+                                                     {"adopts", &Adopt}};
+
+const std::map<std::string_view, Act> kActsAfter = {{"takes", &TakeResult},
+                                                    {"makes", &TakeMade},
+                                                    {"enters", &Enter},
+                                                    {"text", &TakeText},
+                                                    {"variant", &TakeVariant},
+                                                    {"asked", &TakeAsked},
+                                                    {"late-import", &ReplaceLateImport},
+                                                    {"asks-printer", &AskPrinter},
+                                                    {"ends-operation", &EndOperation}};
+
+const std::map<std::string_view, bool (*)(const Call&)> kConditions = {
+    {"operator-new", [](const Call& call) { return Watch::Get().IsOperatorNew(call); }},
+    // Null gives null, without asking for memory.
+    {"text-given", [](const Call& call) { return call.arguments[0] != 0; }},
+    {"token-given", [](const Call& call) { return call.arguments[1] != 0; }},
+    {"utf8", [](const Call& call) { return call.arguments[0] == CP_UTF8; }}};
+
+const std::map<std::string_view, std::string (*)(const Call&)> kDetails = {
+    {"by-name", &TextArgument}, {"by-interface", &InterfaceArgument}};
+
+const std::map<std::string_view, const char* (*)(const Call&)> kStages = {
+    {"begins-nothing", [](const Call&) -> const char* { return kNothing; }},
+    {"writes-ticket", [](const Call&) -> const char* { return kWritten; }},
+    {"queries", &StageOfQuery},
+    // What the printer's answers are remembered by: a page's ticket, then the one that is written for it.
+    {"remembers-text", &After<kWritten, kWritten>},
+    {"saves-ticket", &After<kCapabilities, kRequested>},
+    {"prepares-queries", &After<kRequested, kRequested>}};
+
+struct Table
 {
-    function.detail = detail;
+    std::map<std::string, Function> imports;
+    std::map<std::string, Interface> interfaces;
+};
+
+/// Takes a word's meaning over; false when there is none among these words.
+template <typename Meaning>
+bool Understand(const std::map<std::string_view, Meaning>& words, const std::string& word, Meaning& meaning)
+{
+    const auto found = words.find(word);
+    if (found != words.end())
+    {
+        meaning = found->second;
+    }
+    return found != words.end();
+}
+
+/// Of a word like "takes:memory", "text:1" or "IPrintReadStream:1:a-page", what stands behind the first
+/// colon.
+HandOver ReadHandOver(std::istringstream& pieces)
+{
+    HandOver handOver;
+    for (std::string piece; std::getline(pieces, piece, ':');)
+    {
+        if (std::isdigit(static_cast<unsigned char>(piece.front())) != 0)
+        {
+            handOver.argument = std::stoul(piece);
+        }
+        else
+        {
+            std::replace(piece.begin(), piece.end(), '-', ' ');
+            handOver.kind = piece;
+        }
+    }
+    return handOver;
+}
+
+/// Everything on a line but the place of a method.
+Function ReadFunction(std::istream& line, Table& table)
+{
+    Function function;
+    std::string word;
+    line >> function.name >> word;
+    if (!Understand(kFailings, word, function.failing))
+    {
+        Watch::Get().Complain(function.name + " fails by something unknown: " + word);
+    }
+    while (line >> word)
+    {
+        std::istringstream pieces(word);
+        std::getline(pieces, word, ':');
+        HandOver handOver = ReadHandOver(pieces);
+        if (word == "callback")
+        {
+            function.isCallback = true;
+        }
+        else if (Understand(kActsBefore, word, handOver.act))
+        {
+            handOver.type = word == "adopts" ? &table.interfaces[handOver.kind] : nullptr;
+            function.before.push_back(handOver);
+        }
+        else if (Understand(kActsAfter, word, handOver.act))
+        {
+            function.after.push_back(handOver);
+        }
+        else if (!Understand(kConditions, word, function.mayFail) &&
+                 !Understand(kDetails, word, function.detail) && !Understand(kStages, word, function.stage))
+        {
+            handOver.act = &TakeObject;
+            handOver.type = &table.interfaces[word];
+            function.after.push_back(handOver);
+        }
+    }
     return function;
 }
 
-/// Of a document that is prepared for queries: the printer's capabilities, or another ticket.
-const char* StageOfDocument(const Call&)
+void ReadInterface(Interface& type, std::istream& line, Table& table)
 {
-    return Watch::Get().GetStage() == kRequested ? kRequested : "";
+    std::string base;
+    std::string iid;
+    line >> base >> type.slotCount >> iid;
+    type.base = base == "-" ? nullptr : &table.interfaces[base];
+    IIDFromString(base::utility::FromUtf8(iid).c_str(), &type.iid);
 }
 
-const char* StageOfWriting(const Call&)
+Table ReadTable()
 {
-    return kWritten;
+    Table table;
+    Interface* last = nullptr;
+    std::ifstream file(CALLS_TABLE);
+    for (std::string text; std::getline(file, text);)
+    {
+        std::istringstream line(text);
+        std::string name;
+        if (text.starts_with("interface ") && line >> name >> name)
+        {
+            last = &table.interfaces[name];
+            last->name = name;
+            ReadInterface(*last, line, table);
+        }
+        else if (std::size_t slot = 0; text.starts_with(' ') && line >> slot)
+        {
+            last->methods.push_back(ReadFunction(line, table));
+            last->methods.back().slot = slot;
+        }
+        else if (text.starts_with("harmless "))
+        {
+            for (line >> name; line >> name;)
+            {
+                table.imports[name].name = name;
+            }
+        }
+        else if (text.starts_with("ordinal ") && line >> name >> name)
+        {
+            table.imports[name] = ReadFunction(line, table);
+        }
+        else if (!text.empty() && !text.starts_with('#'))
+        {
+            const Function function = ReadFunction(line, table);
+            table.imports[function.name] = function;
+        }
+    }
+    for (const auto& [name, each] : table.interfaces)
+    {
+        if (each.name.empty())
+        {
+            Watch::Get().Complain("the table of calls says nothing of " + name);
+        }
+    }
+    return table;
 }
 
-/// What the answers of the printer are remembered by: a page's ticket, then the one that is written for it,
-/// with which the printer is asked.
-const char* StageOfText(const Call&)
+const Table& Calls()
 {
-    return Watch::Get().GetStage() == kWritten ? kWritten : "";
-}
-
-/// A ticket is saved for the printer, or for something else.
-const char* StageOfSave(const Call&)
-{
-    return Watch::Get().GetStage() == kCapabilities ? kRequested : "";
-}
-
-const char* NoStage(const Call&)
-{
-    return "";
-}
-
-Function Staged(Function function, const char* (*stage)(const Call&))
-{
-    function.stage = stage;
-    return function;
-}
-
-Function Failable(Function function, Failing failing)
-{
-    function.failing = failing;
-    return function;
-}
-
-template <typename Method>
-Function Callable(const char* name, Method method, void (*after)(Call&) = nullptr)
-{
-    Function function{name, Failing::Result};
-    function.after = after;
-    function.slot = SlotOf(method);
-    return function;
-}
-
-#define CALLABLE(interface, method, ...) Callable(#method, &interface::method __VA_OPT__(, ) __VA_ARGS__)
-
-constexpr const char* kUserTicket = "a ticket of the user";
-constexpr const char* kTicket = "a ticket";
-constexpr const char* kPage = "a page";
-
-template <typename T, typename LastMethod>
-Interface Describe(const char* name, const Interface* base, LastMethod last, std::vector<Function> methods)
-{
-    return {__uuidof(T), name, base, SlotOf(last) + 1, std::move(methods)};
-}
-
-/// Sequence and document.
-template <typename T>
-Interface DescribeTicketed(const char* name, const Interface* base)
-{
-    return Describe<T>(
-        name, base, &T::SetPrintTicket, {CALLABLE(T, GetPrintTicket, &Out<IPartPrintTicket, 1>)});
-}
-
-const std::vector<const Interface*>& Interfaces()
-{
-    static Function release{
-        "Release", Failing::Never, [](Call& call) { Watch::Get().GiveReference(call.Argument<void*>(0)); }};
-    release.slot = 2;
-    static Function addRef{
-        "AddRef", Failing::Never, [](Call& call) { Watch::Get().Take(kReference, call.arguments[0]); }};
-    addRef.slot = 1;
-    static Function query{"QueryInterface", Failing::Result, nullptr, &OutById<1, 2>};
-    static const Interface unknown = Describe<IUnknown>(
-        "IUnknown", nullptr, &IUnknown::Release, {Detailed(query, &InterfaceArgument), addRef, release});
-    const Interface* const root = &unknown;
-
-    static const Interface node = Describe<IXMLDOMNode>(
-        "IXMLDOMNode",
-        root,
-        &IXMLDOMNode::transformNodeToObject,
-        {CALLABLE(IXMLDOMNode, get_nodeName, &OutText<1>),
-         CALLABLE(IXMLDOMNode, get_nodeValue, &OutVariant<1>),
-         CALLABLE(IXMLDOMNode, get_nodeType),
-         CALLABLE(IXMLDOMNode, get_parentNode, &Out<IXMLDOMNode, 1>),
-         CALLABLE(IXMLDOMNode, get_firstChild, &Out<IXMLDOMNode, 1>),
-         CALLABLE(IXMLDOMNode, get_nextSibling, &Out<IXMLDOMNode, 1>),
-         CALLABLE(IXMLDOMNode, get_attributes, &Out<IXMLDOMNamedNodeMap, 1>),
-         CALLABLE(IXMLDOMNode, removeChild, &Out<IXMLDOMNode, 2>),
-         CALLABLE(IXMLDOMNode, appendChild, &Out<IXMLDOMNode, 2>),
-         Staged(CALLABLE(IXMLDOMNode, cloneNode, &Out<IXMLDOMNode, 2>), &NoStage),
-         CALLABLE(IXMLDOMNode, get_text, &OutText<1>),
-         CALLABLE(IXMLDOMNode, put_text),
-         CALLABLE(IXMLDOMNode, get_nodeTypedValue, &OutVariant<1>),
-         Staged(CALLABLE(IXMLDOMNode,
-                         get_xml,
-                         [](Call& call) {
-                             OutText<1>(call);
-                             Watch::Get().SetStage(Watch::Get().GetStage() == kWritten ? kCapabilities : "");
-                         }),
-                &StageOfText),
-         CALLABLE(IXMLDOMNode, selectNodes, &Out<IXMLDOMNodeList, 2>),
-         Staged(CALLABLE(IXMLDOMNode, selectSingleNode, &Out<IXMLDOMNode, 2>), &StageOf),
-         CALLABLE(IXMLDOMNode, get_namespaceURI, &OutText<1>),
-         CALLABLE(IXMLDOMNode, get_baseName, &OutText<1>)});
-    static const Interface attribute = Describe<IXMLDOMAttribute>(
-        "IXMLDOMAttribute", &node, &IXMLDOMAttribute::put_value, {CALLABLE(IXMLDOMAttribute, put_value)});
-    static const Interface element =
-        Describe<IXMLDOMElement>("IXMLDOMElement",
-                                 &node,
-                                 &IXMLDOMElement::normalize,
-                                 {CALLABLE(IXMLDOMElement, setAttribute),
-                                  CALLABLE(IXMLDOMElement, setAttributeNode, &Out<IXMLDOMAttribute, 2>)});
-    static const Interface document = Describe<IXMLDOMDocument2>(
-        "IXMLDOMDocument2",
-        &node,
-        &IXMLDOMDocument2::getProperty,
-        {CALLABLE(IXMLDOMDocument2, get_documentElement, &Out<IXMLDOMElement, 1>),
-         Staged(CALLABLE(IXMLDOMDocument2, createNode, &Out<IXMLDOMNode, 4>), &StageOfWriting),
-         CALLABLE(IXMLDOMDocument2, get_doctype),
-         CALLABLE(IXMLDOMDocument2, load),
-         CALLABLE(IXMLDOMDocument2, loadXML),
-         Staged(CALLABLE(IXMLDOMDocument2, save), &StageOfSave),
-         CALLABLE(IXMLDOMDocument2, put_async),
-         CALLABLE(IXMLDOMDocument2, put_validateOnParse),
-         CALLABLE(IXMLDOMDocument2, put_resolveExternals),
-         Staged(Detailed(CALLABLE(IXMLDOMDocument2, setProperty), &TextArgument<1>), &StageOfDocument)});
-    static const Interface list = Describe<IXMLDOMNodeList>(
-        "IXMLDOMNodeList",
-        root,
-        &IXMLDOMNodeList::get__newEnum,
-        {CALLABLE(IXMLDOMNodeList, get_item, &Out<IXMLDOMNode, 2>), CALLABLE(IXMLDOMNodeList, get_length)});
-    static const Interface map =
-        Describe<IXMLDOMNamedNodeMap>("IXMLDOMNamedNodeMap",
-                                      root,
-                                      &IXMLDOMNamedNodeMap::get__newEnum,
-                                      {CALLABLE(IXMLDOMNamedNodeMap, getNamedItem, &Out<IXMLDOMNode, 2>),
-                                       CALLABLE(IXMLDOMNamedNodeMap, get_item, &Out<IXMLDOMNode, 2>)});
-
-    static const Interface saxReader = Describe<ISAXXMLReader>(
-        "ISAXXMLReader",
-        root,
-        &ISAXXMLReader::parseURL,
-        {Detailed(CALLABLE(ISAXXMLReader, putFeature), &TextArgument<1>),
-         [] {
-             auto method = CALLABLE(ISAXXMLReader, putContentHandler);
-             method.before = [](Call& call) {
-                 Watch::Get().Adopt(call.Argument<void*>(1), __uuidof(ISAXContentHandler));
-             };
-             return method;
-         }(),
-         CALLABLE(ISAXXMLReader, parse)});
-    static const Interface saxAttributes = Describe<ISAXAttributes>("ISAXAttributes",
-                                                                    root,
-                                                                    &ISAXAttributes::getValueFromQName,
-                                                                    {CALLABLE(ISAXAttributes, getLength),
-                                                                     CALLABLE(ISAXAttributes, getName),
-                                                                     CALLABLE(ISAXAttributes, getValue)});
-    // The module's own: looked at for what it is handed.
-    static const Interface saxHandler = [] {
-        Function start{"startElement"};
-        start.before = [](Call& call) {
-            Watch::Get().Adopt(call.Argument<void*>(7), __uuidof(ISAXAttributes));
-        };
-        start.slot = SlotOf(&ISAXContentHandler::startElement);
-        start.isCallback = true;
-        return Interface{__uuidof(ISAXContentHandler), "ISAXContentHandler", nullptr, 0, {start}};
-    }();
-    static const Interface stream =
-        Describe<IStream>("IStream", root, &IStream::Clone, {CALLABLE(IStream, Seek)});
-
-    static const Interface communicator = Describe<IInterFilterCommunicator>(
-        "IInterFilterCommunicator",
-        root,
-        &IInterFilterCommunicator::RequestWriter,
-        {CALLABLE(IInterFilterCommunicator, RequestReader, &Out<IXpsDocumentProvider, 1>),
-         CALLABLE(IInterFilterCommunicator, RequestWriter, &Out<IXpsDocumentConsumer, 1>)});
-    static const Interface bag = Describe<IPrintPipelinePropertyBag>(
-        "IPrintPipelinePropertyBag",
-        root,
-        &IPrintPipelinePropertyBag::DeleteProperty,
-        {Detailed(CALLABLE(IPrintPipelinePropertyBag, GetProperty, &OutVariant<2>), &TextArgument<1>)});
-    static const Interface driverBag = Describe<IPrinterPropertyBag>(
-        "IPrinterPropertyBag",
-        root,
-        &IPrinterPropertyBag::GetWriteStream,
-        {CALLABLE(IPrinterPropertyBag, GetString, &OutText<2>), CALLABLE(IPrinterPropertyBag, GetInt32)});
-    static const Interface control =
-        Describe<IPrintPipelineManagerControl>("IPrintPipelineManagerControl",
-                                               root,
-                                               &IPrintPipelineManagerControl::FilterFinished,
-                                               {CALLABLE(IPrintPipelineManagerControl, RequestShutdown),
-                                                CALLABLE(IPrintPipelineManagerControl, FilterFinished)});
-    static const Interface provider =
-        Describe<IXpsDocumentProvider>("IXpsDocumentProvider",
-                                       root,
-                                       &IXpsDocumentProvider::GetXpsPart,
-                                       {Staged(CALLABLE(IXpsDocumentProvider,
-                                                        GetXpsPart,
-                                                        [](Call& call) {
-                                                            Out<IUnknown, 1>(call);
-                                                            if (Received<1, void*>(call) == nullptr)
-                                                            {
-                                                                Watch::Get().SetStage("the operation ends");
-                                                            }
-                                                        }),
-                                               &NoStage)});
-    static const Interface consumer = Describe<IXpsDocumentConsumer>(
-        "IXpsDocumentConsumer",
-        root,
-        &IXpsDocumentConsumer::GetNewEmptyPart,
-        {Staged(CALLABLE(IXpsDocumentConsumer, SendXpsUnknown), &NoStage),
-         Staged(CALLABLE(IXpsDocumentConsumer, SendXpsDocument), &NoStage),
-         Staged(CALLABLE(IXpsDocumentConsumer, SendFixedDocumentSequence), &NoStage),
-         Staged(CALLABLE(IXpsDocumentConsumer, SendFixedDocument), &NoStage),
-         Staged(CALLABLE(IXpsDocumentConsumer, SendFixedPage), &NoStage),
-         Failable(CALLABLE(IXpsDocumentConsumer, CloseSender), Failing::ResultAfterActing),
-         CALLABLE(IXpsDocumentConsumer, GetNewEmptyPart, [](Call& call) {
-             OutById<2, 3>(call);
-             OutStream<IPrintWriteStream, 4, kTicket>(call);
-         })});
-    static const Interface xpsDocument =
-        Describe<IXpsDocument>("IXpsDocument", root, &IXpsDocument::SetThumbnail, {});
-    static const Interface sequence =
-        DescribeTicketed<IFixedDocumentSequence>("IFixedDocumentSequence", root);
-    static const Interface fixedDocument = DescribeTicketed<IFixedDocument>("IFixedDocument", root);
-    static const Interface page = Describe<IFixedPage>(
-        "IFixedPage",
-        root,
-        &IFixedPage::GetXpsPartIterator,
-        {CALLABLE(IFixedPage, GetStream, &OutStream<IPrintReadStream, 1, kPage>),
-         Staged(CALLABLE(IFixedPage, GetPrintTicket, &Out<IPartPrintTicket, 1>), &NoStage),
-         CALLABLE(IFixedPage, GetWriteStream, &OutStream<IPrintWriteStream, 1, kPage>),
-         CALLABLE(IFixedPage, SetPrintTicket),
-         CALLABLE(IFixedPage, DeleteResource)});
-    static const Interface ticket = Describe<IPartPrintTicket>(
-        "IPartPrintTicket",
-        root,
-        &IPartPrintTicket::SetPartCompression,
-        {CALLABLE(IPartPrintTicket, GetUri, &OutText<1>),
-         CALLABLE(IPartPrintTicket, GetStream, &OutStream<IPrintReadStream, 1, kTicket>)});
-    static const Interface factory = Describe<IPrintReadStreamFactory>(
-        "IPrintReadStreamFactory",
-        root,
-        &IPrintReadStreamFactory::GetStream,
-        {CALLABLE(IPrintReadStreamFactory, GetStream, &OutStream<IPrintReadStream, 1, kUserTicket>)});
-    static const Interface readStream =
-        Describe<IPrintReadStream>("IPrintReadStream",
-                                   root,
-                                   &IPrintReadStream::ReadBytes,
-                                   {CALLABLE(IPrintReadStream, Seek), CALLABLE(IPrintReadStream, ReadBytes)});
-    static const Interface writeStream =
-        Describe<IPrintWriteStream>("IPrintWriteStream",
-                                    root,
-                                    &IPrintWriteStream::Close,
-                                    {CALLABLE(IPrintWriteStream, WriteBytes),
-                                     Failable(CALLABLE(IPrintWriteStream, Close), Failing::Never)});
-    static const std::vector<const Interface*> all = {
-        &unknown,   &node,          &attribute,  &element,     &document,     &list,          &map,
-        &saxReader, &saxAttributes, &saxHandler, &stream,      &communicator, &bag,           &driverBag,
-        &control,   &provider,      &consumer,   &xpsDocument, &sequence,     &fixedDocument, &page,
-        &ticket,    &factory,       &readStream, &writeStream};
-    return all;
+    static const Table table = ReadTable();
+    return table;
 }
 } // namespace
 
 const Function* FindImport(const std::string& name)
 {
-    const auto found = Imports().find(name);
-    return found == Imports().end() ? nullptr : &found->second;
+    const auto found = Calls().imports.find(name);
+    return found == Calls().imports.end() ? nullptr : &found->second;
 }
 
 const Interface* FindInterface(const IID& iid)
 {
-    for (const Interface* candidate : Interfaces())
+    for (const auto& [name, candidate] : Calls().interfaces)
     {
-        if (candidate->iid == iid)
+        if (candidate.iid == iid)
         {
-            return candidate;
+            return &candidate;
         }
     }
     return nullptr;

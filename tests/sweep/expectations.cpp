@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdio>
 #include <fstream>
+#include <regex>
 #include <string_view>
 #include <utility>
 
@@ -32,34 +33,16 @@ std::string NameOf(HRESULT hr)
     return text.data();
 }
 
-/// What stands between two texts; empty when one of them is missing. `line` goes on behind.
-std::string Between(std::string_view& line, std::string_view start, std::string_view end)
-{
-    const auto from = line.find(start);
-    const auto to = from == std::string_view::npos ? from : line.find(end, from + start.size());
-    if (to == std::string_view::npos)
-    {
-        return {};
-    }
-    std::string text(line.substr(from + start.size(), to - from - start.size()));
-    line.remove_prefix(to);
-    return text;
-}
-
 /// From a row like "| `call`, called again while something is read | E_FAIL or success | ... |".
-Exception ParseRow(std::string_view line)
+Exception ParseRow(const std::string& line)
 {
-    Exception exception;
-    exception.row = line;
-    exception.call = Between(line, "| `", "`");
-    std::string_view condition = line.substr(0, line.find(" |"));
-    exception.isAgain = condition.find(", called again") != std::string_view::npos;
-    const auto about = condition.find(" while ");
-    exception.stage = about == std::string_view::npos ? "" : condition.substr(about + 7);
-    const std::string results = Between(line, "| ", " |");
+    static const std::regex form(R"(\| `([^`]*)`(, called again)?(?: while ([^|]*))? \| ([^|]*) \| .* \|)");
+    std::smatch cells;
+    std::regex_match(line, cells, form);
+    Exception exception{cells[1], cells[3], cells[2].matched, {}, line};
     for (const auto& [name, hr] : kNames)
     {
-        if (results.find(name) != std::string::npos)
+        if (cells[4].str().find(name) != std::string::npos)
         {
             exception.results.push_back(hr);
         }

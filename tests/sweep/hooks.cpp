@@ -34,22 +34,14 @@ SweepThunk:
     call SweepBefore
     test %eax, %eax
     jnz 1f
-    mov 0xc0(%rbp), %rax
-    mov %rax, 0x20(%rbp)
-    mov 0xc8(%rbp), %rax
-    mov %rax, 0x28(%rbp)
-    mov 0xd0(%rbp), %rax
-    mov %rax, 0x30(%rbp)
-    mov 0xd8(%rbp), %rax
-    mov %rax, 0x38(%rbp)
-    mov 0xe0(%rbp), %rax
-    mov %rax, 0x40(%rbp)
-    mov 0xe8(%rbp), %rax
-    mov %rax, 0x48(%rbp)
-    mov 0xf0(%rbp), %rax
-    mov %rax, 0x50(%rbp)
-    mov 0xf8(%rbp), %rax
-    mov %rax, 0x58(%rbp)
+    movups 0xc0(%rbp), %xmm4
+    movups %xmm4, 0x20(%rbp)
+    movups 0xd0(%rbp), %xmm4
+    movups %xmm4, 0x30(%rbp)
+    movups 0xe0(%rbp), %xmm4
+    movups %xmm4, 0x40(%rbp)
+    movups 0xf0(%rbp), %xmm4
+    movups %xmm4, 0x50(%rbp)
     movsd 0x60(%rbp), %xmm0
     movsd 0x68(%rbp), %xmm1
     movsd 0x70(%rbp), %xmm2

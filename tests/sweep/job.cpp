@@ -3,14 +3,17 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "host/pipeline/filtermodule.h"
 #include "support/pipeline.h"
 #include "support/tickettext.h"
+#include "sweep/calls.h"
 
 namespace sweep
 {
 namespace
 {
 using base::utility::ComPtr;
+using host::pipeline::LoadedLibrary;
 using support::Feature;
 using support::MediaFeature;
 using support::Pipeline;
@@ -23,43 +26,22 @@ constexpr const char* kPage =
     R"(ContentBox="0,0,10,20" BleedBox="0,0,10,20"><FixedPage.Resources/>)"
     R"(<Glyphs UnicodeString="a&amp;b"/></FixedPage>)";
 
-template <typename Function>
-Function* FindFunction(HMODULE module, const char* name)
-{
-    return reinterpret_cast<Function*>(reinterpret_cast<void (*)()>(GetProcAddress(module, name)));
-}
-
 ULONG CountProviders()
 {
-    static const auto count =
-        FindFunction<ULONG WINAPI()>(GetModuleHandleW(L"prntvpt.dll"), "GetOpenProviderCount");
+    static const LoadedLibrary tickets(OFFLINE_TICKET_LIBRARY);
+    static auto* const count = tickets.Find<ULONG WINAPI()>("GetOpenProviderCount");
     return count();
 }
 
-/// The module, watched from its first instruction to its last.
-class Module
+[[nodiscard]] HRESULT CreateFilter(const LoadedLibrary& module, ComPtr<IPrintPipelineFilter>& filter)
 {
-public:
-    Module() : m_handle(LoadLibraryW(FILTER_MODULE)) {}
-    Module(const Module&) = delete;
-    Module& operator=(const Module&) = delete;
-    ~Module() { FreeLibrary(m_handle); }
-
-    [[nodiscard]] HRESULT CreateFilter(IPrintPipelineFilter** filter) const
-    {
-        ComPtr<IClassFactory> factory;
-        const auto getClassObject = FindFunction<decltype(DllGetClassObject)>(m_handle, "DllGetClassObject");
-        const HRESULT hr = getClassObject(kFilter, __uuidof(IClassFactory), factory.ReceiveUntyped());
-        return FAILED(hr) ? hr
-                          : factory->CreateInstance(
-                                nullptr, __uuidof(IPrintPipelineFilter), reinterpret_cast<void**>(filter));
-    }
-
-    bool CanUnload() const { return FindFunction<HRESULT WINAPI()>(m_handle, "DllCanUnloadNow")() == S_OK; }
-
-private:
-    HMODULE m_handle;
-};
+    ComPtr<IClassFactory> factory;
+    const HRESULT hr = module.Find<decltype(DllGetClassObject)>("DllGetClassObject")(
+        kFilter, __uuidof(IClassFactory), factory.ReceiveUntyped());
+    return FAILED(hr)
+               ? hr
+               : factory->CreateInstance(nullptr, __uuidof(IPrintPipelineFilter), filter.ReceiveUntyped());
+}
 
 std::vector<std::string> SentParts(const Pipeline& pipeline)
 {
@@ -68,9 +50,9 @@ std::vector<std::string> SentParts(const Pipeline& pipeline)
     return names;
 }
 
-std::string Media(const char* option, int width, int height, const std::string& further)
+std::string A4(const std::string& further)
 {
-    return Ticket(MediaFeature(option, width, height) + further);
+    return Ticket(MediaFeature("ISOA4", 210000, 297000) + further);
 }
 
 /// A scaling whose numbers stand beside it, each as "psk:PageScaling..." of a ScoredProperty.
@@ -92,71 +74,63 @@ std::string CustomScaling()
 /// ticket and without, refitted, and passed.
 void AddWholeJob(Pipeline& pipeline)
 {
-    const std::string landscape = Media("ISOA4", 210000, 297000, Feature("PageOrientation", "Landscape"));
+    const std::string landscape = Feature("PageOrientation", "Landscape");
+    const std::string feed =
+        R"(<psf:Property name="psk:FeedDirection"><psf:Value>psk:LongEdgeFirst</psf:Value></psf:Property>)";
     pipeline.driverBag->prefix = base::utility::Bstr(L"ns0000");
     pipeline.Add<support::RootPart>();
     pipeline.Add<support::SequencePart>("sequence");
-    pipeline.Add<support::DocumentPart>("document", landscape);
+    pipeline.Add<support::DocumentPart>("document", A4(landscape));
     pipeline.Add<support::PagePart>("turned by its document", kPage);
     pipeline.Add<support::OtherPart>();
-    pipeline.Add<support::PagePart>(
-        "turned by itself",
-        kPage,
-        Media("ISOA4", 210000, 297000, Feature("PageOrientation", "Landscape") + CustomScaling()));
+    pipeline.Add<support::PagePart>("turned by itself", kPage, A4(landscape + CustomScaling()));
     pipeline.Add<support::DocumentPart>("document without ticket");
     pipeline.Add<support::PagePart>(
         "refitted", kPage, Ticket(Feature("PageScaling", "FitApplicationMediaSizeToPageMediaSize")));
-    pipeline.Add<support::PagePart>(
-        "passed",
-        kPage,
-        Media(
-            "ISOA4",
-            210000,
-            297000,
-            Feature(
-                "PageInputBin",
-                "AutoSelect",
-                R"(<psf:Property name="psk:FeedDirection"><psf:Value>psk:LongEdgeFirst</psf:Value></psf:Property>)")));
+    pipeline.Add<support::PagePart>("passed", kPage, A4(Feature("PageInputBin", "AutoSelect", feed)));
 }
 
 /// Of a sheet beyond the printer's limits.
 std::string UserTicket()
 {
-    return Media("ISOA3", 297000, 420000, Feature("PageOrientation", "Portrait"));
+    return Ticket(MediaFeature("ISOA3", 297000, 420000) + Feature("PageOrientation", "Portrait"));
+}
+
+void Expect(bool holds, const char* fault, Outcome& outcome)
+{
+    if (!holds)
+    {
+        outcome.faults.emplace_back(fault);
+    }
 }
 
 /// What must hold when a job has ended, however it did.
 void CheckEnd(const Pipeline& pipeline, Outcome& outcome)
 {
-    const auto expect = [&](bool holds, const char* fault) {
-        if (!holds)
-        {
-            outcome.faults.emplace_back(fault);
-        }
-    };
     const auto& record = pipeline.record;
-    expect(!support::IsThreadImpersonating(), "the thread acts in the user's name");
-    outcome.isProviderClosed = CountProviders() == 0;
-    expect(record.Count("CloseSender") == record.Count("RequestWriter"),
-           "the sender is not closed, or more than once");
-    expect(std::all_of(record.writeStreams.begin(),
-                       record.writeStreams.end(),
-                       [](const auto& stream) { return stream->closes == 1; }),
-           "a write stream is not closed, or more than once");
     const auto& reasons = pipeline.control->reasons;
+    outcome.isProviderClosed = CountProviders() == 0;
     outcome.isReported = !reasons.empty();
-    expect(reasons.empty() || reasons == std::vector<HRESULT>{outcome.result},
-           "the pipeline hears of another failure than the caller");
+    Expect(!support::IsThreadImpersonating(), "the thread acts in the user's name", outcome);
+    Expect(record.Count("CloseSender") == record.Count("RequestWriter"),
+           "the sender is not closed, or more than once",
+           outcome);
+    Expect(std::ranges::all_of(record.writeStreams, [](const auto& stream) { return stream->closes == 1; }),
+           "a write stream is not closed, or more than once",
+           outcome);
+    Expect(reasons.empty() || reasons == std::vector{outcome.result},
+           "the pipeline hears of another failure than the caller",
+           outcome);
 }
 
-void RunWholeJob(const Module& module, const Fault& fault, Outcome& outcome)
+void RunWholeJob(const LoadedLibrary& module, const Fault& fault, Outcome& outcome)
 {
     Watch& watch = Watch::Get();
     Pipeline pipeline(UserTicket());
     AddWholeJob(pipeline);
-    watch.Adopt(pipeline.communicator.Get(), __uuidof(IInterFilterCommunicator));
-    watch.Adopt(pipeline.bag.Get(), __uuidof(IPrintPipelinePropertyBag));
-    watch.Adopt(pipeline.control.Get(), __uuidof(IPrintPipelineManagerControl));
+    watch.Adopt(pipeline.communicator.Get(), FindInterface(__uuidof(IInterFilterCommunicator)));
+    watch.Adopt(pipeline.bag.Get(), FindInterface(__uuidof(IPrintPipelinePropertyBag)));
+    watch.Adopt(pipeline.control.Get(), FindInterface(__uuidof(IPrintPipelineManagerControl)));
     const auto step = [&](const char* name, auto&& call) {
         if (SUCCEEDED(outcome.result))
         {
@@ -167,7 +141,7 @@ void RunWholeJob(const Module& module, const Fault& fault, Outcome& outcome)
     {
         ComPtr<IPrintPipelineFilter> filter;
         watch.Arm(fault.point, fault.isForGood);
-        step("CreateInstance", [&] { return module.CreateFilter(filter.Receive()); });
+        step("CreateInstance", [&] { return CreateFilter(module, filter); });
         step("InitializeFilter", [&] { return pipeline.Initialize(*filter); });
         step("StartOperation", [&] { return filter->StartOperation(); });
         CheckEnd(pipeline, outcome);
@@ -180,22 +154,17 @@ void RunWholeJob(const Module& module, const Fault& fault, Outcome& outcome)
 
 /// The job after that, which must run whatever happened. Its shutdown fails: so the runtime library has made
 /// by now, in every run, what it keeps for a thread that has seen an exception.
-void RunNextJob(const Module& module, Outcome& outcome)
+void RunNextJob(const LoadedLibrary& module, Outcome& outcome)
 {
-    Pipeline pipeline(Media("ISOA4", 210000, 297000, ""));
+    Pipeline pipeline(A4(""));
     pipeline.Add<support::DocumentPart>("document");
     pipeline.Add<support::PagePart>("page", kPage);
     ComPtr<IPrintPipelineFilter> filter;
-    if (FAILED(module.CreateFilter(filter.Receive())) || FAILED(pipeline.Initialize(*filter)) ||
-        FAILED(filter->StartOperation()) || SentParts(pipeline).size() != 2)
-    {
-        outcome.faults.emplace_back("the next job does not run");
-    }
+    const bool isRun = SUCCEEDED(CreateFilter(module, filter)) && SUCCEEDED(pipeline.Initialize(*filter)) &&
+                       SUCCEEDED(filter->StartOperation()) && SentParts(pipeline).size() == 2;
+    Expect(isRun, "the next job does not run", outcome);
     pipeline.record.FailCall("CloseSender", E_FAIL);
-    if (!filter || filter->ShutdownOperation() != E_FAIL)
-    {
-        outcome.faults.emplace_back("the next job cannot be shut down");
-    }
+    Expect(filter && filter->ShutdownOperation() == E_FAIL, "the next job cannot be shut down", outcome);
 }
 } // namespace
 
@@ -204,23 +173,16 @@ Outcome RunJob(const Fault& fault)
     Watch& watch = Watch::Get();
     Outcome outcome;
     {
-        const Module module;
+        const LoadedLibrary module(FILTER_MODULE);
         RunWholeJob(module, fault, outcome);
-        if (CountProviders() != 0)
-        {
-            outcome.faults.emplace_back("a ticket provider stays open");
-        }
-        if (Pipeline::CountObjects() != 0)
-        {
-            outcome.faults.emplace_back("objects of the pipeline are held");
-        }
+        Expect(CountProviders() == 0, "a ticket provider stays open", outcome);
+        Expect(Pipeline::CountObjects() == 0, "objects of the pipeline are held", outcome);
         RunNextJob(module, outcome);
-        if (!module.CanUnload())
-        {
-            outcome.faults.emplace_back("the module counts objects that are gone");
-        }
+        Expect(module.Find<decltype(DllCanUnloadNow)>("DllCanUnloadNow")() == S_OK,
+               "the module counts objects that are gone",
+               outcome);
     }
-    for (const auto& [what, count] : watch.ledger.Held())
+    for (const auto& [what, count] : watch.held)
     {
         outcome.left[what.first] += count;
     }

@@ -1,12 +1,10 @@
 #include <atomic>
 #include <chrono>
 #include <cstdio>
-#include <cstdlib>
 #include <cwchar>
 #include <map>
 #include <set>
 #include <string>
-#include <string_view>
 #include <thread>
 #include <vector>
 
@@ -108,39 +106,33 @@ Outcome Run(const sweep::Fault& fault)
     return sweep::RunJob(fault);
 }
 
-/// True when the job comes to the end that it has to come to.
-bool RunPoint(std::size_t number, bool isForGood, const Outcome& good)
+void PrintFaults(const std::string& of, const std::vector<std::string>& faults)
+{
+    std::printf("%s\n", of.c_str());
+    for (const std::string& fault : faults)
+    {
+        std::printf("    %s\n", fault.c_str());
+    }
+}
+
+/// As the sweep names points to people.
+std::string Describe(std::size_t number, bool isForGood, const Watch::Point& point)
+{
+    return "point " + std::to_string(number) + (isForGood ? " for good, " : ", ") + point.Name() +
+           (point.isAgain ? ", called again" : "");
+}
+
+/// Gives 0 when the job comes to the end that it has to come to, 1 otherwise.
+int RunPoint(std::size_t number, bool isForGood, const Outcome& good)
 {
     const Watch::Point& point = good.points[number - 1];
     const auto faults = sweep::Judge(Run({number, isForGood}), good, point);
     if (!faults.empty())
     {
-        std::printf("point %zu%s, %s%s:\n",
-                    number,
-                    isForGood ? " for good" : "",
-                    point.Name().c_str(),
-                    point.isAgain ? ", called again" : "");
-        for (const std::string& fault : faults)
-        {
-            std::printf("    %s\n", fault.c_str());
-        }
+        PrintFaults(Describe(number, isForGood, point) + ":", faults);
         PrintStack();
     }
-    return faults.empty();
-}
-
-/// The points by what they are of.
-void PrintKinds(const Outcome& good)
-{
-    std::map<std::string, int> kinds;
-    for (const Watch::Point& point : good.points)
-    {
-        ++kinds[point.owner == nullptr ? point.function->name : point.owner];
-    }
-    for (const auto& [kind, count] : kinds)
-    {
-        std::printf("%7d %s\n", count, kind.c_str());
-    }
+    return faults.empty() ? 0 : 1;
 }
 
 /// Points of one kind have the same expected outcome.
@@ -171,11 +163,11 @@ int Sweep(const Options& options, const Outcome& good)
             continue;
         }
         met.insert(sweep::FindException(point));
-        failing += RunPoint(number, false, good) ? 0 : 1;
+        failing += RunPoint(number, false, good);
         ++runs;
         if (point.function->failing == sweep::Failing::NoMemory && number % kForGoodStep == 0)
         {
-            failing += RunPoint(number, true, good) ? 0 : 1;
+            failing += RunPoint(number, true, good);
             ++runs;
         }
     }
@@ -191,25 +183,17 @@ int Sweep(const Options& options, const Outcome& good)
     return failing;
 }
 
-Options Parse(const std::vector<std::string_view>& arguments)
+Options Parse(const std::vector<std::string>& arguments)
 {
     Options options;
-    const auto number = [&](std::size_t index) {
-        return index < arguments.size() ? std::strtoul(arguments[index].data(), nullptr, 10) : 0UL;
-    };
-    for (std::size_t i = 0; i < arguments.size(); ++i)
+    const std::string mode = arguments.empty() ? "" : arguments.front();
+    options.isSample = mode == "--sample";
+    options.isForGood = mode == "--point" && arguments.back() == "--for-good";
+    options.point = mode == "--point" ? std::stoul(arguments.at(1)) : 0;
+    if (mode == "--part")
     {
-        options.isForGood = options.isForGood || arguments[i] == "--for-good";
-        options.isSample = options.isSample || arguments[i] == "--sample";
-        if (arguments[i] == "--point")
-        {
-            options.point = number(i + 1);
-        }
-        else if (arguments[i] == "--part")
-        {
-            options.first = number(i + 1);
-            options.step = number(i + 2);
-        }
+        options.first = std::stoul(arguments.at(1));
+        options.step = std::stoul(arguments.at(2));
     }
     return options;
 }
@@ -231,28 +215,20 @@ int main(int argc, char** argv)
     std::thread(&WatchForHanging).detach();
 
     // The first job makes what the system's libraries keep.
-    Run({});
-    const Outcome good = Run({});
+    const Outcome first = Run({});
+    const Outcome good = first.faults.empty() ? Run({}) : first;
     if (good.result != S_OK || !good.faults.empty() || options.point > good.points.size())
     {
-        std::printf("without a failure:\n");
-        for (const std::string& fault : good.faults)
-        {
-            std::printf("    %s\n", fault.c_str());
-        }
+        PrintFaults("without a failure:", good.faults);
         return 1;
     }
     if (options.point != 0)
     {
-        const Watch::Point& point = good.points[options.point - 1];
-        const bool holds = RunPoint(options.point, options.isForGood, good);
-        std::printf("%s%s: %s\n",
-                    point.Name().c_str(),
-                    point.isAgain ? ", called again" : "",
-                    holds ? "holds" : "fails");
+        const int failing = RunPoint(options.point, options.isForGood, good);
+        const std::string what = Describe(options.point, options.isForGood, good.points[options.point - 1]);
+        std::printf("%s: %s\n", what.c_str(), failing == 0 ? "holds" : "fails");
         PrintStack();
-        return holds ? 0 : 1;
+        return failing;
     }
-    PrintKinds(good);
     return Sweep(options, good) == 0 ? 0 : 1;
 }

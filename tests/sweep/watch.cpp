@@ -10,6 +10,7 @@ namespace sweep
 {
 namespace
 {
+/// Of a call that fails.
 std::uintptr_t AnswerOf(Failing failing)
 {
     constexpr std::uintptr_t kGenericError = 1;
@@ -22,21 +23,25 @@ std::uintptr_t AnswerOf(Failing failing)
         return static_cast<std::uint32_t>(E_OUTOFMEMORY);
     case Failing::Status:
         return kGenericError;
-    case Failing::Error:
+    default:
         SetLastError(kError);
         return 0;
-    case Failing::NoMemory:
-    case Failing::Never:
-        break;
     }
-    return 0;
+}
+
+void HandOverAll(const std::vector<HandOver>& handOvers, Call& call)
+{
+    for (const HandOver& each : handOvers)
+    {
+        each.act(call, each);
+    }
 }
 } // namespace
 
 class FunctionHook final : public Hook
 {
 public:
-    FunctionHook(void* replaced, const char* owner, const Function& function)
+    FunctionHook(void* replaced, const Interface* owner, const Function& function)
         : Hook(replaced), m_owner(owner), m_function(function)
     {
     }
@@ -48,7 +53,7 @@ public:
         {
             if (m_function.isCallback)
             {
-                m_function.before(call);
+                HandOverAll(m_function.before, call);
             }
             return false;
         }
@@ -61,10 +66,7 @@ public:
             }
             watch.m_pending = call.arguments;
         }
-        if (m_function.before != nullptr)
-        {
-            m_function.before(call);
-        }
+        HandOverAll(m_function.before, call);
         return false;
     }
 
@@ -81,36 +83,18 @@ public:
             call.result = AnswerOf(m_function.failing);
             return;
         }
-        if (m_function.after != nullptr)
-        {
-            m_function.after(call);
-        }
+        HandOverAll(m_function.after, call);
     }
 
 private:
-    const char* m_owner;
+    const Interface* m_owner;
     const Function& m_function;
 };
 
-bool Ledger::Give(const char* kind, std::uintptr_t what)
-{
-    const auto entry = m_held.find({kind, what});
-    if (entry == m_held.end())
-    {
-        return false;
-    }
-    if (--entry->second == 0)
-    {
-        m_held.erase(entry);
-    }
-    return true;
-}
-
 std::string Watch::Point::Name() const
 {
-    std::string name = owner == nullptr ? function->name : std::string(owner) + "::" + function->name;
-    name += detail.empty() ? "" : " " + detail;
-    return origin == nullptr ? name : name + " of " + origin;
+    return (owner == nullptr ? "" : owner->name + "::") + function->name +
+           (detail.empty() ? "" : " " + detail) + (origin.empty() ? "" : " of " + origin);
 }
 
 Watch& Watch::Get()
@@ -138,7 +122,7 @@ void Watch::Follow(HMODULE module, std::size_t size)
         {
             const std::string name =
                 IMAGE_SNAP_BY_ORDINAL64(named->u1.Ordinal)
-                    ? std::string(library) + " " + std::to_string(IMAGE_ORDINAL64(named->u1.Ordinal))
+                    ? std::string(library) + ":" + std::to_string(IMAGE_ORDINAL64(named->u1.Ordinal))
                     : reinterpret_cast<IMAGE_IMPORT_BY_NAME*>(base + named->u1.AddressOfData)->Name;
             const Function* const function = FindImport(name);
             if (function == nullptr)
@@ -146,7 +130,8 @@ void Watch::Follow(HMODULE module, std::size_t size)
                 Complain("the module imports " + name + " of " + library +
                          ", which no table of the sweep knows");
             }
-            else if (function->failing != Failing::Never || function->before || function->after)
+            else if (function->failing != Failing::Never || !function->before.empty() ||
+                     !function->after.empty())
             {
                 Overwrite(place, Import(name, *place, *function));
             }
@@ -170,7 +155,7 @@ void Watch::Forget()
     {
         hook = IsInModule(hook->first) ? m_hooks.erase(hook) : std::next(hook);
     }
-    for (const auto& [what, count] : ledger.Held())
+    for (const auto& [what, count] : held)
     {
         if (what.first == kMemory)
         {
@@ -181,7 +166,7 @@ void Watch::Forget()
             TlsFree(static_cast<DWORD>(what.second));
         }
     }
-    ledger.Clear();
+    held.clear();
     m_origins.clear();
     m_callsOnObjects.clear();
     m_base = nullptr;
@@ -228,7 +213,7 @@ void Watch::KeepStack()
     }
 }
 
-bool Watch::IsToFail(const char* owner, const Function& function, const Call& call)
+bool Watch::IsToFail(const Interface* owner, const Function& function, const Call& call)
 {
     if (!m_isArmed || function.failing == Failing::Never ||
         (function.mayFail != nullptr && !function.mayFail(call)))
@@ -239,7 +224,7 @@ bool Watch::IsToFail(const char* owner, const Function& function, const Call& ca
     {
         m_stage = function.stage(call);
     }
-    Point point{owner, &function, {}, nullptr, m_stage, false};
+    Point point{owner, &function, {}, {}, m_stage, false};
     if (function.detail != nullptr)
     {
         point.detail = function.detail(call);
@@ -248,7 +233,7 @@ bool Watch::IsToFail(const char* owner, const Function& function, const Call& ca
     {
         const void* const object = call.Argument<void*>(0);
         const auto origin = m_origins.find(object);
-        point.origin = origin == m_origins.end() ? nullptr : origin->second;
+        point.origin = origin == m_origins.end() ? "" : origin->second;
         point.isAgain = ++m_callsOnObjects[{object, &function}] > 1;
     }
     m_points.push_back(std::move(point));
@@ -261,7 +246,7 @@ bool Watch::IsToFail(const char* owner, const Function& function, const Call& ca
                                         function.failing == Failing::NoMemory);
 }
 
-void Watch::Replace(void** place, const char* owner, const Function& function)
+void Watch::Replace(void** place, const Interface* owner, const Function& function)
 {
     auto& hook = m_hooks[place];
     if (hook == nullptr)
@@ -272,57 +257,58 @@ void Watch::Replace(void** place, const char* owner, const Function& function)
     }
 }
 
-void Watch::Adopt(void* object, const IID& iid)
+void Watch::Adopt(void* object, const Interface* type)
 {
-    const Interface* found = FindInterface(iid);
-    if (found == nullptr)
+    if (type == nullptr)
     {
         Complain("the module is handed an interface that no table of the sweep knows");
         return;
     }
     auto** const table = *static_cast<void***>(object);
-    for (const Interface* level = found; level != nullptr; level = level->base)
+    for (const Interface* level = type; level != nullptr; level = level->base)
     {
         for (const Function& method : level->methods)
         {
-            Replace(table + method.slot, level->name, method);
+            Replace(table + method.slot, level, method);
         }
     }
-    static const Function unknown{"a method that no table of the sweep knows", Failing::Never, [](Call&) {
-                                      Get().Complain("the module calls a method that no table knows");
-                                  }};
-    for (std::size_t slot = 0; slot < found->slotCount; ++slot)
+    const auto complain = [](Call&, const HandOver&) {
+        Get().Complain("the module calls a method that no table knows");
+    };
+    static const Function unknown{.name = "a method that no table knows", .before = {{.act = complain}}};
+    for (std::size_t slot = 0; slot < type->slotCount; ++slot)
     {
-        Replace(table + slot, found->name, unknown);
+        Replace(table + slot, type, unknown);
     }
 }
 
-void Watch::TakeReference(void* object, const IID& iid, const char* origin)
+void Watch::TakeReference(void* object, const Interface* type, const std::string& origin)
 {
     if (object == nullptr)
     {
         return;
     }
-    Adopt(object, iid);
+    Adopt(object, type);
     const auto address = reinterpret_cast<std::uintptr_t>(object);
-    if (!ledger.Held().contains({kReference, address}))
+    if (!held.contains({kReference, address}))
     {
         // A new object, at an address that another may have had.
         std::erase_if(m_callsOnObjects, [&](const auto& calls) { return calls.first.first == object; });
-        m_origins.erase(object);
-        if (origin != nullptr)
-        {
-            m_origins[object] = origin;
-        }
+        m_origins[object] = origin;
     }
     Take(kReference, address);
 }
 
-void Watch::Give(const char* kind, std::uintptr_t what)
+void Watch::Give(const std::string& kind, std::uintptr_t what)
 {
-    if (what != 0 && !ledger.Give(kind, what))
+    const auto entry = held.find({kind, what});
+    if (entry != held.end() && --entry->second == 0)
     {
-        Complain(std::string("the module gives back a ") + kind + " that it does not hold");
+        held.erase(entry);
+    }
+    else if (entry == held.end() && what != 0)
+    {
+        Complain("the module gives back a " + kind + " that it does not hold");
     }
 }
 

@@ -34,14 +34,27 @@ enum class Failing
 constexpr DWORD kError = ERROR_DISK_OPERATION_FAILED;
 constexpr HRESULT kFailure = __HRESULT_FROM_WIN32(kError);
 
+struct Interface;
+
+/// What changes hands by a call that is made.
+struct HandOver
+{
+    void (*act)(Call& call, const HandOver& what) = nullptr;
+    /// Which argument carries it, from 0.
+    std::size_t argument = 0;
+    /// Of an object.
+    const Interface* type = nullptr;
+    /// Of anything else; what a stream is of.
+    std::string kind{};
+};
+
 /// One function of the outside, or a method of one of its interfaces.
 struct Function
 {
-    const char* name;
+    std::string name;
     Failing failing = Failing::Never;
-    /// What changes hands by a call that is made; null for nothing.
-    void (*before)(Call& call) = nullptr;
-    void (*after)(Call& call) = nullptr;
+    std::vector<HandOver> before{};
+    std::vector<HandOver> after{};
     /// The calls that may fail; null for all of them.
     bool (*mayFail)(const Call& call) = nullptr;
     /// Tells calls apart by what they are about; null where there is nothing to tell.
@@ -56,34 +69,18 @@ struct Function
 
 struct Interface
 {
-    IID iid;
-    const char* name;
-    const Interface* base;
+    std::string name;
+    IID iid{};
+    const Interface* base = nullptr;
     /// Those of the bases included.
-    std::size_t slotCount;
+    std::size_t slotCount = 0;
     std::vector<Function> methods;
 };
 
-// Kinds of what changes hands; each has one name, at one address.
-inline constexpr char kMemory[] = "memory";
-inline constexpr char kReference[] = "reference";
-inline constexpr char kThreadSlot[] = "thread slot";
-
-/// What the module holds and has to give back: memory, strings, references and whatever else comes in pairs.
-class Ledger
-{
-public:
-    using Key = std::pair<const char*, std::uintptr_t>;
-
-    void Take(const char* kind, std::uintptr_t what) { ++m_held[{kind, what}]; }
-    /// False when it is not held.
-    bool Give(const char* kind, std::uintptr_t what);
-    const std::map<Key, int>& Held() const { return m_held; }
-    void Clear() { m_held.clear(); }
-
-private:
-    std::map<Key, int> m_held;
-};
+// Kinds of what changes hands that are known here.
+inline const std::string kMemory = "memory";
+inline const std::string kReference = "reference";
+inline const std::string kThreadSlot = "thread slot";
 
 /// Stands round one module and sees each call that it makes: counts those that may fail, lets a chosen one
 /// fail, and keeps book of what changes hands. For the one thread that the module is used on.
@@ -93,12 +90,12 @@ public:
     /// A call, or an allocation, that may fail.
     struct Point
     {
-        /// The interface; null for an import.
-        const char* owner;
+        /// Null for an import.
+        const Interface* owner;
         const Function* function;
         std::string detail;
-        /// What a stream is of; null for everything else.
-        const char* origin;
+        /// What a stream is of; empty for everything else.
+        std::string origin;
         /// What the module was about.
         const char* stage;
         /// Not the first of its kind on this object.
@@ -126,10 +123,10 @@ public:
     const std::vector<std::uintptr_t>& FailingStack() const { return m_failingStack; }
 
     /// Replaces the methods of an object that the module is given.
-    void Adopt(void* object, const IID& iid);
-    void Take(const char* kind, std::uintptr_t what) { ledger.Take(kind, what); }
-    void TakeReference(void* object, const IID& iid, const char* origin = nullptr);
-    void Give(const char* kind, std::uintptr_t what);
+    void Adopt(void* object, const Interface* type);
+    void Take(const std::string& kind, std::uintptr_t what) { ++held[{kind, what}]; }
+    void TakeReference(void* object, const Interface* type, const std::string& origin = {});
+    void Give(const std::string& kind, std::uintptr_t what);
     void GiveReference(void* object);
     /// Whether it is the module's operator new that asks: the first that does. Whatever else asks belongs to
     /// the runtime libraries.
@@ -138,7 +135,9 @@ public:
     void SetStage(const char* stage) { m_stage = stage; }
     void Complain(std::string text) { complaints.push_back(std::move(text)); }
 
-    Ledger ledger;
+    /// What the module holds and has to give back: memory, strings, references and whatever else comes in
+    /// pairs, how often.
+    std::map<std::pair<std::string, std::uintptr_t>, int> held;
     /// What the module should not have done.
     std::vector<std::string> complaints;
 
@@ -147,8 +146,8 @@ private:
 
     bool IsInModule(const void* address) const;
     void KeepStack();
-    bool IsToFail(const char* owner, const Function& function, const Call& call);
-    void Replace(void** place, const char* owner, const Function& function);
+    bool IsToFail(const Interface* owner, const Function& function, const Call& call);
+    void Replace(void** place, const Interface* owner, const Function& function);
 
     const std::uint8_t* m_base = nullptr;
     std::size_t m_size = 0;
@@ -163,7 +162,7 @@ private:
     // By place: whose pointer was replaced there.
     std::map<void**, class FunctionHook*> m_hooks;
     std::map<std::string, std::unique_ptr<class FunctionHook>> m_imports;
-    std::map<const void*, const char*> m_origins;
+    std::map<const void*, std::string> m_origins;
     std::map<std::pair<const void*, const Function*>, int> m_callsOnObjects;
     // The call that is to fail once it has acted, by its arguments.
     const void* m_pending = nullptr;
