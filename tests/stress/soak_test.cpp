@@ -1,5 +1,6 @@
 #include <cstdio>
 #include <map>
+#include <regex>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -17,24 +18,13 @@ namespace
 /// What the process holds at a moment.
 struct Holdings
 {
-    ULONG handles = 0;
-    std::size_t privateBytes = 0;
+    ULONG handles;
+    std::size_t privateBytes;
     tests::HeapUse heap;
-    int objects = 0;
+    int objects;
     /// The attributes with a namespace that were made so far.
-    std::size_t attributes = 0;
+    std::size_t attributes;
 };
-
-std::size_t CountTypes(const std::string& ticket)
-{
-    const std::string type = " xsi:type=";
-    std::size_t count = 0;
-    for (std::size_t at = 0; (at = ticket.find(type, at)) != std::string::npos; at += type.size())
-    {
-        ++count;
-    }
-    return count;
-}
 
 /// Wine 8 answers 0 for the count; but it gives out the lowest number that is free, so that a fresh handle's
 /// number tells of those that were left open.
@@ -42,25 +32,25 @@ ULONG CountHandles()
 {
     DWORD count = 0;
     GetProcessHandleCount(GetCurrentProcess(), &count);
-    if (count == 0)
-    {
-        const HANDLE fresh = CreateEventW(nullptr, FALSE, FALSE, nullptr);
-        count = HandleToULong(fresh) / 4;
-        CloseHandle(fresh);
-    }
-    return count;
+    const HANDLE fresh = CreateEventW(nullptr, FALSE, FALSE, nullptr);
+    CloseHandle(fresh);
+    return count == 0 ? HandleToULong(fresh) / 4 : count;
 }
 
-Holdings MeasureHoldings()
+Holdings MeasureHoldings(std::size_t attributes)
 {
-    Holdings now;
-    now.handles = CountHandles();
     PROCESS_MEMORY_COUNTERS memory{};
     GetProcessMemoryInfo(GetCurrentProcess(), &memory, sizeof(memory));
-    now.privateBytes = memory.PagefileUsage;
-    now.heap = tests::MeasureHeaps();
-    now.objects = support::Pipeline::CountObjects();
-    return now;
+    const int objects = support::Pipeline::CountObjects();
+    return {CountHandles(), memory.PagefileUsage, tests::MeasureHeaps(), objects, attributes};
+}
+
+/// How many attributes of a ticket have a namespace.
+std::size_t CountTypes(const std::string& ticket)
+{
+    const std::regex type(" xsi:type=");
+    return static_cast<std::size_t>(
+        std::distance(std::sregex_iterator(ticket.begin(), ticket.end(), type), {}));
 }
 
 /// One job, whose pages are made as they are asked for and forgotten when the next one is.
@@ -104,9 +94,9 @@ private:
         }
         if (m_made == 100 || m_made == 1000 || m_made == m_pages)
         {
-            holdings[m_made] = MeasureHoldings();
             // A page that is refitted makes two more in each ticket by which it asks for an area.
-            holdings[m_made].attributes = m_attributes + 4 * static_cast<std::size_t>(m_made) / 2;
+            const auto ofRequests = 4 * static_cast<std::size_t>(m_made) / 2;
+            holdings.emplace(m_made, MeasureHoldings(m_attributes + ofRequests));
         }
         if (m_made < m_pages)
         {
