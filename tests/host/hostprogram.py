@@ -30,6 +30,22 @@ def run(*arguments, **options):
     return subprocess.CompletedProcess(process.args, process.returncode, output, errors)
 
 
+def stored_bytes(path, item):
+    """An item's compressed bytes, found through its local header."""
+    with open(path, "rb") as file:
+        file.seek(item.header_offset + 26)
+        lengths = file.read(4)
+        file.seek(int.from_bytes(lengths[:2], "little") + int.from_bytes(lengths[2:], "little"), 1)
+        return file.read(item.compress_size)
+
+
+def stored_items(name):
+    """What an archive holds, in its order, whether it can be decompressed or not."""
+    with zipfile.ZipFile(Path(WORK, name)) as archive:
+        return [(item.filename, item.date_time, item.compress_type, item.CRC, item.file_size,
+                 stored_bytes(Path(WORK, name), item)) for item in archive.infolist()]
+
+
 class Package:
     """A package as the standard has it: parts by name, their types and their relationships."""
 
@@ -44,13 +60,9 @@ class Package:
         self.types = {entry.get("PartName", entry.get("Extension")): entry.get("ContentType") for entry in xml.etree.ElementTree.fromstring(types)}
 
     def stored(self, name):
-        """An item's compressed bytes, found through its local header, with its checksum and time."""
+        """An item's compressed bytes, with its checksum and time."""
         item = self.items[name]
-        with open(self.path, "rb") as file:
-            file.seek(item.header_offset + 26)
-            lengths = file.read(4)
-            file.seek(int.from_bytes(lengths[:2], "little") + int.from_bytes(lengths[2:], "little"), 1)
-            return file.read(item.compress_size), item.CRC, item.date_time
+        return stored_bytes(self.path, item), item.CRC, item.date_time
 
     def read(self, part):
         return self.contents[part[1:]]
@@ -70,6 +82,26 @@ class Package:
             if entry.get("Type").endswith("/printticket")
         ]
         return [str(resolve(folder, target)) for target in targets]
+
+
+def write_document(name, pages):
+    """A package of one document with this markup in its pages."""
+    schema, xps = "http://schemas.openxmlformats.org/package/2006", "http://schemas.microsoft.com/xps/2005/06"
+    types = "".join(f'<Default Extension="{extension}" ContentType="{kind}"/>' for extension, kind in {
+        "rels": "application/vnd.openxmlformats-package.relationships+xml",
+        "fdseq": "application/vnd.ms-package.xps-fixeddocumentsequence+xml",
+        "fdoc": "application/vnd.ms-package.xps-fixeddocument+xml",
+        "fpage": "application/vnd.ms-package.xps-fixedpage+xml"}.items())
+    links = "".join(f'<PageContent Source="{number}.fpage"/>' for number in range(len(pages)))
+    with zipfile.ZipFile(Path(WORK, name), "w") as archive:
+        archive.writestr("[Content_Types].xml", f'<Types xmlns="{schema}/content-types">{types}</Types>')
+        archive.writestr("_rels/.rels", f'<Relationships xmlns="{schema}/relationships"><Relationship Id="a" Target="/a.fdseq" '
+                                        f'Type="{xps}/fixedrepresentation"/></Relationships>')
+        archive.writestr("a.fdseq", f'<FixedDocumentSequence xmlns="{xps}"><DocumentReference Source="a.fdoc"/>'
+                                    '</FixedDocumentSequence>')
+        archive.writestr("a.fdoc", f'<FixedDocument xmlns="{xps}">{links}</FixedDocument>')
+        for number, page in enumerate(pages):
+            archive.writestr(f"{number}.fpage", page)
 
 
 def resolve(folder, target):

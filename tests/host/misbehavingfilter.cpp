@@ -61,6 +61,10 @@ public:
             {
                 return sent;
             }
+            if (Has(L"stops"))
+            {
+                return Finish();
+            }
         }
     }
 

@@ -4,6 +4,7 @@
 import json
 import os
 import re
+import sys
 import unittest
 from pathlib import Path
 
@@ -77,6 +78,35 @@ class ReportFileTest(ProgramTestCase):
         self.assertEqual({name: Path(WORK, name).read_bytes() for name in self.files()}, before)
 
 
+class DrawingTest(ProgramTestCase):
+    def boxes(self, page, side):
+        """{what: (x, y, width, height)} in millimetres, and the drawing's field of view."""
+        drawing = re.search(rf'<svg [^>]*viewBox="([^"]*)"[^>]*"drawing-{page}-{side}".*?</svg>', text_of())
+        boxes = re.findall(r'<rect class="([\w-]+)" x="(\S+)" y="(\S+)" width="(\S+)" height="(\S+)"/>', drawing[0])
+        return {what: tuple(map(float, box)) for what, *box in boxes}, drawing[1]
+
+    def test_a_turned_page_lies_across_its_sheet_and_limits_first(self):
+        self.take("sample")
+        self.run_done("run", "in.xps", "--dry-run", "--report", "report.html")
+        self.assertEqual(self.boxes(2, "before")[0], {
+            "sheet": (0, 0, 279.4, 215.9), "page-box": (0, 0, 279.4, 215.9), "imageable": (4.23, 4.23, 270.94, 207.44),
+            "largest": (0, 0, 355.6, 215.9), "smallest": (0, 0, 127, 76.2)})
+        after = {"sheet": (0, 0, 215.9, 279.4), "page-box": (0, 0, 215.9, 279.4), "imageable": (4.23, 4.23, 207.44, 270.94),
+                 "largest": (0, 0, 215.9, 355.6), "smallest": (0, 0, 76.2, 127)}
+        self.assertEqual(self.boxes(2, "after")[0], after)
+        # A page that is refitted as well is scaled about the corner of what can be printed on.
+        self.assertEqual(self.boxes(5, "after")[0], {**after, "page-box": (1.43, 1.43, 193.06, 272.99)})
+        self.assertNotIn("drawing-1-after", text_of())
+
+    def test_the_sheet_stays_in_sight_however_far_the_limits_are(self):
+        self.take("plain")
+        self.run_done("run", "in.xps", "--dry-run", "--report", "report.html", "--limits", "76.2x127-2000000x2000000")
+        boxes, view = self.boxes(1, "before")
+        self.assertEqual(boxes["largest"], (0, 0, 2000000, 2000000))
+        # As wide as the sheet and its margins.
+        self.assertTrue(view.startswith("-25.91 -25.91 248.29 "), view)
+
+
 class AgainTest(ProgramTestCase):
     def again(self, package, *options):
         self.take(package)
@@ -121,4 +151,4 @@ class AgainTest(ProgramTestCase):
 
 
 if __name__ == "__main__":
-    unittest.main(argv=["report_test"])
+    unittest.main(argv=[sys.argv[0], *sys.argv[5:]])

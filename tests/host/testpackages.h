@@ -1,10 +1,7 @@
 #pragma once
 
-#include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <regex>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -13,6 +10,7 @@
 #include "host/opc/package.h"
 #include "host/opc/packageerror.h"
 #include "host/opc/partname.h"
+#include "support/table.h"
 
 namespace host
 {
@@ -59,11 +57,11 @@ std::string ToUtf16(const Text& text, bool isBigEndian = false)
     return bytes;
 }
 
-/// An empty folder for one test's output, removed with all that is in it.
+/// An empty folder for the output of the test that is running, removed with all that is in it.
 class OutputFolder
 {
 public:
-    OutputFolder() : m_path(std::filesystem::path("output") / Name())
+    OutputFolder()
     {
         std::filesystem::remove_all(m_path);
         std::filesystem::create_directories(m_path);
@@ -78,26 +76,8 @@ public:
 
     std::filesystem::path operator/(const std::string& file) const { return m_path / file; }
 
-    std::vector<std::string> Files() const
-    {
-        std::vector<std::string> names;
-        for (const auto& entry : std::filesystem::directory_iterator(m_path))
-        {
-            names.push_back(entry.path().filename().string());
-        }
-        return names;
-    }
-
 private:
-    static std::string Name()
-    {
-        const auto* const test = testing::UnitTest::GetInstance()->current_test_info();
-        std::string name = std::string(test->test_suite_name()) + "." + test->name();
-        std::replace(name.begin(), name.end(), '/', '.');
-        return name;
-    }
-
-    std::filesystem::path m_path;
+    std::filesystem::path m_path = "output";
 };
 
 inline void WriteFile(const std::filesystem::path& path, const std::string& text)
@@ -119,20 +99,9 @@ inline std::string ReadData(const std::string& name)
     return content;
 }
 
-/// The rows of a table in tests/data: cells between bars, with any blanks around them; "#" begins a remark.
+/// The rows of a table in tests/data.
 inline std::vector<std::vector<std::string>> ReadTable(const std::string& name)
 {
-    const std::regex bar(" *\\| *");
-    std::istringstream lines(ReadData(name));
-    std::vector<std::vector<std::string>> rows;
-    for (std::string line; std::getline(lines, line);)
-    {
-        if (!line.starts_with('#'))
-        {
-            rows.emplace_back(std::sregex_token_iterator(line.begin(), line.end(), bar, -1),
-                              std::sregex_token_iterator());
-        }
-    }
-    return rows;
+    return support::LoadTable(TEST_DATA_PATH "/" + name);
 }
 } // namespace host

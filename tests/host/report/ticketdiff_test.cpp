@@ -3,34 +3,12 @@
 #include <gtest/gtest.h>
 
 #include "host/ticketservice/printschema.h"
+#include "tests/host/testpackages.h"
 
 namespace host::report
 {
 namespace
 {
-/// Prefixes differ from ticket to ticket.
-std::string Ticket(const std::string& prefix, const std::string& content)
-{
-    return R"(<p:PrintTicket version="1")"
-           R"( xmlns:p="http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework")"
-           R"( xmlns:k="http://schemas.microsoft.com/windows/2003/08/printing/printschemakeywords")"
-           R"( xmlns:xsi="http://www.w3.org/2001/XMLSchema-instance" xmlns:xsd="http://www.w3.org/2001/XMLSchema")"
-           " xmlns:" +
-           prefix + R"(="urn:own">)" + content + "</p:PrintTicket>";
-}
-
-std::string Feature(const std::string& name, const std::string& option, const std::string& content = "")
-{
-    return "<p:Feature name=\"" + name + "\"><p:Option name=\"" + option + "\">" + content +
-           "</p:Option></p:Feature>";
-}
-
-std::string Text(const std::string& name, const std::string& value)
-{
-    return "<p:ScoredProperty name=\"" + name + "\"><p:Value xsi:type=\"xsd:string\">" + value +
-           "</p:Value></p:ScoredProperty>";
-}
-
 std::string List(const std::vector<TicketDifference>& differences)
 {
     std::string list;
@@ -45,22 +23,9 @@ std::string List(const std::vector<TicketDifference>& differences)
 
 TEST(TicketDiff, ComparesSettingsByTheirNamesWhateverTheirPrefixesAndOrder)
 {
-    const std::string before =
-        Ticket("a",
-               Feature("a:Mode", "a:Fast", Text("a:Deep", "1") + Text("a:Kept", "x")) +
-                   Feature("k:PageOrientation", "k:Landscape") + Feature("k:Gone", "k:On"));
-    const std::string effective =
-        Ticket("c", Feature("k:PageScaling", "k:None") + Feature("k:PageMediaSize", "k:ISOA3"));
-    const std::string after =
-        Ticket("b",
-               Feature("k:PageOrientation", "k:Portrait") + Feature("k:PageMediaSize", "k:ISOA4") +
-                   Feature("k:PageScaling", "k:None") + Feature("k:New", "k:On") +
-                   Feature("b:Mode",
-                           "b:Fast",
-                           Text("b:Kept", "x") + "<p:ScoredProperty name=\"b:Deep\"><p:ParameterRef "
-                                                 "name=\"b:Depth\"/></p:ScoredProperty>") +
-                   Feature("k:New", "k:Off"));
-    EXPECT_EQ(List(CompareTickets(before, effective, after)),
+    // Prefixes differ from ticket to ticket.
+    const std::string inForce = ReadData("listing/inforce.xml");
+    EXPECT_EQ(List(CompareTickets(ReadData("listing/before.xml"), inForce, ReadData("listing/after.xml"))),
               "1 PageOrientation: Landscape > Portrait\n"
               "2 PageMediaSize: - > ISOA4 (ISOA3)\n"
               "3 PageScaling: - > None (None)\n"
@@ -70,11 +35,12 @@ TEST(TicketDiff, ComparesSettingsByTheirNamesWhateverTheirPrefixesAndOrder)
               "1 b:Mode / b:Deep: 1 > as parameter b:Depth\n"
               "2 New (2): - > Off\n"
               "4 Gone: On > -\n");
-    EXPECT_EQ(List(CompareTickets("", "", Ticket("a", Feature("a:Mode", "a:Fast")))),
-              "2 a:Mode: - > a:Fast\n");
+    EXPECT_EQ(List(CompareTickets("", "", inForce)),
+              "2 PageScaling: - > None\n"
+              "2 PageMediaSize: - > ISOA3\n");
     EXPECT_THROW(CompareTickets("<a/>", "", ""), ticketservice::FormatError);
-    EXPECT_EQ(FindOption(effective, "PageMediaSize"), "ISOA3");
-    EXPECT_EQ(FindOption(effective, "PageOrientation"), std::nullopt);
+    EXPECT_EQ(FindOption(inForce, "PageMediaSize"), "ISOA3");
+    EXPECT_EQ(FindOption(inForce, "PageOrientation"), std::nullopt);
 }
 } // namespace
 } // namespace host::report

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "support/tickettext.h"
 #include "tests/host/ticketservice/offlineservice.h"
 
 namespace host::ticketservice
@@ -25,18 +26,12 @@ std::string ImageableSize(const std::string& capabilities)
 /// write it, "ISOA4 210000 297000 Portrait".
 std::string Ticket(const std::string& wanted)
 {
-    std::string ticket = std::regex_replace(
-        wanted,
-        std::regex("(\\w+)(?: (\\d+) (\\d+))? (\\w+)"),
-        "<psf:PrintTicket version='1' xmlns:psf='NAMESPACEframework' xmlns:psk='NAMESPACEkeywords'>"
-        "<psf:Feature name='psk:PageMediaSize'><psf:Option name='psk:$1'>"
-        "<psf:ScoredProperty name='psk:MediaSizeWidth'><psf:Value>$2</psf:Value></psf:ScoredProperty>"
-        "<psf:ScoredProperty name='psk:MediaSizeHeight'><psf:Value>$3</psf:Value></psf:ScoredProperty>"
-        "</psf:Option></psf:Feature>"
-        "<psf:Feature name='psk:PageOrientation'><psf:Option name='psk:$4'/></psf:Feature>"
-        "</psf:PrintTicket>");
-    const std::string schema(kFrameworkNamespace.substr(0, kFrameworkNamespace.rfind("framework")));
-    return std::regex_replace(ticket, std::regex("NAMESPACE"), schema);
+    std::smatch part;
+    EXPECT_TRUE(std::regex_match(wanted, part, std::regex("(\\w+)(?: (\\d+) (\\d+))? (\\w+)"))) << wanted;
+    const int width = part[2].matched ? std::stoi(part[2]) : 0;
+    const int height = part[3].matched ? std::stoi(part[3]) : 0;
+    return support::Ticket(support::MediaFeature(part[1], width, height) +
+                           support::Feature("PageOrientation", part[4]));
 }
 
 void ExpectSizes(const std::string& table)

@@ -1,4 +1,3 @@
-#include <future>
 #include <string>
 #include <thread>
 #include <vector>
@@ -75,28 +74,6 @@ TEST_F(Exports, KeepAProviderToTheThreadThatOpenedIt)
     EXPECT_EQ(use(nullptr), std::vector<HRESULT>({E_HANDLE, E_HANDLE}));
 }
 
-TEST_F(Exports, ServeSeveralThreadsAtOnce)
-{
-    const std::string expected = Merge(base, nullptr, kPTJobScope).document;
-    std::vector<std::future<bool>> threads(4);
-    for (auto& thread : threads)
-    {
-        thread = std::async(std::launch::async, [&] {
-            bool agrees = true;
-            for (int round = 0; round < 10; ++round)
-            {
-                agrees = Merge(base, nullptr, kPTJobScope).document == expected && agrees;
-            }
-            return agrees;
-        });
-    }
-    for (auto& thread : threads)
-    {
-        EXPECT_TRUE(thread.get());
-    }
-    EXPECT_EQ(service.countOpen(), 0U);
-}
-
 TEST_F(Exports, ReadAndWriteStreamsFromWhereTheyStandAndLeaveThemBehindTheTicket)
 {
     const auto at = [](const std::string& bytes) {
@@ -131,20 +108,27 @@ TEST_F(Exports, RefuseArgumentsAndGiveTheFailuresOfStreams)
         unreadable->result = STG_E_READFAULT;
         const auto unwritable = MakeCom<ShortStream>();
         unwritable->result = STG_E_MEDIUMFULL;
-        const auto merge = [&](IStream* ticket, int scope, IStream* merged) {
-            Bstr message(L"old");
-            BSTR text = message.Detach();
-            const HRESULT hr = PTMergeAndValidatePrintTicket(
-                provider.handle, ticket, nullptr, static_cast<EPrintTicketScope>(scope), merged, &text);
+        const struct
+        {
+            IStream* ticket;
+            int scope;
+            IStream* merged;
+            HRESULT hr;
+        } refusals[] = {{nullptr, kPTJobScope, result.Get(), E_INVALIDARG},
+                        {good.Get(), kPTJobScope, nullptr, E_INVALIDARG},
+                        {good.Get(), -1, result.Get(), E_INVALIDARG},
+                        {good.Get(), 3, result.Get(), E_INVALIDARG},
+                        {unreadable.Get(), kPTJobScope, result.Get(), STG_E_READFAULT},
+                        {good.Get(), kPTJobScope, unwritable.Get(), STG_E_MEDIUMFULL}};
+        for (const auto& [ticket, scope, merged, hr] : refusals)
+        {
+            BSTR text = Bstr(L"old").Detach();
+            EXPECT_EQ(
+                PTMergeAndValidatePrintTicket(
+                    provider.handle, ticket, nullptr, static_cast<EPrintTicketScope>(scope), merged, &text),
+                hr);
             EXPECT_EQ(text, nullptr);
-            return hr;
-        };
-        EXPECT_EQ(merge(nullptr, kPTJobScope, result.Get()), E_INVALIDARG);
-        EXPECT_EQ(merge(good.Get(), kPTJobScope, nullptr), E_INVALIDARG);
-        EXPECT_EQ(merge(good.Get(), -1, result.Get()), E_INVALIDARG);
-        EXPECT_EQ(merge(good.Get(), 3, result.Get()), E_INVALIDARG);
-        EXPECT_EQ(merge(unreadable.Get(), kPTJobScope, result.Get()), STG_E_READFAULT);
-        EXPECT_EQ(merge(good.Get(), kPTJobScope, unwritable.Get()), STG_E_MEDIUMFULL);
+        }
         EXPECT_EQ(PTGetPrintCapabilities(provider.handle, nullptr, nullptr, nullptr), E_INVALIDARG);
         EXPECT_EQ(result->content, "");
     }
@@ -158,7 +142,8 @@ TEST_F(Exports, RefuseABadTicketWithItsReason)
     {
         nested = "<psf:Feature name='a'>" + nested + "</psf:Feature>";
     }
-    const std::string notATicket = "the root is not the Print Schema's PrintTicket";
+    const std::string option = "<psf:Feature name='a'><psf:Option><psf:Property/></psf:Option></psf:Feature>";
+    const std::string wrongRoot = "the root is not the Print Schema's PrintTicket";
     const std::pair<std::string, std::string> cases[] = {
         {"", "line "},
         {"no markup", "line "},
@@ -167,16 +152,14 @@ TEST_F(Exports, RefuseABadTicketWithItsReason)
         {kOpen + kClose + kClose, "line "},
         {kOpen + "\xFF\xFE" + kClose, "line "},
         {"<!DOCTYPE r [<!ENTITY e 'x'>]>" + kOpen + "&e;" + kClose, "line "},
-        {"<PrintTicket version='1'/>", notATicket},
-        {"<psf:PrintCapabilities version='1' " + kPsf + "/>", notATicket},
-        {"<psf:PrintTicket xmlns:psf='https" + std::string(kFrameworkNamespace.substr(4)) + "'/>",
-         notATicket},
+        {"<PrintTicket version='1'/>", wrongRoot},
+        {"<psf:PrintCapabilities version='1' " + kPsf + "/>", wrongRoot},
+        {"<psf:PrintTicket xmlns:psf='https" + std::string(kFrameworkNamespace.substr(4)) + "'/>", wrongRoot},
         {"<psf:PrintTicket version='2' " + kPsf + "/>", "the version is not 1"},
         {kOpen + "<psf:Feature/>" + kClose, "a Feature has no name"},
         {kOpen + "<psf:Feature name='x:PageFold'/>" + kClose, "\"x:PageFold\" is no name"},
         {kOpen + "<psf:ParameterInit name='psf:'/>" + kClose, "\"psf:\" is no name"},
-        {kOpen + "<psf:Feature name='a'><psf:Option><psf:Property/></psf:Option></psf:Feature>" + kClose,
-         "a Property has no name"},
+        {kOpen + option + kClose, "a Property has no name"},
         {kOpen + nested + kClose, "the elements are nested too deeply"},
         {std::string((16U << 20U) + 1, ' '), "the document is larger than 16 MB"},
     };

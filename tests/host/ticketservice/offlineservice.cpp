@@ -1,10 +1,6 @@
 #include "tests/host/ticketservice/offlineservice.h"
 
-#include <algorithm>
-#include <cstring>
 #include <regex>
-
-#include <gtest/gtest.h>
 
 #include "base/utility/bstr.h"
 #include "base/utility/utf8.h"
@@ -32,45 +28,6 @@ const OfflineService& OfflineService::Get()
 {
     static const OfflineService service;
     return service;
-}
-
-OpenProvider::OpenProvider()
-{
-    OfflineService::Get();
-    EXPECT_EQ(PTOpenProvider(L"Any printer", 1, &handle), S_OK);
-}
-
-OpenProvider::~OpenProvider()
-{
-    EXPECT_EQ(PTCloseProvider(handle), S_OK);
-}
-
-UnevenDevice::UnevenDevice()
-{
-    EXPECT_EQ(Describe(ReadData("devices/uneven.xml")).hr, S_OK);
-}
-
-UnevenDevice::~UnevenDevice()
-{
-    EXPECT_EQ(OfflineService::Get().describe(nullptr, 0, nullptr), S_OK);
-}
-
-HRESULT ShortStream::Read(void* buffer, ULONG size, ULONG* count)
-{
-    constexpr ULONG mostAtOnce = 100;
-    *count = std::min({static_cast<ULONG>(content.size() - position), size, mostAtOnce});
-    std::memcpy(buffer, content.data() + position, *count);
-    position += *count;
-    return result;
-}
-
-HRESULT ShortStream::Write(const void* buffer, ULONG size, ULONG* count)
-{
-    constexpr ULONG mostAtOnce = 70;
-    *count = std::min(size, mostAtOnce);
-    content.replace(position, *count, static_cast<const char*>(buffer), *count);
-    position += *count;
-    return result;
 }
 
 Answer Merge(const std::string& base, const std::string* delta, EPrintTicketScope scope)
