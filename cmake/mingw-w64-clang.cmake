@@ -8,6 +8,7 @@ set(CMAKE_C_COMPILER clang)
 set(CMAKE_C_COMPILER_TARGET ${triple})
 set(CMAKE_CXX_COMPILER clang++)
 set(CMAKE_CXX_COMPILER_TARGET ${triple})
+set(CMAKE_ASM_COMPILER_TARGET ${triple})
 set(CMAKE_RC_COMPILER x86_64-w64-mingw32-windres)
 file(GLOB libstdcxx /usr/lib/gcc/x86_64-w64-mingw32/*-posix/include/c++)
 set(CMAKE_CXX_FLAGS_INIT

@@ -105,12 +105,8 @@ public:
 
     HRESULT Run()
     {
-        std::string device;
-        if (m_device != nullptr)
-        {
-            device.assign(std::istreambuf_iterator<char>(std::ifstream(m_device, std::ios::binary).rdbuf()),
-                          {});
-        }
+        std::ifstream file(m_device == nullptr ? "" : m_device, std::ios::binary);
+        const std::string device(std::istreambuf_iterator<char>(file), {});
         // The first part is asked for after the provider has been opened.
         std::unique_lock lock(Module::Get().deviceLock);
         pipeline.provider->beforePart = [&] {
@@ -119,10 +115,8 @@ public:
                 lock.unlock();
             }
         };
-        EXPECT_EQ(Module::Get().setDevice(m_device == nullptr ? nullptr : device.data(),
-                                          static_cast<ULONG>(device.size()),
-                                          nullptr),
-                  S_OK);
+        const char* const description = m_device == nullptr ? nullptr : device.data();
+        EXPECT_EQ(Module::Get().setDevice(description, static_cast<ULONG>(device.size()), nullptr), S_OK);
         const HRESULT hr = filter->StartOperation();
         EXPECT_FALSE(support::IsThreadImpersonating());
         for (const auto& stream : pipeline.record.writeStreams)

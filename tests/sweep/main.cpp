@@ -11,6 +11,8 @@
 #include "sweep/expectations.h"
 #include "sweep/job.h"
 
+#include <winternl.h>
+
 // Runs a print job in the module once for each call that the module makes to the outside and for each piece
 // of memory that it asks for, with that one failing, and checks what becomes of it.
 namespace
@@ -36,17 +38,11 @@ struct Options
 };
 
 // As the loader reports modules; MinGW declares nothing of it.
-struct LoaderText
-{
-    USHORT byteLength;
-    USHORT byteCapacity;
-    const wchar_t* text;
-};
 struct LoaderNotification
 {
     ULONG flags;
-    const LoaderText* path;
-    const LoaderText* name;
+    const UNICODE_STRING* path;
+    const UNICODE_STRING* name;
     HMODULE module;
     ULONG size;
 };
@@ -54,7 +50,7 @@ struct LoaderNotification
 void CALLBACK OnModule(ULONG reason, const LoaderNotification* notification, void*)
 {
     constexpr ULONG loaded = 1;
-    if (reason == loaded && std::wcscmp(notification->name->text, L"pagevalidatefilter.dll") == 0)
+    if (reason == loaded && std::wcscmp(notification->name->Buffer, L"pagevalidatefilter.dll") == 0)
     {
         Watch::Get().Follow(notification->module, notification->size);
     }
