@@ -143,6 +143,10 @@ void RunWholeJob(const LoadedLibrary& module, const Fault& fault, Outcome& outco
         watch.Arm(fault.point, fault.isForGood);
         step("CreateInstance", [&] { return CreateFilter(module, filter); });
         step("InitializeFilter", [&] { return pipeline.Initialize(*filter); });
+        if (filter && FAILED(outcome.result) && filter->StartOperation() != E_FAIL)
+        {
+            outcome.faults.emplace_back("a filter that could not be set up starts");
+        }
         step("StartOperation", [&] { return filter->StartOperation(); });
         CheckEnd(pipeline, outcome);
         outcome.sent = SentParts(pipeline);
