@@ -128,6 +128,7 @@ void RunWholeJob(const LoadedLibrary& module, const Fault& fault, Outcome& outco
     Watch& watch = Watch::Get();
     Pipeline pipeline(UserTicket());
     AddWholeJob(pipeline);
+    pipeline.driverBag->prefix = base::utility::Bstr(L"ns0000");
     watch.Adopt(pipeline.communicator.Get(), FindInterface(__uuidof(IInterFilterCommunicator)));
     watch.Adopt(pipeline.bag.Get(), FindInterface(__uuidof(IPrintPipelinePropertyBag)));
     watch.Adopt(pipeline.control.Get(), FindInterface(__uuidof(IPrintPipelineManagerControl)));
