@@ -6,7 +6,7 @@ namespace base::xps::printschema
 {
 namespace
 {
-constexpr std::size_t kMostCharacters = 2 * 1024 * 1024;
+constexpr std::size_t kMostCharacters = std::size_t{2} << 20;
 constexpr std::size_t kLongestQuestion = kMostCharacters / 10;
 } // namespace
 
