@@ -103,6 +103,7 @@ struct Typed
     bool showsChangesOnly = false;
     std::string report;
     bool runsAgain = false;
+    bool acceptsMalformed = false;
 };
 
 std::filesystem::path FromUtf8Path(const std::string& text)
@@ -158,6 +159,13 @@ void AddSettingOptions(CLI::App& command, Typed& typed)
     command.get_option("--device")->excludes("--printer");
 }
 
+void AddAcceptMalformed(CLI::App& command, Typed& typed)
+{
+    command.add_flag("--accept-malformed",
+                     typed.acceptsMalformed,
+                     "Take a page whose new markup is malformed all the same");
+}
+
 JobSetting ToSetting(const CLI::App& command, const Typed& typed)
 {
     JobSetting setting;
@@ -166,6 +174,7 @@ JobSetting ToSetting(const CLI::App& command, const Typed& typed)
     setting.printer = ToText(typed.printer);
     setting.privatePrefix = ToText(typed.privatePrefix);
     setting.module = ToPath(typed.module);
+    setting.acceptsMalformed = typed.acceptsMalformed;
     if (command.count("--tessel-type") > 0)
     {
         setting.tesselType = typed.tesselType;
@@ -196,6 +205,7 @@ Command ParseCommandLine(const std::vector<std::string>& arguments)
     run->footer(kRunFooter);
     AddInput(*run, typed);
     AddSettingOptions(*run, typed);
+    AddAcceptMalformed(*run, typed);
     run->add_option("-o,--output", typed.output, "The document to write")->type_name("OUT");
     run->add_flag("--dry-run", typed.isDryRun, "Write no document")->excludes("-o");
     run->add_flag("--trace", typed.showsCalls, "Print each pipeline call and its HRESULT on stderr");
@@ -269,6 +279,7 @@ JobSetting ParseSetting(const std::string& options)
     app.allow_windows_style_options(false);
     app.set_help_flag();
     AddSettingOptions(app, typed);
+    AddAcceptMalformed(app, typed);
     try
     {
         app.parse(options);

@@ -13,6 +13,7 @@
 #include "host/interrupt.h"
 #include "host/opc/package.h"
 #include "host/opc/packageerror.h"
+#include "host/text.h"
 
 namespace host
 {

@@ -16,6 +16,7 @@
 #include "host/interrupt.h"
 #include "host/opc/packageerror.h"
 #include "host/opc/ziparchive.h"
+#include "host/text.h"
 
 namespace host
 {
@@ -27,7 +28,12 @@ batch::JobResult RunCase(const batch::Case& row, const Interrupt& interrupt)
     const JobGround ground(row.setting);
     batch::JobResult result;
     FilterJob job = ground.MakeJob(row.document, row.setting);
-    job.onPage = [&](const report::PageReport& page) { result.pages.push_back(page); };
+    job.onPage = [&](const report::PageReport& page) {
+        if (!page.isRefused)
+        {
+            result.pages.push_back(page);
+        }
+    };
     job.isCancelled = [&] { return interrupt.IsRaised(); };
     try
     {

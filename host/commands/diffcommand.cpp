@@ -9,6 +9,7 @@
 #include "host/opc/package.h"
 #include "host/opc/packageerror.h"
 #include "host/opc/ziparchive.h"
+#include "host/text.h"
 
 namespace host
 {

@@ -9,6 +9,8 @@
 #include "host/console.h"
 #include "host/opc/package.h"
 #include "host/opc/packageerror.h"
+#include "host/report/calllist.h"
+#include "host/text.h"
 #include "host/xml/elementreader.h"
 #include "host/xps/xpsdocument.h"
 
@@ -52,6 +54,11 @@ void ThrowPackageFault(const std::filesystem::path& input, const FilterOutcome& 
 std::string DescribeFailure(const FilterOutcome& outcome)
 {
     const std::string at = outcome.part.empty() ? "" : outcome.part + ": ";
+    if (!outcome.markupFault.empty())
+    {
+        return at + "the filter failed with " + report::FormatResult(outcome.result) + ": the new markup " +
+               ToOneLine(outcome.markupFault) + "; --accept-malformed takes it all the same";
+    }
     const std::string what = outcome.debt.empty() ? "failed with" : outcome.debt + ":";
     return at + "the filter " + what + " " + Describe(outcome.result);
 }

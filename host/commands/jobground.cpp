@@ -48,6 +48,7 @@ FilterJob JobGround::MakeJob(const std::filesystem::path& input, const JobSettin
     job.printer = PrinterOf(setting);
     job.tesselType = setting.tesselType;
     job.privatePrefix = setting.privatePrefix;
+    job.acceptsMalformed = setting.acceptsMalformed;
     return job;
 }
 

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <iomanip>
+#include <map>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -14,6 +15,7 @@
 #include "host/opc/ziparchive.h"
 #include "host/report/again.h"
 #include "host/report/pagetable.h"
+#include "host/text.h"
 
 namespace host
 {
@@ -39,16 +41,24 @@ public:
         };
     }
 
-    /// Of another run over the output only what it would change is worth a line.
+    /// Of another run over the output only what it would change, or cannot be judged, is worth a line.
     void ConnectAgain(FilterJob& job)
     {
         job.onPage = [this](const report::PageReport& page) { ShowAgain(page); };
         job.onCall = {};
     }
 
+    /// What was wrong with the markup that the first run wrote for a page; empty for nothing.
+    std::string FaultOf(std::size_t page) const
+    {
+        const auto found = m_faults.find(page);
+        return found == m_faults.end() ? std::string() : found->second;
+    }
+
     std::string SummariseAgain() const
     {
-        return CountOf(m_stable, "page") + " stable; " + std::to_string(m_unstable) + " would change";
+        return CountOf(m_stable, "page") + " stable; " + std::to_string(m_unstable) + " would change" +
+               (m_faults.empty() ? "" : "; " + std::to_string(m_faults.size()) + " not judged");
     }
 
     void ShowOutcome(const FilterOutcome& outcome)
@@ -67,6 +77,10 @@ private:
     void ShowPage(const report::PageReport& page)
     {
         ++m_decisions[static_cast<std::size_t>(report::Decide(page))];
+        if (!page.markupFault.empty())
+        {
+            m_faults[page.number] = page.markupFault;
+        }
         if (m_command.asJson)
         {
             m_console.PrintOut(report::FormatJson(page));
@@ -83,7 +97,8 @@ private:
     void ShowAgain(const report::PageReport& page)
     {
         const bool isStable = report::IsStable(page);
-        ++(isStable ? m_stable : m_unstable);
+        m_stable += isStable ? 1 : 0;
+        m_unstable += !isStable && report::IsJudged(page) ? 1 : 0;
         if (m_command.asJson)
         {
             m_console.PrintOut(report::FormatAgainJson(page));
@@ -126,6 +141,8 @@ private:
     std::size_t m_decisions[4] = {};
     std::size_t m_stable = 0;
     std::size_t m_unstable = 0;
+    // Of the pages that were malformed and taken all the same.
+    std::map<std::size_t, std::string> m_faults;
     std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
 };
 
@@ -141,6 +158,10 @@ FilterOutcome RunAgain(FilterJob job, RunView& view, RunReport& report)
     job.detail = report::Detail::Tickets;
     view.ConnectAgain(job);
     report.ConnectAgain(job);
+    job.onPage = [&view, others = std::move(job.onPage)](report::PageReport page) {
+        page.markupFault = view.FaultOf(page.number);
+        others(page);
+    };
     return RunFilter(job);
 }
 

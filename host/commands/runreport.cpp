@@ -10,6 +10,7 @@
 #include "host/opc/ziparchive.h"
 #include "host/report/htmltext.h"
 #include "host/report/ticketlisting.h"
+#include "host/text.h"
 
 namespace host
 {
@@ -81,6 +82,10 @@ std::string DescribeOptions(const JobSetting& setting)
         setting.tesselType ? std::optional(std::to_string(*setting.tesselType)) : std::nullopt);
     add("--ns-prefix", setting.privatePrefix);
     add("--module", setting.module ? std::optional(opc::ToUtf8Path(*setting.module)) : std::nullopt);
+    if (setting.acceptsMalformed)
+    {
+        html += (html.empty() ? "" : " ") + CodeOf("--accept-malformed");
+    }
     return html.empty() ? "none" : html;
 }
 

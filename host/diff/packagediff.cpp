@@ -10,6 +10,7 @@
 #include "host/diff/markupdiff.h"
 #include "host/opc/packageerror.h"
 #include "host/opc/ziparchive.h"
+#include "host/text.h"
 #include "host/xml/markuptext.h"
 
 namespace host::diff

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -40,6 +41,16 @@ struct PipelineJob
     std::size_t handedOut = 0;
     std::size_t sent = 0;
     bool isReadToEnd = false;
+
+    /// Whether new markup is taken that is not well-formed or lies in no namespace of XPS.
+    bool acceptsMalformed = false;
+    /// The page that was not taken for its new markup, and what is wrong with that.
+    struct Refusal
+    {
+        std::string page;
+        std::string fault;
+    };
+    std::optional<Refusal> refusal;
 
     /// How many parts of the job name a ticket, and how many of them let go of it.
     struct TicketUse

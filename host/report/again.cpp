@@ -37,13 +37,22 @@ std::string FindReplacement(const PageReport& page)
 }
 } // namespace
 
+bool IsJudged(const PageReport& page)
+{
+    return page.markupFault.empty();
+}
+
 bool IsStable(const PageReport& page)
 {
-    return !page.isMarkupReplaced && page.newTicket.empty();
+    return IsJudged(page) && !page.isMarkupReplaced && page.newTicket.empty();
 }
 
 std::string NameAgain(const PageReport& page)
 {
+    if (!IsJudged(page))
+    {
+        return "not judged";
+    }
     if (IsStable(page))
     {
         return "stable";
@@ -55,6 +64,10 @@ std::string NameAgain(const PageReport& page)
 
 std::string ExplainAgain(const PageReport& page)
 {
+    if (!IsJudged(page))
+    {
+        return ExplainMarkupFault(page);
+    }
     if (IsStable(page))
     {
         return ExplainDecision(page);

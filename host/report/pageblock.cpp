@@ -111,6 +111,13 @@ std::string DescribeScaling(const tickets::SheetFacts& ticket)
            FormatNumber(scale.offsetHeightMicrometres / micrometres) + " mm";
 }
 
+std::string FormatMarkupFault(const PageReport& page)
+{
+    return page.markupFault.empty() ? ""
+                                    : "<p><b>Malformed, and taken all the same:</b> " +
+                                          EscapeHtml(ExplainMarkupFault(page)) + ".</p>";
+}
+
 /// How the content is moved, by the markup and by the ticket.
 std::string FormatMovement(const PageReport& page)
 {
@@ -276,10 +283,11 @@ PageBlock FormatPageBlock(const PageReport& page, const CallList& calls)
         classes += std::string(" ") + kind;
         tags += Tag(kind, kind);
     }
+    tags += page.markupFault.empty() ? "" : Tag("failed", "malformed");
     PageBlock block;
     block.head = "<section class=\"" + classes + "\" id=\"page-" + number + "\"><h3>Page " + number + tags +
                  "</h3><p class=\"quiet\">" + CodeOf(page.part) + "</p><p><b>Why:</b> " +
-                 EscapeHtml(ExplainDecision(page)) + ".</p>";
+                 EscapeHtml(ExplainDecision(page)) + ".</p>" + FormatMarkupFault(page);
     block.rest = FormatDrawings(page) + FormatMovement(page) + FormatTicket(page) + FormatCalls(calls, "") +
                  "</section>\n";
     return block;

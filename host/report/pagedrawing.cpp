@@ -9,6 +9,9 @@
 
 namespace host::report
 {
+using xps::ContentTransform;
+using xps::PageSize;
+
 namespace
 {
 std::string Attribute(const char* name, double value)

@@ -91,6 +91,11 @@ std::string ExplainDecision(const PageReport& page)
     return "";
 }
 
+std::string ExplainMarkupFault(const PageReport& page)
+{
+    return page.markupFault.empty() ? "" : "the new markup " + page.markupFault;
+}
+
 bool IsLandscape(const std::string& orientation)
 {
     return orientation == "Landscape" || orientation == "ReverseLandscape";
@@ -130,7 +135,7 @@ std::string FormatLimits(const MediaSizeLimits& limits)
     return FormatSheet(limits.minimum) + "-" + FormatSheet(limits.maximum);
 }
 
-std::string FormatPageSize(const PageSize& size)
+std::string FormatPageSize(const xps::PageSize& size)
 {
     return FormatExtent(size.width) + "x" + FormatExtent(size.height);
 }

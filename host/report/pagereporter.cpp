@@ -3,22 +3,14 @@
 #include <string>
 
 #include "base/logging/errors.h"
-#include "host/report/pagesize.h"
 #include "host/tickets/ticketbytes.h"
+#include "host/xps/pagemarkup.h"
 #include "host/xps/xpsvocabulary.h"
 
 namespace host::report
 {
 namespace
 {
-std::string ContentOf(const pipeline::PartWriteStream& stream, std::size_t limit)
-{
-    std::string content(static_cast<std::size_t>(std::min<std::uint64_t>(stream.Content().Size(), limit)),
-                        '\0');
-    content.resize(stream.Content().Read(0, content.data(), content.size()));
-    return content;
-}
-
 /// A job must not fail because of what its report wants to know in addition.
 template <typename Question>
 auto AnswerOrNone(Question&& ask) -> std::optional<decltype(ask())>
@@ -98,14 +90,14 @@ PageReport PageReporter::Describe(const pipeline::SentPart& sent)
     PageReport page;
     page.number = m_pages;
     page.part = sent.part.name.Text();
-    page.before = page.after = ReadPageStart(m_package.ReadStart(sent.part.name, kMarkupStart)).size;
+    page.before = page.after =
+        xps::ReadPageStart(m_package.ReadStart(sent.part.name, xps::kMarkupStart)).size;
     page.isMarkupReplaced = sent.newMarkup != nullptr;
-    std::optional<ContentTransform> transform;
     if (page.isMarkupReplaced)
     {
-        const PageStart start = ReadPageStart(ContentOf(*sent.newMarkup, kMarkupStart));
-        page.after = start.size;
-        transform = start.transform;
+        page.after = sent.newMarkup->size;
+        page.markupFault = sent.newMarkup->fault;
+        page.isRefused = sent.isRefused;
     }
     const Asked& asked = AskedBy(sent.part);
     page.asked = asked.facts;
@@ -119,14 +111,14 @@ PageReport PageReporter::Describe(const pipeline::SentPart& sent)
         page.newTicket = sent.newTicket->Name().Text();
         if (sent.newTicket->NewContent() != nullptr)
         {
-            newTicket = ContentOf(*sent.newTicket->NewContent(), xps::kPrintTicketLimit);
+            newTicket = sent.newTicket->NewContent()->Content().ReadStart(xps::kPrintTicketLimit);
             page.given = tickets::ReadSheetFacts(newTicket);
         }
     }
     if (m_detail != Detail::None)
     {
         page.details = ReadDetails(sent.part, std::move(newTicket), asked);
-        page.details->transform = transform;
+        page.details->transform = sent.newMarkup != nullptr ? sent.newMarkup->transform : std::nullopt;
     }
     return page;
 }

@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "host/report/again.h"
+#include "host/text.h"
 
 namespace host::report
 {
@@ -46,6 +47,13 @@ std::string FormatLine(const Cells& cells)
     return line + "\n";
 }
 
+/// Why, and what is wrong with the outcome.
+std::string FormatReason(const PageReport& page)
+{
+    const std::string fault = ExplainMarkupFault(page);
+    return ExplainDecision(page) + (fault.empty() ? "" : "; " + ToOneLine(fault));
+}
+
 std::string FormatTickets(const PageReport& page)
 {
     const std::string old = page.oldTicket.empty() ? "none" : page.oldTicket;
@@ -57,7 +65,7 @@ nlohmann::json ToJson(const std::optional<double>& value)
     return value ? nlohmann::json(*value) : nlohmann::json(nullptr);
 }
 
-nlohmann::json ToJson(const PageSize& size)
+nlohmann::json ToJson(const xps::PageSize& size)
 {
     return {{"width", ToJson(size.width)}, {"height", ToJson(size.height)}};
 }
@@ -111,7 +119,7 @@ std::string FormatTableLine(const PageReport& page)
                        page.asked.mediaName + " " + FormatSheet(page.asked.media),
                        FormatLimits(page.asked.limits),
                        NameOf(Decide(page)),
-                       ExplainDecision(page) + "; " + FormatTickets(page)});
+                       FormatReason(page) + "; " + FormatTickets(page)});
 }
 
 std::string FormatJson(const PageReport& page)
@@ -124,6 +132,7 @@ std::string FormatJson(const PageReport& page)
                                    {"given", page.given ? ToJson(*page.given) : nlohmann::json(nullptr)},
                                    {"decision", NameOf(Decide(page))},
                                    {"reason", ExplainDecision(page)},
+                                   {"markupFault", NameOrNull(page.markupFault)},
                                    {"oldTicket", NameOrNull(page.oldTicket)},
                                    {"newTicket", NameOrNull(page.newTicket)}};
     return ToLine(object);
@@ -136,11 +145,12 @@ std::string FormatAgainLine(const PageReport& page)
 
 std::string FormatAgainJson(const PageReport& page)
 {
-    const nlohmann::json again = {{"page", page.number},
-                                  {"part", page.part},
-                                  {"isStable", IsStable(page)},
-                                  {"decision", NameOf(Decide(page))},
-                                  {"reason", ExplainAgain(page)}};
+    const nlohmann::json again = {
+        {"page", page.number},
+        {"part", page.part},
+        {"isStable", IsJudged(page) ? nlohmann::json(IsStable(page)) : nlohmann::json(nullptr)},
+        {"decision", NameOf(Decide(page))},
+        {"reason", ExplainAgain(page)}};
     return ToLine({{"again", again}});
 }
 } // namespace host::report

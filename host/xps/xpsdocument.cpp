@@ -41,13 +41,6 @@ PartName FindSequence(const opc::Package& package)
     return std::move(*sequence);
 }
 
-bool IsXpsNamespace(std::string_view uri)
-{
-    return std::any_of(std::begin(kVocabularies), std::end(kVocabularies), [&](const Vocabulary& vocabulary) {
-        return vocabulary.markupNamespace == uri;
-    });
-}
-
 /// Passes over what this reader must not see: the choices of alternate content, each of which needs an
 /// extension that is unknown here, so that the fallback holds.
 class ChoiceFilter

@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Runs the host's program as a user does and checks its outputs with readers of other origin."""
 
+import json
 import os
 import pty
 import re
@@ -218,7 +219,7 @@ class FailureTest(ProgramTestCase):
             ("no-sequence", [], "/FixedDocumentSequence.fdseq: is missing from the package, and /_rels/.rels refers to it"),
             ("method-6", ["--orientation", "Landscape"], page + "is compressed with method 6, which is not supported"),
             ("wrong-crc", [], page + "cannot be decompressed: CRC error"),
-            ("bad-page", ["--orientation", "Landscape"], "/Documents/1/Pages/2.fpage: is not well-formed: line 2: "),
+            ("bad-page", ["--orientation", "Landscape"], "/Documents/1/Pages/2.fpage: is not well-formed: line 2, column "),
             ("page-document-type", ["--orientation", "Landscape"], "/" + page + "declares a document type"),
             ("ticket-bomb", [], "Documents/1/Pages/Metadata/page.xml: is longer than 4194304 bytes"),
             ("bad-ticket", [], "/Documents/1/Pages/Metadata/page.xml: is not well-formed: "),
@@ -248,7 +249,7 @@ class FailureTest(ProgramTestCase):
             (["--user-ticket", "text.xml"], "text.xml: is not a print ticket"),
             (["--user-ticket", "other.xml"], "other.xml: is not a print ticket"),
             (["--device", "none.xml"], "none.xml: cannot be read"),
-            (["--device", "text.xml"], "text.xml: line 1: "),
+            (["--device", "text.xml"], "text.xml: line 1, column "),
             (["--device", "other.xml"], "other.xml: "),
             (["--printer", "none"], "printer none: "),
             (["--tessel-type", "x"], "Could not convert: --tessel-type = x; see --help"),
@@ -324,6 +325,45 @@ class FailureTest(ProgramTestCase):
         self.assertIn("0x00000000 IPrintPipelineFilter::ShutdownOperation", shown)
         self.assertIn("0x80004004 IPrintPipelineFilter::StartOperation", shown)
         self.assertEqual(self.files(), ["in.xps"])
+
+
+class MalformedTest(ProgramTestCase):
+    TURNED = ["--orientation", "Landscape"]
+    PAGE = "/Documents/1/Pages/1.fpage"
+    FAULTS = {"ampersand": r"the new markup is not well-formed: line 1, column \d+: .*;.*",
+              "prefixed-root": r"the new markup is no XPS page: line 1, column \d+: <Canvas> lies in no XPS or OpenXPS namespace"}
+
+    def test_a_page_that_a_filter_wrote_so_fails_the_run(self):
+        for package, fault in self.FAULTS.items():
+            with self.subTest(package):
+                self.take(package)
+                failed = run("run", "in.xps", "-o", "out.xps", "--json", "--report", "report.html", *self.TURNED)
+                self.assertEqual((failed.returncode, failed.stderr.count("\n")), (1, 1), failed.stderr)
+                self.assertRegex(failed.stderr, f"^xpsfilterhost: in.xps: {self.PAGE}: the filter failed with 0x80070057: {fault}; "
+                                                "--accept-malformed takes it all the same$")
+                page = json.loads(failed.stdout)
+                self.assertRegex("the new markup " + page["markupFault"], f"^{fault}$")
+                self.assertEqual((page["part"], page["decision"]), (self.PAGE, "turned"))
+                report = Path(WORK, "report.html").read_text(encoding="utf-8")
+                self.assertIn(f"At <code>{self.PAGE}</code>", report)
+                self.assertIn("--accept-malformed", report)
+                self.assertEqual(self.files(), ["in.xps", "report.html"])
+
+    def test_it_is_taken_on_request_and_told_but_not_judged(self):
+        for package, fault in self.FAULTS.items():
+            with self.subTest(package):
+                self.take(package)
+                arguments = ["run", "in.xps", "-o", "out.xps", "--accept-malformed", "--again", *self.TURNED]
+                _, row, _, again, sum_again = self.run_done(*arguments, "--report", "report.html").splitlines()
+                self.assertRegex(row, f"Landscape on an upright sheet; {fault}; none -> /")
+                self.assertRegex(again, f"^run again: page 1 not judged: {fault}$")
+                self.assertEqual(sum_again, "run again: 0 pages stable; 0 would change; 1 not judged")
+                report = Path(WORK, "report.html").read_text(encoding="utf-8")
+                self.assertIn('<span class="tag failed">malformed</span>', report)
+                self.assertIn('<span class="tag changes">not judged</span>', report)
+                first, second = (json.loads(line) for line in self.run_done(*arguments, "--json").splitlines())
+                self.assertRegex("the new markup " + first["markupFault"], f"^{fault}$")
+                self.assertIsNone(second["again"]["isStable"])
 
 
 class BatchTest(ProgramTestCase):

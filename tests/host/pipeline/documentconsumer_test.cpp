@@ -41,6 +41,9 @@ const opc::PartName kSharedTicket = Part("Metadata/shared.xml");
 /// tree, and the pages at 5 and at 9 share a ticket.
 struct Job
 {
+    // New markup is nothing or a word here.
+    Job() { state->acceptsMalformed = true; }
+
     /// The next part; null at the end.
     ComPtr<IUnknown> Pull()
     {

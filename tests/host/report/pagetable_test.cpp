@@ -43,7 +43,7 @@ TEST(PageTable, GivesJsonInMicrometresWithNullForWhatThereIsNot)
         R"("widthMicrometres":215900},"minimum":{"heightMicrometres":127000,"widthMicrometres":76200}},)"
         R"("media":{"heightMicrometres":279400,"name":"NorthAmericaLetter","widthMicrometres":215900},)"
         R"("orientation":"Portrait","scaling":"FitApplicationMediaSizeToPageMediaSize"},)"
-        R"("before":{"height":1056.5,"width":816.0},"decision":"passed","given":null,"newTicket":null,)"
+        R"("before":{"height":1056.5,"width":816.0},"decision":"passed","given":null,"markupFault":null,"newTicket":null,)"
         R"("oldTicket":null,"page":3,"part":"/1.fpage",)"
         R"("reason":"Portrait on an upright sheet within the limits"})"
         "\n");

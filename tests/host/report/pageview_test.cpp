@@ -53,7 +53,7 @@ TEST(PageView, ScalesThePageSoThatItsOffsetComesToTheCorner)
 
 TEST(PageDrawing, TellsTurnsApart)
 {
-    const std::pair<ContentTransform, const char*> table[] = {
+    const std::pair<xps::ContentTransform, const char*> table[] = {
         {{0, -1, 1, 0, 0, 816},
          "a quarter turn anticlockwise (270 degrees clockwise): (x, y) comes to (y, 816 - x) px; the "
          "content's "

@@ -166,7 +166,7 @@ TEST_F(Exports, RefuseABadTicketWithItsReason)
         {kOpen, "line "},
         {kOpen + kClose + kClose, "line "},
         {kOpen + "\xFF\xFE" + kClose, "line "},
-        {"<!DOCTYPE r [<!ENTITY e 'x'>]>" + kOpen + "&e;" + kClose, "line "},
+        {"<!DOCTYPE r [<!ENTITY e 'x'>]>" + kOpen + "&e;" + kClose, "declares a document type"},
         {"<PrintTicket version='1'/>", notATicket},
         {"<psf:PrintCapabilities version='1' " + kPsf + "/>", notATicket},
         {"<psf:PrintTicket xmlns:psf='https" + std::string(kFrameworkNamespace.substr(4)) + "'/>",

@@ -1,11 +1,11 @@
-#include "host/report/pagesize.h"
+#include "host/xps/pagemarkup.h"
 
 #include <gtest/gtest.h>
 
 #include "host/report/pagereport.h"
 #include "tests/host/testpackages.h"
 
-namespace host::report
+namespace host::xps
 {
 namespace
 {
@@ -26,7 +26,7 @@ TEST(PageSize, IsReadFromTheStartOfTheMarkup)
     };
     for (const auto& [markup, size] : starts)
     {
-        EXPECT_EQ(FormatPageSize(ReadPageStart(markup).size), size) << markup;
+        EXPECT_EQ(report::FormatPageSize(ReadPageStart(markup).size), size) << markup;
     }
 }
 
@@ -49,5 +49,29 @@ TEST(PageSize, ComesWithTheTransformOfACanvasThatBeginsThePage)
         EXPECT_FALSE(find(other)) << other;
     }
 }
+
+TEST(PageMarkup, IsAtFaultWhereNoReaderOfXpsWouldTakeIt)
+{
+    const std::string xps = "http://schemas.microsoft.com/xps/2005/06'";
+    const std::string open = "http://schemas.openxps.org/oxps/v1.0'";
+    const std::string foreign = "is no XPS page: line 1, column ";
+    const std::pair<std::string, std::string> pages[] = {
+        {"<FixedPage xmlns='" + xps + "><Canvas/></FixedPage>", ""},
+        {"<FixedPage xmlns='" + open + "><Path/><Canvas xmlns=''/></FixedPage>", ""},
+        {"<q:FixedPage xmlns:q='" + open + " xmlns='" + xps + "><Canvas/></q:FixedPage>", ""},
+        {"<q:FixedPage xmlns:q='" + xps + "><Canvas/></q:FixedPage>", foreign},
+        {"<FixedPage xmlns='" + xps + "><Canvas xmlns='urn:x'/></FixedPage>", foreign},
+        {"<FixedPage/>", foreign},
+        {"<FixedPage xmlns='" + xps + ">\n<Canvas>\n<Path A='?a&b=c'/></Canvas></FixedPage>",
+         "is not well-formed: line 3, column "},
+        {"<!DOCTYPE a><FixedPage xmlns='" + xps + "/>", "declares a document type"},
+        {"", "is not well-formed: "},
+    };
+    for (const auto& [markup, fault] : pages)
+    {
+        const std::string found = ReadPage(markup).fault;
+        EXPECT_TRUE(fault.empty() ? found.empty() : found.starts_with(fault)) << markup << " gives " << found;
+    }
+}
 } // namespace
-} // namespace host::report
+} // namespace host::xps
