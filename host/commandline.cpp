@@ -5,6 +5,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include "host/paths.h"
+
 namespace host
 {
 namespace
@@ -105,11 +107,6 @@ struct Typed
     bool runsAgain = false;
     bool acceptsMalformed = false;
 };
-
-std::filesystem::path FromUtf8Path(const std::string& text)
-{
-    return std::u8string(text.begin(), text.end());
-}
 
 std::optional<std::filesystem::path> ToPath(const std::string& text)
 {

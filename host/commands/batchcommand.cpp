@@ -15,7 +15,7 @@
 #include "host/filterjob.h"
 #include "host/interrupt.h"
 #include "host/opc/packageerror.h"
-#include "host/opc/ziparchive.h"
+#include "host/paths.h"
 #include "host/text.h"
 
 namespace host
@@ -65,7 +65,7 @@ public:
     void TellFault(std::size_t line, const std::string& reason)
     {
         ++m_faults;
-        m_console.PrintError(ToOneLine("xpsfilterhost: " + opc::ToUtf8Path(m_command.input) + ":" +
+        m_console.PrintError(ToOneLine("xpsfilterhost: " + ToUtf8Path(m_command.input) + ":" +
                                        std::to_string(line) + ": " + reason) +
                              "\n");
     }
@@ -149,7 +149,7 @@ ExitStatus Carry(const BatchCommand& command, Console& console)
     }
     if (table.cases.empty())
     {
-        throw std::runtime_error(opc::ToUtf8Path(command.input) + ": has no case");
+        throw std::runtime_error(ToUtf8Path(command.input) + ": has no case");
     }
     const Interrupt interrupt;
     for (const batch::Case& row : table.cases)

@@ -12,7 +12,7 @@
 #include "host/commands/runreport.h"
 #include "host/filterjob.h"
 #include "host/interrupt.h"
-#include "host/opc/ziparchive.h"
+#include "host/paths.h"
 #include "host/report/again.h"
 #include "host/report/pagetable.h"
 #include "host/text.h"
@@ -132,7 +132,7 @@ private:
             separator = "; ";
         }
         text << "; " << std::fixed << std::setprecision(2) << seconds.count() << " s";
-        text << (m_command.output ? ": " + opc::ToUtf8Path(*m_command.output) : ", nothing written") << "\n";
+        text << (m_command.output ? ": " + ToUtf8Path(*m_command.output) : ", nothing written") << "\n";
         return text.str();
     }
 
@@ -148,7 +148,7 @@ private:
 
 void TellFailure(const std::filesystem::path& input, const std::string& failure, Console& console)
 {
-    console.PrintError(ToOneLine("xpsfilterhost: " + opc::ToUtf8Path(input) + ": " + failure) + "\n");
+    console.PrintError(ToOneLine("xpsfilterhost: " + ToUtf8Path(input) + ": " + failure) + "\n");
 }
 
 /// Runs the filter over what it has written, without writing anything, as long as nobody stops it.

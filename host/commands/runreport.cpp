@@ -7,7 +7,7 @@
 #include "base/logging/errors.h"
 #include "base/logging/log.h"
 #include "host/console.h"
-#include "host/opc/ziparchive.h"
+#include "host/paths.h"
 #include "host/report/htmltext.h"
 #include "host/report/ticketlisting.h"
 #include "host/text.h"
@@ -45,14 +45,14 @@ void RequireFileOfItsOwn(const RunCommand& command)
     {
         if (path && IsSameFile(*command.report, *path))
         {
-            throw std::runtime_error(opc::ToUtf8Path(*command.report) + ": the report would replace " + what);
+            throw std::runtime_error(ToUtf8Path(*command.report) + ": the report would replace " + what);
         }
     }
 }
 
 std::string CodeOfPath(const std::filesystem::path& path)
 {
-    return CodeOf(opc::ToUtf8Path(path));
+    return CodeOf(ToUtf8Path(path));
 }
 
 std::string DescribePrinter(const JobSetting& setting)
@@ -73,15 +73,14 @@ std::string DescribeOptions(const JobSetting& setting)
             html += (html.empty() ? "" : " ") + CodeOf(option + (" " + *value));
         }
     };
-    add("--user-ticket",
-        setting.userTicket ? std::optional(opc::ToUtf8Path(*setting.userTicket)) : std::nullopt);
+    add("--user-ticket", setting.userTicket ? std::optional(ToUtf8Path(*setting.userTicket)) : std::nullopt);
     add("--orientation", setting.overrides.orientation);
     add("--media", setting.overrides.media);
     add("--limits", setting.overrides.limits);
     add("--tessel-type",
         setting.tesselType ? std::optional(std::to_string(*setting.tesselType)) : std::nullopt);
     add("--ns-prefix", setting.privatePrefix);
-    add("--module", setting.module ? std::optional(opc::ToUtf8Path(*setting.module)) : std::nullopt);
+    add("--module", setting.module ? std::optional(ToUtf8Path(*setting.module)) : std::nullopt);
     if (setting.acceptsMalformed)
     {
         html += (html.empty() ? "" : " ") + CodeOf("--accept-malformed");
@@ -237,7 +236,7 @@ void RunReport::Write(const std::string& outcome, const std::string& output)
     {
         rows.insert(rows.begin() + 4, {"Run again", m_again});
     }
-    m_report->Finish("Page report: " + opc::ToUtf8Path(m_command.input.filename()), rows);
+    m_report->Finish("Page report: " + ToUtf8Path(m_command.input.filename()), rows);
 }
 
 std::string RunReport::CountPages() const

@@ -5,7 +5,7 @@
 
 #include "embedded/reporttexts.h"
 #include "host/opc/packageerror.h"
-#include "host/opc/ziparchive.h"
+#include "host/paths.h"
 #include "host/replacedfile.h"
 #include "host/report/htmltext.h"
 
@@ -47,7 +47,7 @@ HtmlReport::HtmlReport(std::filesystem::path target) : m_target(std::move(target
 {
     if (std::filesystem::is_directory(m_target))
     {
-        throw std::runtime_error(opc::ToUtf8Path(m_target) + ": is a folder");
+        throw std::runtime_error(ToUtf8Path(m_target) + ": is a folder");
     }
     try
     {
@@ -55,7 +55,7 @@ HtmlReport::HtmlReport(std::filesystem::path target) : m_target(std::move(target
     }
     catch (const opc::PackageError&)
     {
-        throw std::runtime_error(opc::ToUtf8Path(m_target) + ": cannot be written");
+        throw std::runtime_error(ToUtf8Path(m_target) + ": cannot be written");
     }
 }
 
