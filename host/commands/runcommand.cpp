@@ -15,6 +15,7 @@
 #include "host/paths.h"
 #include "host/report/again.h"
 #include "host/report/pagetable.h"
+#include "host/resulttext.h"
 #include "host/text.h"
 
 namespace host
@@ -112,11 +113,8 @@ private:
 
     void ShowCall(const pipeline::TracedCall& call)
     {
-        std::ostringstream line;
-        line << "0x" << std::hex << std::setw(8) << std::setfill('0')
-             << static_cast<std::uint32_t>(call.result) << " " << call.method
-             << (call.subject.empty() ? "" : " ") << call.subject << "\n";
-        m_console.PrintError(line.str());
+        m_console.PrintError(FormatResult(call.result) + " " + std::string(call.method) +
+                             (call.subject.empty() ? "" : " ") + call.subject + "\n");
     }
 
     std::string Summarise(const FilterOutcome& outcome) const

@@ -4,12 +4,12 @@
 #include <system_error>
 #include <utility>
 
-#include "base/logging/errors.h"
 #include "base/logging/log.h"
 #include "host/console.h"
 #include "host/paths.h"
 #include "host/report/htmltext.h"
 #include "host/report/ticketlisting.h"
+#include "host/resulttext.h"
 #include "host/text.h"
 
 namespace host
@@ -90,8 +90,8 @@ std::string DescribeOptions(const JobSetting& setting)
 
 std::string DescribeCall(HRESULT result)
 {
-    const std::string meaning = report::DescribeResult(result);
-    return "<code>" + report::FormatResult(result) + "</code>" +
+    const std::string meaning = DescribeResult(result);
+    return "<code>" + FormatResult(result) + "</code>" +
            (meaning.empty() ? "" : " (" + EscapeHtml(meaning) + ")");
 }
 } // namespace
@@ -175,7 +175,7 @@ void RunReport::Fail(const std::string& reason, const std::string& part) noexcep
         const std::string why = ToOneLine(reason);
         m_report->AddFailure({part.empty() ? m_part : part, why}, m_calls);
         std::string outcome = "<b>failed</b>, <a href=\"#failed\">" + EscapeHtml(why) + "</a>";
-        if (FAILED(m_result) && why.find(report::FormatResult(m_result)) == std::string::npos)
+        if (FAILED(m_result) && why.find(FormatResult(m_result)) == std::string::npos)
         {
             outcome += "; the filter answered " + DescribeCall(m_result);
         }
