@@ -13,6 +13,8 @@
 #include "host/opc/package.h"
 #include "host/opc/packagewriter.h"
 #include "host/pipeline/calltrace.h"
+#include "host/xps/xpsdocument.h"
+#include "host/xps/xpsvocabulary.h"
 #include "platform/win32.h"
 
 namespace host::pipeline
@@ -23,12 +25,15 @@ namespace host::pipeline
 /// The job's thread alone changes it, but for what is atomic.
 struct PipelineJob
 {
+    /// Throws PackageError for relationships of the package that cannot be read.
     PipelineJob(const opc::Package& source, opc::PackageWriter* target, CallTrace& calls)
-        : package(source), writer(target), trace(calls)
+        : package(source), vocabulary(xps::FindVocabulary(source)), writer(target), trace(calls)
     {
     }
 
     const opc::Package& package;
+    /// That new relationships are written in.
+    const xps::Vocabulary& vocabulary;
     /// Null for a job that is only read.
     opc::PackageWriter* writer;
     CallTrace& trace;

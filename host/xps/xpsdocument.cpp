@@ -121,6 +121,16 @@ std::vector<std::string> ReadSources(std::string_view markup,
 }
 } // namespace
 
+const Vocabulary& FindVocabulary(const opc::Package& package)
+{
+    const auto root = package.RelationshipsOf(PartName::PackageRoot());
+    const auto found =
+        std::find_if(std::begin(kVocabularies), std::end(kVocabularies), [&](const auto& each) {
+            return root.FindTarget(each.fixedRepresentation).has_value();
+        });
+    return found == std::end(kVocabularies) ? kVocabularies[0] : *found;
+}
+
 std::optional<PartName> FindPrintTicket(const opc::Package& package, const PartName& part)
 {
     return FindTarget(package, part, &Vocabulary::printTicket);
