@@ -1,42 +1,7 @@
 #include "host/report/again.h"
 
-#include "host/report/ticketdiff.h"
-#include "host/ticketservice/printschema.h"
-
 namespace host::report
 {
-namespace
-{
-/// "; its ticket asks for ISOA3, and the printer takes NorthAmericaLetter"; empty where a page gets what its
-/// own ticket asks for.
-std::string ExplainReplacement(const PageDetails& details)
-{
-    std::string text;
-    for (const char* feature : {"PageOrientation", "PageMediaSize"})
-    {
-        const auto wanted = FindOption(details.ownTicket, feature);
-        const auto taken = FindOption(details.effectiveTicket, feature);
-        if (wanted && taken && wanted != taken)
-        {
-            text += "; its ticket asks for " + *wanted + ", in whose place the printer puts " + *taken;
-        }
-    }
-    return text;
-}
-
-std::string FindReplacement(const PageReport& page)
-{
-    try
-    {
-        return page.details ? ExplainReplacement(*page.details) : std::string();
-    }
-    catch (const ticketservice::FormatError&)
-    {
-        return {};
-    }
-}
-} // namespace
-
 bool IsJudged(const PageReport& page)
 {
     return page.markupFault.empty();
@@ -72,7 +37,6 @@ std::string ExplainAgain(const PageReport& page)
     {
         return ExplainDecision(page);
     }
-    return page.asked.mediaName + " " + FormatSheet(page.asked.media) + " mm; " + ExplainDecision(page) +
-           FindReplacement(page);
+    return page.asked.mediaName + " " + FormatSheet(page.asked.media) + " mm; " + ExplainDecision(page);
 }
 } // namespace host::report

@@ -18,7 +18,6 @@ bool IsStable(const PageReport& page);
 /// "stable", "not judged", or "would be" and what.
 std::string NameAgain(const PageReport& page);
 
-/// Why. Of a page with details also what the printer makes of its ticket, if that is why. COM must be
-/// initialised on the thread.
+/// Why.
 std::string ExplainAgain(const PageReport& page);
 } // namespace host::report

@@ -3,8 +3,10 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "base/xps/printschema/imageableareareader.h"
+#include "host/report/replacement.h"
 #include "host/tickets/jobtickets.h"
 #include "host/xps/pagemarkup.h"
 
@@ -43,8 +45,12 @@ struct PageReport
     xps::PageSize after;
     /// Of the page's effective ticket as it came.
     tickets::TicketFacts asked;
+    /// What the page's tickets ask for in vain.
+    std::vector<Replacement> replacements;
     /// Of the new ticket; empty when the page keeps its own.
     std::optional<tickets::SheetFacts> given;
+    /// Where the printer does not take the sheet that a refitted page is given.
+    std::optional<Replacement> givenReplacement;
     bool isMarkupReplaced = false;
     /// What is wrong with the new markup, as xps::PageMarkup has it; empty for nothing.
     std::string markupFault;
@@ -69,8 +75,9 @@ enum class Decision
 /// because the sheet that it asked for lies outside the limits.
 Decision Decide(const PageReport& page);
 const char* NameOf(Decision decision);
+bool IsRefitted(const PageReport& page);
 
-/// Why, in words: what of the ticket led to the decision.
+/// Why, in words: what of the ticket led to the decision, and what the printer has changed of it.
 std::string ExplainDecision(const PageReport& page);
 
 /// "the new markup is not well-formed: line 3, column 14: ..."; empty where nothing is wrong with it.

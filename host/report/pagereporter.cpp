@@ -1,9 +1,12 @@
 #include "host/report/pagereporter.h"
 
+#include <algorithm>
 #include <string>
 
 #include "base/logging/errors.h"
+#include "base/utility/utf8.h"
 #include "host/tickets/ticketbytes.h"
+#include "host/ticketservice/printschema.h"
 #include "host/xps/pagemarkup.h"
 #include "host/xps/xpsvocabulary.h"
 
@@ -23,6 +26,15 @@ auto AnswerOrNone(Question&& ask) -> std::optional<decltype(ask())>
     {
         return std::nullopt;
     }
+    catch (const ticketservice::FormatError&)
+    {
+        return std::nullopt;
+    }
+}
+
+SheetSelection SelectionOf(const std::string& ticket)
+{
+    return AnswerOrNone([&] { return ReadSheetSelection(ticket); }).value_or(SheetSelection());
 }
 } // namespace
 
@@ -31,6 +43,11 @@ void PageReporter::Take(const pipeline::SentPart& sent)
     if (!m_tickets)
     {
         m_tickets = std::make_unique<tickets::JobTickets>(m_package, m_setting);
+        m_wanted = {{},
+                    {},
+                    {},
+                    SelectionOf(m_setting.userTicket),
+                    SelectionOf(base::utility::ToUtf8(m_setting.defaultTicket))};
     }
     if (sent.part.kind == xps::JobPartKind::FixedPage)
     {
@@ -40,27 +57,50 @@ void PageReporter::Take(const pipeline::SentPart& sent)
     }
     m_documents += sent.part.kind == xps::JobPartKind::FixedDocument ? 1 : 0;
     m_asked.reset();
-    m_tickets->Enter(sent.part);
+    EnterLevel(sent.part);
+}
+
+void PageReporter::EnterLevel(const xps::JobPart& part)
+{
+    m_tickets->Enter(part);
+    const auto level =
+        static_cast<std::size_t>(xps::JobPartKind::FixedPage) - static_cast<std::size_t>(part.kind);
+    std::fill_n(m_wanted.begin(), level, SheetSelection());
+    m_wanted[level] = part.printTicket
+                          ? SelectionOf(m_package.Read(*part.printTicket, xps::kPrintTicketLimit))
+                          : SheetSelection();
 }
 
 const PageReporter::Asked& PageReporter::AskedBy(const xps::JobPart& page)
 {
     if (!m_asked || m_askedBy != page.printTicket)
     {
-        m_tickets->Enter(page);
+        EnterLevel(page);
         const auto ticket = m_tickets->GetEffective();
-        m_asked = {tickets::ReadFacts(ticket), {}, {}};
+        m_asked = {tickets::ReadFacts(ticket), {}, tickets::SaveBytes(ticket.Get()), {}};
+        m_asked->replacements = FindReplacements(m_wanted, SelectionOf(m_asked->ticket));
         m_askedBy = page.printTicket;
-        if (m_detail != Detail::None)
-        {
-            m_asked->ticket = tickets::SaveBytes(ticket.Get());
-        }
         if (m_detail == Detail::All)
         {
             m_asked->area = AnswerOrNone([&] { return m_tickets->ReadImageableArea(); });
         }
     }
     return *m_asked;
+}
+
+std::optional<Replacement> PageReporter::FindGivenReplacement(const std::string& newTicket)
+{
+    if (newTicket != m_refittedTicket)
+    {
+        SheetSelection given = SelectionOf(newTicket);
+        given.orientation.reset();
+        const auto validated =
+            AnswerOrNone([&] { return ReadSheetSelection(m_tickets->Validate(newTicket)); });
+        const auto found = FindReplacements({given}, validated.value_or(SheetSelection()));
+        m_givenReplacement = found.empty() ? std::nullopt : std::optional(found.front());
+        m_refittedTicket = newTicket;
+    }
+    return m_givenReplacement;
 }
 
 PageDetails PageReporter::ReadDetails(const xps::JobPart& page, std::string newTicket, const Asked& asked)
@@ -101,6 +141,7 @@ PageReport PageReporter::Describe(const pipeline::SentPart& sent)
     }
     const Asked& asked = AskedBy(sent.part);
     page.asked = asked.facts;
+    page.replacements = asked.replacements;
     if (sent.part.printTicket)
     {
         page.oldTicket = sent.part.printTicket->Text();
@@ -113,6 +154,10 @@ PageReport PageReporter::Describe(const pipeline::SentPart& sent)
         {
             newTicket = sent.newTicket->NewContent()->Content().ReadStart(xps::kPrintTicketLimit);
             page.given = tickets::ReadSheetFacts(newTicket);
+            if (IsRefitted(page))
+            {
+                page.givenReplacement = FindGivenReplacement(newTicket);
+            }
         }
     }
     if (m_detail != Detail::None)

@@ -89,6 +89,21 @@ nlohmann::json ToJson(const tickets::TicketFacts& facts)
     return object;
 }
 
+nlohmann::json ToJson(const Replacement& replacement)
+{
+    return {{"wanted", replacement.wanted}, {"taken", replacement.taken}};
+}
+
+nlohmann::json ToJson(const std::vector<Replacement>& replacements)
+{
+    nlohmann::json array = nlohmann::json::array();
+    for (const Replacement& replacement : replacements)
+    {
+        array.push_back(ToJson(replacement));
+    }
+    return array;
+}
+
 nlohmann::json NameOrNull(const std::string& name)
 {
     return name.empty() ? nlohmann::json(nullptr) : nlohmann::json(name);
@@ -124,17 +139,21 @@ std::string FormatTableLine(const PageReport& page)
 
 std::string FormatJson(const PageReport& page)
 {
-    const nlohmann::json object = {{"page", page.number},
-                                   {"part", page.part},
-                                   {"before", ToJson(page.before)},
-                                   {"after", ToJson(page.after)},
-                                   {"asked", ToJson(page.asked)},
-                                   {"given", page.given ? ToJson(*page.given) : nlohmann::json(nullptr)},
-                                   {"decision", NameOf(Decide(page))},
-                                   {"reason", ExplainDecision(page)},
-                                   {"markupFault", NameOrNull(page.markupFault)},
-                                   {"oldTicket", NameOrNull(page.oldTicket)},
-                                   {"newTicket", NameOrNull(page.newTicket)}};
+    const nlohmann::json object = {
+        {"page", page.number},
+        {"part", page.part},
+        {"before", ToJson(page.before)},
+        {"after", ToJson(page.after)},
+        {"asked", ToJson(page.asked)},
+        {"replacements", ToJson(page.replacements)},
+        {"given", page.given ? ToJson(*page.given) : nlohmann::json(nullptr)},
+        {"givenReplacement",
+         page.givenReplacement ? ToJson(*page.givenReplacement) : nlohmann::json(nullptr)},
+        {"decision", NameOf(Decide(page))},
+        {"reason", ExplainDecision(page)},
+        {"markupFault", NameOrNull(page.markupFault)},
+        {"oldTicket", NameOrNull(page.oldTicket)},
+        {"newTicket", NameOrNull(page.newTicket)}};
     return ToLine(object);
 }
 

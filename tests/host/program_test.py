@@ -135,6 +135,23 @@ class RunTest(ProgramTestCase):
                          {"widthMicrometres": 215900, "heightMicrometres": 355600})
         self.assertEqual(set(page["given"]), {"orientation", "media", "scaling"})
 
+    def test_tells_what_the_device_puts_in_place_of_what_is_asked_for(self):
+        letter = "NorthAmericaLetter 215.9x279.4"
+        self.take("plain")
+        page, = self.pages_of("in.xps", "--dry-run", "--media", "500x500", "--report", "report.html")
+        self.assertEqual(page["replacements"], [{"wanted": "CustomMediaSize 500x500", "taken": letter}])
+        told = f"within the limits; CustomMediaSize 500x500 is asked for, in whose place the device puts {letter}"
+        self.assertTrue(page["reason"].endswith(told), page["reason"])
+        self.assertIn(told, Path(WORK, "report.html").read_text())
+        page, = self.pages_of("in.xps", "--dry-run", "--limits", "50x50-100x100")
+        self.assertEqual((page["replacements"], page["givenReplacement"]["taken"]), ([], letter))
+        self.assertRegex(page["reason"], f"now CustomMediaSize 50x50, in whose place the device puts {letter}: for that scaled to \\d+ %$")
+        # Also of a level above the page.
+        self.take("small-document")
+        pages = self.pages_of("in.xps", "--dry-run")
+        self.assertEqual([[each["wanted"] for each in page["replacements"]] for page in pages],
+                         [[], [], ["CustomMediaSize 50x50"]])
+
     def test_dry_run_writes_nothing_and_tells_the_same(self):
         self.take("sample")
         dry = self.run_done("run", "in.xps", "--dry-run").splitlines()

@@ -102,7 +102,7 @@ class AgainTest(ProgramTestCase):
         Path(WORK, "device.xml").write_text(DEVICE)
         page, totals = self.again("plain", "--device", "device.xml")
         self.assertTrue(page.startswith("run again: page 1 would be refitted: ISOA3 297x420 mm; 297x420 mm is outside"), page)
-        self.assertTrue(page.endswith("its ticket asks for NorthAmericaLetter, in whose place the printer puts ISOA3"), page)
+        self.assertTrue(page.endswith("NorthAmericaLetter 215.9x279.4 is asked for, in whose place the device puts ISOA3 297x420"), page)
         self.assertEqual(totals, "run again: 0 pages stable; 1 would change")
 
     def test_json_has_an_object_of_its_own_for_each_page(self):

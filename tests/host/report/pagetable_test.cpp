@@ -43,9 +43,9 @@ TEST(PageTable, GivesJsonInMicrometresWithNullForWhatThereIsNot)
         R"("widthMicrometres":215900},"minimum":{"heightMicrometres":127000,"widthMicrometres":76200}},)"
         R"("media":{"heightMicrometres":279400,"name":"NorthAmericaLetter","widthMicrometres":215900},)"
         R"("orientation":"Portrait","scaling":"FitApplicationMediaSizeToPageMediaSize"},)"
-        R"("before":{"height":1056.5,"width":816.0},"decision":"passed","given":null,"markupFault":null,"newTicket":null,)"
+        R"("before":{"height":1056.5,"width":816.0},"decision":"passed","given":null,"givenReplacement":null,"markupFault":null,"newTicket":null,)"
         R"("oldTicket":null,"page":3,"part":"/1.fpage",)"
-        R"("reason":"Portrait on an upright sheet within the limits"})"
+        R"("reason":"Portrait on an upright sheet within the limits","replacements":[]})"
         "\n");
     const std::string given = FormatJson(GivenPage());
     EXPECT_NE(given.find(R"("given":{"media":{"heightMicrometres":279400,"name":"NorthAmericaLetter",)"
