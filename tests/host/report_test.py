@@ -38,6 +38,12 @@ class ReportFileTest(ProgramTestCase):
         self.assertEqual(re.findall(r"\b(?:src|href) *=|url *\(|@import|https?:", text), [])
         self.assertIn("default-src 'none'", text)
 
+    def test_tells_the_edges_of_a_sheet_in_one_line_where_two_would_lie_over_each_other(self):
+        for package, labels in (("plain", ["215.9 mm", "279.4 mm"]), ("huge-page", ["215.9 &#215; 279.4 mm"])):
+            self.take(package)
+            self.run_done("run", "in.xps", "--dry-run", "--report", "report.html")
+            self.assertEqual(re.findall("<text[^>]*>([^<]*)</text>", text_of()), labels)
+
     def test_of_a_dry_run_says_that_nothing_was_written(self):
         self.take("sample")
         self.run_done("run", "in.xps", "--dry-run", "--report", "report.html")
