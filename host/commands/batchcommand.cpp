@@ -1,6 +1,5 @@
 #include "host/commands/batchcommand.h"
 
-#include <chrono>
 #include <exception>
 #include <iomanip>
 #include <sstream>
@@ -16,6 +15,7 @@
 #include "host/interrupt.h"
 #include "host/opc/packageerror.h"
 #include "host/paths.h"
+#include "host/stopwatch.h"
 #include "host/text.h"
 
 namespace host
@@ -93,7 +93,6 @@ public:
 
     ExitStatus Sum() const
     {
-        const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - m_start;
         std::ostringstream text;
         text << CountOf(m_alike + m_different + m_faults, "case") << ": " << m_alike << " as expected; "
              << m_different << " not";
@@ -101,7 +100,7 @@ public:
         {
             text << "; " << m_faults << " could not be run";
         }
-        text << "; " << std::fixed << std::setprecision(2) << seconds.count() << " s\n";
+        text << "; " << m_watch.FormatElapsed() << "\n";
         m_console.PrintOut(text.str());
         if (m_faults > 0)
         {
@@ -130,7 +129,7 @@ private:
     std::size_t m_alike = 0;
     std::size_t m_different = 0;
     std::size_t m_faults = 0;
-    std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
+    Stopwatch m_watch;
 };
 } // namespace
 

@@ -1,9 +1,6 @@
 #include "host/commands/runcommand.h"
 
-#include <chrono>
-#include <iomanip>
 #include <map>
-#include <sstream>
 #include <string>
 #include <utility>
 
@@ -14,8 +11,10 @@
 #include "host/interrupt.h"
 #include "host/paths.h"
 #include "host/report/again.h"
+#include "host/report/decisioncounts.h"
 #include "host/report/pagetable.h"
 #include "host/resulttext.h"
+#include "host/stopwatch.h"
 #include "host/text.h"
 
 namespace host
@@ -77,7 +76,7 @@ public:
 private:
     void ShowPage(const report::PageReport& page)
     {
-        ++m_decisions[static_cast<std::size_t>(report::Decide(page))];
+        m_decisions.Add(page);
         if (!page.markupFault.empty())
         {
             m_faults[page.number] = page.markupFault;
@@ -119,29 +118,19 @@ private:
 
     std::string Summarise(const FilterOutcome& outcome) const
     {
-        const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - m_start;
-        std::ostringstream text;
-        text << CountOf(outcome.pages, "page") << " in " << CountOf(outcome.documents, "document") << ":";
-        const char* separator = " ";
-        for (std::size_t decision = 0; decision < std::size(m_decisions); ++decision)
-        {
-            text << separator << m_decisions[decision] << " "
-                 << report::NameOf(static_cast<report::Decision>(decision));
-            separator = "; ";
-        }
-        text << "; " << std::fixed << std::setprecision(2) << seconds.count() << " s";
-        text << (m_command.output ? ": " + ToUtf8Path(*m_command.output) : ", nothing written") << "\n";
-        return text.str();
+        return CountOf(outcome.pages, "page") + " in " + CountOf(outcome.documents, "document") + ": " +
+               m_decisions.Format() + "; " + m_watch.FormatElapsed() +
+               (m_command.output ? ": " + ToUtf8Path(*m_command.output) : ", nothing written") + "\n";
     }
 
     const RunCommand& m_command;
     Console& m_console;
-    std::size_t m_decisions[4] = {};
+    report::DecisionCounts m_decisions;
     std::size_t m_stable = 0;
     std::size_t m_unstable = 0;
     // Of the pages that were malformed and taken all the same.
     std::map<std::size_t, std::string> m_faults;
-    std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
+    Stopwatch m_watch;
 };
 
 void TellFailure(const std::filesystem::path& input, const std::string& failure, Console& console)

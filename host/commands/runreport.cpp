@@ -4,7 +4,6 @@
 #include <system_error>
 #include <utility>
 
-#include "base/logging/log.h"
 #include "host/console.h"
 #include "host/paths.h"
 #include "host/report/htmltext.h"
@@ -15,7 +14,6 @@
 namespace host
 {
 using report::CodeOf;
-using report::Decision;
 using report::EscapeHtml;
 
 namespace
@@ -220,36 +218,23 @@ void RunReport::TakeCall(const pipeline::TracedCall& call)
 
 void RunReport::Write(const std::string& outcome, const std::string& output)
 {
-    const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - m_start;
     const JobSetting& setting = m_command.setting;
+    const report::DecisionCounts& decisions = m_report->Decisions();
     std::vector<report::SummaryRow> rows = {
         {"Document", CodeOfPath(m_command.input)},
         {"Outcome", outcome},
         {"Output", output},
-        {"Pages", CountPages()},
-        {"Time", base::logging::FormatString("%.2f s", seconds.count())},
-        {"Device", DescribePrinter(setting)},
-        {"User's ticket", m_userTicket},
-        {"Options", DescribeOptions(setting)},
+        {"Pages", std::to_string(decisions.All()) + " in all: " + decisions.Format()},
     };
     if (!m_again.empty())
     {
-        rows.insert(rows.begin() + 4, {"Run again", m_again});
+        rows.push_back({"Run again", m_again});
     }
+    rows.insert(rows.end(),
+                {{"Time", m_watch.FormatElapsed()},
+                 {"Device", DescribePrinter(setting)},
+                 {"User's ticket", m_userTicket},
+                 {"Options", DescribeOptions(setting)}});
     m_report->Finish("Page report: " + ToUtf8Path(m_command.input.filename()), rows);
-}
-
-std::string RunReport::CountPages() const
-{
-    std::size_t all = 0;
-    std::string text;
-    for (const Decision decision :
-         {Decision::Passed, Decision::Turned, Decision::Refitted, Decision::TurnedAndRefitted})
-    {
-        all += m_report->Count(decision);
-        text += (text.empty() ? "" : "; ") + std::to_string(m_report->Count(decision)) + " " +
-                report::NameOf(decision);
-    }
-    return std::to_string(all) + " in all: " + text;
 }
 } // namespace host
