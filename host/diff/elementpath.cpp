@@ -11,9 +11,8 @@ std::string LocalName(const std::string& name)
 
 void ElementPath::Enter(const Item& item)
 {
-    // What was deeper is behind.
-    m_levels.resize(std::min(m_levels.size(), static_cast<std::size_t>(item.depth) + 1));
     const std::string name = LocalName(item.name);
+    // What was deeper is behind.
     m_levels.resize(static_cast<std::size_t>(item.depth) + 1);
     const std::size_t number = ++m_levels.back().children[name];
     m_levels.back().step = item.depth == 0 ? name : name + "[" + std::to_string(number) + "]";

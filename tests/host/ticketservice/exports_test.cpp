@@ -193,6 +193,12 @@ TEST_F(Exports, RefuseABadTicketWithItsReason)
     }
 }
 
+TEST_F(Exports, TakeUtf8UnderADeclarationOfUtf16)
+{
+    const std::string ticket = "<?xml version='1.0' encoding='utf-16'?>" + kOpen + kClose;
+    EXPECT_EQ(Merge(ticket, &ticket, kPTJobScope).hr, S_PT_NO_CONFLICT);
+}
+
 TEST_F(Exports, TakeNoCutOffTicketAndOutliveDamagedOnes)
 {
     for (std::size_t position = 0; position <= base.rfind('>'); position += 13)
