@@ -73,7 +73,10 @@ private:
         auto& reading = *static_cast<Reading*>(state);
         try
         {
-            act(reading.m_listener);
+            if (reading.m_listener.WantsMore())
+            {
+                act(reading.m_listener);
+            }
         }
         catch (...)
         {

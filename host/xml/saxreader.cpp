@@ -125,7 +125,10 @@ private:
     {
         try
         {
-            act();
+            if (m_listener.WantsMore())
+            {
+                act();
+            }
             return S_OK;
         }
         catch (...)

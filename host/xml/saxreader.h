@@ -22,6 +22,10 @@ class MarkupListener
 public:
     virtual ~MarkupListener() = default;
 
+    /// Whether anything more is to be told; from the first no on markup is only read to its end, which is
+    /// faster.
+    virtual bool WantsMore() const { return true; }
+
     /// A declaration, ahead of its element's start tag, and that it holds no more.
     virtual void OnPrefix(std::string /*prefix*/, std::string /*namespaceUri*/) {}
     virtual void OnPrefixEnd(const std::string& /*prefix*/) {}

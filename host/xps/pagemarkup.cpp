@@ -73,14 +73,12 @@ class PageListener final : public xml::MarkupListener
 public:
     PageListener(PageMarkup& page, Extent extent) : m_page(page), m_extent(extent) {}
 
+    bool WantsMore() const override { return m_seen < 2; }
+
     void OnStart(std::string namespaceUri,
                  std::string localName,
                  std::vector<xml::Attribute> attributes) override
     {
-        if (m_seen == 2)
-        {
-            return;
-        }
         const int depth = m_seen++;
         const xml::Element element{
             std::move(namespaceUri), std::move(localName), std::move(attributes), depth, {}};
