@@ -5,6 +5,8 @@
 
 #include <CLI/CLI.hpp>
 
+#include "host/paths.h"
+
 namespace host
 {
 namespace
@@ -103,12 +105,8 @@ struct Typed
     bool showsChangesOnly = false;
     std::string report;
     bool runsAgain = false;
+    bool acceptsMalformed = false;
 };
-
-std::filesystem::path FromUtf8Path(const std::string& text)
-{
-    return std::u8string(text.begin(), text.end());
-}
 
 std::optional<std::filesystem::path> ToPath(const std::string& text)
 {
@@ -158,6 +156,13 @@ void AddSettingOptions(CLI::App& command, Typed& typed)
     command.get_option("--device")->excludes("--printer");
 }
 
+void AddAcceptMalformed(CLI::App& command, Typed& typed)
+{
+    command.add_flag("--accept-malformed",
+                     typed.acceptsMalformed,
+                     "Take a page whose new markup is malformed all the same");
+}
+
 JobSetting ToSetting(const CLI::App& command, const Typed& typed)
 {
     JobSetting setting;
@@ -166,6 +171,7 @@ JobSetting ToSetting(const CLI::App& command, const Typed& typed)
     setting.printer = ToText(typed.printer);
     setting.privatePrefix = ToText(typed.privatePrefix);
     setting.module = ToPath(typed.module);
+    setting.acceptsMalformed = typed.acceptsMalformed;
     if (command.count("--tessel-type") > 0)
     {
         setting.tesselType = typed.tesselType;
@@ -196,6 +202,7 @@ Command ParseCommandLine(const std::vector<std::string>& arguments)
     run->footer(kRunFooter);
     AddInput(*run, typed);
     AddSettingOptions(*run, typed);
+    AddAcceptMalformed(*run, typed);
     run->add_option("-o,--output", typed.output, "The document to write")->type_name("OUT");
     run->add_flag("--dry-run", typed.isDryRun, "Write no document")->excludes("-o");
     run->add_flag("--trace", typed.showsCalls, "Print each pipeline call and its HRESULT on stderr");
@@ -269,6 +276,7 @@ JobSetting ParseSetting(const std::string& options)
     app.allow_windows_style_options(false);
     app.set_help_flag();
     AddSettingOptions(app, typed);
+    AddAcceptMalformed(app, typed);
     try
     {
         app.parse(options);

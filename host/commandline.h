@@ -32,6 +32,8 @@ struct JobSetting
     std::optional<std::int32_t> tesselType;
     std::optional<std::string> privatePrefix;
     tickets::TicketOverrides overrides;
+    /// Whether new markup of a page is taken that is malformed.
+    bool acceptsMalformed = false;
     /// The filter's DLL, in place of the one beside this program.
     std::optional<std::filesystem::path> module;
 };

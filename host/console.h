@@ -38,10 +38,4 @@ private:
     std::size_t m_shownLength = 0;
     std::chrono::steady_clock::time_point m_shownAt{};
 };
-
-/// Text of any origin as one line: control characters and line ends become single blanks.
-std::string ToOneLine(std::string_view text);
-
-/// "1 page", "2 pages".
-std::string CountOf(std::size_t count, const char* what);
 } // namespace host

@@ -4,7 +4,7 @@
 #include <iterator>
 #include <stdexcept>
 
-#include "host/opc/ziparchive.h"
+#include "host/paths.h"
 
 namespace host
 {
@@ -14,7 +14,7 @@ std::string ReadFileBytes(const std::filesystem::path& file)
     std::string bytes(std::istreambuf_iterator<char>(stream), {});
     if (!stream.is_open() || stream.bad())
     {
-        throw std::runtime_error(opc::ToUtf8Path(file) + ": cannot be read");
+        throw std::runtime_error(ToUtf8Path(file) + ": cannot be read");
     }
     return bytes;
 }

@@ -97,6 +97,10 @@ HRESULT Judge(const pipeline::PipelineJob& job, std::string& debt)
     {
         return job.shutdownReason;
     }
+    if (job.refusal)
+    {
+        return E_INVALIDARG;
+    }
     debt = job.FindDebt();
     return debt.empty() ? S_OK : E_UNEXPECTED;
 }
@@ -109,6 +113,7 @@ FilterOutcome RunFilter(const FilterJob& job)
     const tickets::Printer printer(job.printer);
     pipeline::CallTrace trace(job.onCall);
     const auto shared = std::make_shared<pipeline::PipelineJob>(package, &writer, trace);
+    shared->acceptsMalformed = job.acceptsMalformed;
     const pipeline::FilterModule module(job.module);
 
     FilterOutcome outcome;
@@ -141,6 +146,11 @@ FilterOutcome RunFilter(const FilterJob& job)
         if (SUCCEEDED(outcome.result))
         {
             outcome.result = Judge(*shared, outcome.debt);
+        }
+        if (const auto& refusal = shared->refusal)
+        {
+            outcome.part = refusal->page;
+            outcome.markupFault = refusal->fault;
         }
     }
     outcome.keptObjects = static_cast<std::size_t>(shared.use_count()) - 1;

@@ -25,6 +25,8 @@ struct FilterJob
     /// What the driver's property bag holds; empty for a value that it does not have.
     std::optional<std::int32_t> tesselType;
     std::optional<std::string> privatePrefix;
+    /// Whether new markup is taken that is not well-formed or lies in no namespace of XPS.
+    bool acceptsMalformed = false;
 
     /// Told, on any thread, of each page that the filter has sent, and of each call of the pipeline.
     std::function<void(const report::PageReport&)> onPage;
@@ -41,11 +43,13 @@ struct FilterJob
 struct FilterOutcome
 {
     /// The filter's own answer, or what it asked the pipeline to shut down for, or E_UNEXPECTED for one that
-    /// left its work undone.
+    /// left its work undone, or E_INVALIDARG for one that wrote a page which cannot be taken.
     HRESULT result = S_OK;
     /// What it left undone; empty for nothing.
     std::string debt;
-    /// Where the filter was when it failed; empty before the first part.
+    /// What is wrong with the new markup of the page that was not taken; empty for none.
+    std::string markupFault;
+    /// Where the filter was when it failed, or that page; empty before the first part.
     std::string part;
     std::size_t documents = 0;
     std::size_t pages = 0;

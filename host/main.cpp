@@ -13,6 +13,8 @@
 #include "host/interrupt.h"
 #include "host/opc/package.h"
 #include "host/opc/packageerror.h"
+#include "host/paths.h"
+#include "host/text.h"
 
 namespace host
 {
@@ -32,8 +34,8 @@ ExitStatus Run(const JobCommand& command, Console& console)
     }
     catch (const opc::PackageError& failure)
     {
-        console.PrintError(
-            ToOneLine("xpsfilterhost: " + opc::ToUtf8Path(command.input) + ": " + failure.what()) + "\n");
+        console.PrintError(ToOneLine("xpsfilterhost: " + ToUtf8Path(command.input) + ": " + failure.what()) +
+                           "\n");
     }
     catch (const std::exception& failure)
     {

@@ -6,7 +6,7 @@
 #include <system_error>
 #include <utility>
 
-#include "host/opc/ziparchive.h"
+#include "host/paths.h"
 
 namespace host
 {
@@ -51,6 +51,6 @@ void ReplacedFile::Commit()
 
 void ReplacedFile::Fail() const
 {
-    throw std::runtime_error(opc::ToUtf8Path(m_target) + ": cannot be written");
+    throw std::runtime_error(ToUtf8Path(m_target) + ": cannot be written");
 }
 } // namespace host

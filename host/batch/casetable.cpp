@@ -6,6 +6,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include "host/paths.h"
+
 namespace host::batch
 {
 namespace
@@ -56,11 +58,6 @@ void PlaceAt(const std::filesystem::path& folder, std::optional<std::filesystem:
     }
 }
 
-std::filesystem::path ToPath(const std::string& text)
-{
-    return std::u8string(text.begin(), text.end());
-}
-
 Case ReadCase(std::string_view line, const std::filesystem::path& folder)
 {
     const auto [document, options, device, expected] = SplitCells(line);
@@ -69,7 +66,7 @@ Case ReadCase(std::string_view line, const std::filesystem::path& folder)
         throw std::runtime_error("names no document");
     }
     Case row;
-    row.document = folder / ToPath(document);
+    row.document = folder / FromUtf8Path(document);
     row.setting = ParseSetting(options);
     row.expected = ParseCourse(expected);
     row.title = document + (options.empty() ? "" : " " + options);
@@ -79,7 +76,7 @@ Case ReadCase(std::string_view line, const std::filesystem::path& folder)
         {
             throw std::runtime_error("has --device or --printer and a device of its column");
         }
-        row.setting.device = ToPath(device);
+        row.setting.device = FromUtf8Path(device);
         row.title += " on " + device;
     }
     PlaceAt(folder, row.setting.userTicket);

@@ -4,9 +4,10 @@
 #include <array>
 #include <charconv>
 #include <cstdint>
-#include <iomanip>
 #include <sstream>
 #include <stdexcept>
+
+#include "host/resulttext.h"
 
 namespace host::batch
 {
@@ -95,14 +96,7 @@ std::string FormatEnd(const Course& course)
     case JobEnd::FilterFailed:
         break;
     }
-    std::ostringstream text;
-    text << kFailed;
-    if (course.result)
-    {
-        text << " 0x" << std::hex << std::setw(8) << std::setfill('0')
-             << static_cast<std::uint32_t>(*course.result);
-    }
-    return text.str();
+    return std::string(kFailed) + (course.result ? " " + FormatResult(*course.result) : "");
 }
 
 std::string ExplainPage(const std::vector<report::PageReport>& pages, std::size_t index)

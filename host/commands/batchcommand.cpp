@@ -1,6 +1,5 @@
 #include "host/commands/batchcommand.h"
 
-#include <chrono>
 #include <exception>
 #include <iomanip>
 #include <sstream>
@@ -15,7 +14,9 @@
 #include "host/filterjob.h"
 #include "host/interrupt.h"
 #include "host/opc/packageerror.h"
-#include "host/opc/ziparchive.h"
+#include "host/paths.h"
+#include "host/stopwatch.h"
+#include "host/text.h"
 
 namespace host
 {
@@ -27,7 +28,12 @@ batch::JobResult RunCase(const batch::Case& row, const Interrupt& interrupt)
     const JobGround ground(row.setting);
     batch::JobResult result;
     FilterJob job = ground.MakeJob(row.document, row.setting);
-    job.onPage = [&](const report::PageReport& page) { result.pages.push_back(page); };
+    job.onPage = [&](const report::PageReport& page) {
+        if (!page.isRefused)
+        {
+            result.pages.push_back(page);
+        }
+    };
     job.isCancelled = [&] { return interrupt.IsRaised(); };
     try
     {
@@ -59,7 +65,7 @@ public:
     void TellFault(std::size_t line, const std::string& reason)
     {
         ++m_faults;
-        m_console.PrintError(ToOneLine("xpsfilterhost: " + opc::ToUtf8Path(m_command.input) + ":" +
+        m_console.PrintError(ToOneLine("xpsfilterhost: " + ToUtf8Path(m_command.input) + ":" +
                                        std::to_string(line) + ": " + reason) +
                              "\n");
     }
@@ -87,7 +93,6 @@ public:
 
     ExitStatus Sum() const
     {
-        const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - m_start;
         std::ostringstream text;
         text << CountOf(m_alike + m_different + m_faults, "case") << ": " << m_alike << " as expected; "
              << m_different << " not";
@@ -95,7 +100,7 @@ public:
         {
             text << "; " << m_faults << " could not be run";
         }
-        text << "; " << std::fixed << std::setprecision(2) << seconds.count() << " s\n";
+        text << "; " << m_watch.FormatElapsed() << "\n";
         m_console.PrintOut(text.str());
         if (m_faults > 0)
         {
@@ -124,7 +129,7 @@ private:
     std::size_t m_alike = 0;
     std::size_t m_different = 0;
     std::size_t m_faults = 0;
-    std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
+    Stopwatch m_watch;
 };
 } // namespace
 
@@ -143,7 +148,7 @@ ExitStatus Carry(const BatchCommand& command, Console& console)
     }
     if (table.cases.empty())
     {
-        throw std::runtime_error(opc::ToUtf8Path(command.input) + ": has no case");
+        throw std::runtime_error(ToUtf8Path(command.input) + ": has no case");
     }
     const Interrupt interrupt;
     for (const batch::Case& row : table.cases)

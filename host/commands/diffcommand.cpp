@@ -8,7 +8,8 @@
 #include "host/diff/packagediff.h"
 #include "host/opc/package.h"
 #include "host/opc/packageerror.h"
-#include "host/opc/ziparchive.h"
+#include "host/paths.h"
+#include "host/text.h"
 
 namespace host
 {
@@ -24,7 +25,7 @@ opc::Package OpenOther(const std::filesystem::path& path)
     }
     catch (const opc::PackageError& fault)
     {
-        throw std::runtime_error(opc::ToUtf8Path(path) + ": " + fault.what());
+        throw std::runtime_error(ToUtf8Path(path) + ": " + fault.what());
     }
 }
 } // namespace

@@ -1,14 +1,13 @@
 #include "host/commands/filteranswer.h"
 
-#include <cstdint>
-#include <iomanip>
-#include <sstream>
 #include <vector>
 
 #include "base/logging/errors.h"
 #include "host/console.h"
 #include "host/opc/package.h"
 #include "host/opc/packageerror.h"
+#include "host/resulttext.h"
+#include "host/text.h"
 #include "host/xml/elementreader.h"
 #include "host/xps/xpsdocument.h"
 
@@ -18,10 +17,7 @@ namespace
 {
 std::string Describe(HRESULT result)
 {
-    std::ostringstream text;
-    text << "0x" << std::hex << std::setw(8) << std::setfill('0') << static_cast<std::uint32_t>(result)
-         << ": " << base::exception::GetErrorText(result);
-    return ToOneLine(text.str());
+    return FormatResult(result) + ": " + ToOneLine(base::exception::GetErrorText(result));
 }
 } // namespace
 
@@ -52,6 +48,11 @@ void ThrowPackageFault(const std::filesystem::path& input, const FilterOutcome& 
 std::string DescribeFailure(const FilterOutcome& outcome)
 {
     const std::string at = outcome.part.empty() ? "" : outcome.part + ": ";
+    if (!outcome.markupFault.empty())
+    {
+        return at + "the filter failed with " + FormatResult(outcome.result) + ": the new markup " +
+               ToOneLine(outcome.markupFault) + "; --accept-malformed takes it all the same";
+    }
     const std::string what = outcome.debt.empty() ? "failed with" : outcome.debt + ":";
     return at + "the filter " + what + " " + Describe(outcome.result);
 }

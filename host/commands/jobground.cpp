@@ -4,7 +4,7 @@
 
 #include "base/utility/utf8.h"
 #include "host/filebytes.h"
-#include "host/opc/ziparchive.h"
+#include "host/paths.h"
 #include "host/tickets/userticket.h"
 
 namespace host
@@ -48,6 +48,7 @@ FilterJob JobGround::MakeJob(const std::filesystem::path& input, const JobSettin
     job.printer = PrinterOf(setting);
     job.tesselType = setting.tesselType;
     job.privatePrefix = setting.privatePrefix;
+    job.acceptsMalformed = setting.acceptsMalformed;
     return job;
 }
 
@@ -60,7 +61,7 @@ void JobGround::Describe(const std::filesystem::path& device) const
     }
     catch (const std::runtime_error& fault)
     {
-        throw std::runtime_error(opc::ToUtf8Path(device) + ": " + fault.what());
+        throw std::runtime_error(ToUtf8Path(device) + ": " + fault.what());
     }
 }
 } // namespace host

@@ -1,8 +1,6 @@
 #include "host/commands/runcommand.h"
 
-#include <chrono>
-#include <iomanip>
-#include <sstream>
+#include <map>
 #include <string>
 #include <utility>
 
@@ -11,9 +9,13 @@
 #include "host/commands/runreport.h"
 #include "host/filterjob.h"
 #include "host/interrupt.h"
-#include "host/opc/ziparchive.h"
+#include "host/paths.h"
 #include "host/report/again.h"
+#include "host/report/decisioncounts.h"
 #include "host/report/pagetable.h"
+#include "host/resulttext.h"
+#include "host/stopwatch.h"
+#include "host/text.h"
 
 namespace host
 {
@@ -39,16 +41,24 @@ public:
         };
     }
 
-    /// Of another run over the output only what it would change is worth a line.
+    /// Of another run over the output only what it would change, or cannot be judged, is worth a line.
     void ConnectAgain(FilterJob& job)
     {
         job.onPage = [this](const report::PageReport& page) { ShowAgain(page); };
         job.onCall = {};
     }
 
+    /// What was wrong with the markup that the first run wrote for a page; empty for nothing.
+    std::string FaultOf(std::size_t page) const
+    {
+        const auto found = m_faults.find(page);
+        return found == m_faults.end() ? std::string() : found->second;
+    }
+
     std::string SummariseAgain() const
     {
-        return CountOf(m_stable, "page") + " stable; " + std::to_string(m_unstable) + " would change";
+        return CountOf(m_stable, "page") + " stable; " + std::to_string(m_unstable) + " would change" +
+               (m_faults.empty() ? "" : "; " + std::to_string(m_faults.size()) + " not judged");
     }
 
     void ShowOutcome(const FilterOutcome& outcome)
@@ -66,7 +76,11 @@ public:
 private:
     void ShowPage(const report::PageReport& page)
     {
-        ++m_decisions[static_cast<std::size_t>(report::Decide(page))];
+        m_decisions.Add(page);
+        if (!page.markupFault.empty())
+        {
+            m_faults[page.number] = page.markupFault;
+        }
         if (m_command.asJson)
         {
             m_console.PrintOut(report::FormatJson(page));
@@ -83,7 +97,8 @@ private:
     void ShowAgain(const report::PageReport& page)
     {
         const bool isStable = report::IsStable(page);
-        ++(isStable ? m_stable : m_unstable);
+        m_stable += isStable ? 1 : 0;
+        m_unstable += !isStable && report::IsJudged(page) ? 1 : 0;
         if (m_command.asJson)
         {
             m_console.PrintOut(report::FormatAgainJson(page));
@@ -97,41 +112,30 @@ private:
 
     void ShowCall(const pipeline::TracedCall& call)
     {
-        std::ostringstream line;
-        line << "0x" << std::hex << std::setw(8) << std::setfill('0')
-             << static_cast<std::uint32_t>(call.result) << " " << call.method
-             << (call.subject.empty() ? "" : " ") << call.subject << "\n";
-        m_console.PrintError(line.str());
+        m_console.PrintError(FormatResult(call.result) + " " + std::string(call.method) +
+                             (call.subject.empty() ? "" : " ") + call.subject + "\n");
     }
 
     std::string Summarise(const FilterOutcome& outcome) const
     {
-        const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - m_start;
-        std::ostringstream text;
-        text << CountOf(outcome.pages, "page") << " in " << CountOf(outcome.documents, "document") << ":";
-        const char* separator = " ";
-        for (std::size_t decision = 0; decision < std::size(m_decisions); ++decision)
-        {
-            text << separator << m_decisions[decision] << " "
-                 << report::NameOf(static_cast<report::Decision>(decision));
-            separator = "; ";
-        }
-        text << "; " << std::fixed << std::setprecision(2) << seconds.count() << " s";
-        text << (m_command.output ? ": " + opc::ToUtf8Path(*m_command.output) : ", nothing written") << "\n";
-        return text.str();
+        return CountOf(outcome.pages, "page") + " in " + CountOf(outcome.documents, "document") + ": " +
+               m_decisions.Format() + "; " + m_watch.FormatElapsed() +
+               (m_command.output ? ": " + ToUtf8Path(*m_command.output) : ", nothing written") + "\n";
     }
 
     const RunCommand& m_command;
     Console& m_console;
-    std::size_t m_decisions[4] = {};
+    report::DecisionCounts m_decisions;
     std::size_t m_stable = 0;
     std::size_t m_unstable = 0;
-    std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
+    // Of the pages that were malformed and taken all the same.
+    std::map<std::size_t, std::string> m_faults;
+    Stopwatch m_watch;
 };
 
 void TellFailure(const std::filesystem::path& input, const std::string& failure, Console& console)
 {
-    console.PrintError(ToOneLine("xpsfilterhost: " + opc::ToUtf8Path(input) + ": " + failure) + "\n");
+    console.PrintError(ToOneLine("xpsfilterhost: " + ToUtf8Path(input) + ": " + failure) + "\n");
 }
 
 /// Runs the filter over what it has written, without writing anything, as long as nobody stops it.
@@ -141,6 +145,10 @@ FilterOutcome RunAgain(FilterJob job, RunView& view, RunReport& report)
     job.detail = report::Detail::Tickets;
     view.ConnectAgain(job);
     report.ConnectAgain(job);
+    job.onPage = [&view, others = std::move(job.onPage)](report::PageReport page) {
+        page.markupFault = view.FaultOf(page.number);
+        others(page);
+    };
     return RunFilter(job);
 }
 

@@ -4,17 +4,16 @@
 #include <system_error>
 #include <utility>
 
-#include "base/logging/errors.h"
-#include "base/logging/log.h"
 #include "host/console.h"
-#include "host/opc/ziparchive.h"
+#include "host/paths.h"
 #include "host/report/htmltext.h"
 #include "host/report/ticketlisting.h"
+#include "host/resulttext.h"
+#include "host/text.h"
 
 namespace host
 {
 using report::CodeOf;
-using report::Decision;
 using report::EscapeHtml;
 
 namespace
@@ -44,14 +43,14 @@ void RequireFileOfItsOwn(const RunCommand& command)
     {
         if (path && IsSameFile(*command.report, *path))
         {
-            throw std::runtime_error(opc::ToUtf8Path(*command.report) + ": the report would replace " + what);
+            throw std::runtime_error(ToUtf8Path(*command.report) + ": the report would replace " + what);
         }
     }
 }
 
 std::string CodeOfPath(const std::filesystem::path& path)
 {
-    return CodeOf(opc::ToUtf8Path(path));
+    return CodeOf(ToUtf8Path(path));
 }
 
 std::string DescribePrinter(const JobSetting& setting)
@@ -72,22 +71,25 @@ std::string DescribeOptions(const JobSetting& setting)
             html += (html.empty() ? "" : " ") + CodeOf(option + (" " + *value));
         }
     };
-    add("--user-ticket",
-        setting.userTicket ? std::optional(opc::ToUtf8Path(*setting.userTicket)) : std::nullopt);
+    add("--user-ticket", setting.userTicket ? std::optional(ToUtf8Path(*setting.userTicket)) : std::nullopt);
     add("--orientation", setting.overrides.orientation);
     add("--media", setting.overrides.media);
     add("--limits", setting.overrides.limits);
     add("--tessel-type",
         setting.tesselType ? std::optional(std::to_string(*setting.tesselType)) : std::nullopt);
     add("--ns-prefix", setting.privatePrefix);
-    add("--module", setting.module ? std::optional(opc::ToUtf8Path(*setting.module)) : std::nullopt);
+    add("--module", setting.module ? std::optional(ToUtf8Path(*setting.module)) : std::nullopt);
+    if (setting.acceptsMalformed)
+    {
+        html += (html.empty() ? "" : " ") + CodeOf("--accept-malformed");
+    }
     return html.empty() ? "none" : html;
 }
 
 std::string DescribeCall(HRESULT result)
 {
-    const std::string meaning = report::DescribeResult(result);
-    return "<code>" + report::FormatResult(result) + "</code>" +
+    const std::string meaning = DescribeResult(result);
+    return "<code>" + FormatResult(result) + "</code>" +
            (meaning.empty() ? "" : " (" + EscapeHtml(meaning) + ")");
 }
 } // namespace
@@ -171,7 +173,7 @@ void RunReport::Fail(const std::string& reason, const std::string& part) noexcep
         const std::string why = ToOneLine(reason);
         m_report->AddFailure({part.empty() ? m_part : part, why}, m_calls);
         std::string outcome = "<b>failed</b>, <a href=\"#failed\">" + EscapeHtml(why) + "</a>";
-        if (FAILED(m_result) && why.find(report::FormatResult(m_result)) == std::string::npos)
+        if (FAILED(m_result) && why.find(FormatResult(m_result)) == std::string::npos)
         {
             outcome += "; the filter answered " + DescribeCall(m_result);
         }
@@ -216,36 +218,23 @@ void RunReport::TakeCall(const pipeline::TracedCall& call)
 
 void RunReport::Write(const std::string& outcome, const std::string& output)
 {
-    const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - m_start;
     const JobSetting& setting = m_command.setting;
+    const report::DecisionCounts& decisions = m_report->Decisions();
     std::vector<report::SummaryRow> rows = {
         {"Document", CodeOfPath(m_command.input)},
         {"Outcome", outcome},
         {"Output", output},
-        {"Pages", CountPages()},
-        {"Time", base::logging::FormatString("%.2f s", seconds.count())},
-        {"Device", DescribePrinter(setting)},
-        {"User's ticket", m_userTicket},
-        {"Options", DescribeOptions(setting)},
+        {"Pages", std::to_string(decisions.All()) + " in all: " + decisions.Format()},
     };
     if (!m_again.empty())
     {
-        rows.insert(rows.begin() + 4, {"Run again", m_again});
+        rows.push_back({"Run again", m_again});
     }
-    m_report->Finish("Page report: " + opc::ToUtf8Path(m_command.input.filename()), rows);
-}
-
-std::string RunReport::CountPages() const
-{
-    std::size_t all = 0;
-    std::string text;
-    for (const Decision decision :
-         {Decision::Passed, Decision::Turned, Decision::Refitted, Decision::TurnedAndRefitted})
-    {
-        all += m_report->Count(decision);
-        text += (text.empty() ? "" : "; ") + std::to_string(m_report->Count(decision)) + " " +
-                report::NameOf(decision);
-    }
-    return std::to_string(all) + " in all: " + text;
+    rows.insert(rows.end(),
+                {{"Time", m_watch.FormatElapsed()},
+                 {"Device", DescribePrinter(setting)},
+                 {"User's ticket", m_userTicket},
+                 {"Options", DescribeOptions(setting)}});
+    m_report->Finish("Page report: " + ToUtf8Path(m_command.input.filename()), rows);
 }
 } // namespace host

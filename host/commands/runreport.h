@@ -1,6 +1,5 @@
 #pragma once
 
-#include <chrono>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -9,6 +8,7 @@
 #include "host/commandline.h"
 #include "host/filterjob.h"
 #include "host/report/htmlreport.h"
+#include "host/stopwatch.h"
 
 namespace host
 {
@@ -41,11 +41,10 @@ private:
     void TakePage(const report::PageReport& page);
     void TakeCall(const pipeline::TracedCall& call);
     void Write(const std::string& outcome, const std::string& output);
-    std::string CountPages() const;
 
     const RunCommand& m_command;
     std::optional<report::HtmlReport> m_report;
-    std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
+    Stopwatch m_watch;
     std::string m_userTicket = "could not be read";
     std::string m_again;
     bool m_isWritten = false;

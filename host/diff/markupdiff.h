@@ -14,7 +14,4 @@ namespace host::diff
 /// without comments, processing instructions and text that is blank all through. Names in attributes of the
 /// Print Schema, "psk:ISOA4", are compared by their namespaces, too.
 std::optional<std::string> FindMarkupDifference(std::string_view one, std::string_view other);
-
-/// Two values side by side, long ones cut down to where they differ: "816 -> 1056.00".
-std::string FormatChange(std::string_view one, std::string_view other);
 } // namespace host::diff

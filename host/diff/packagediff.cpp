@@ -9,7 +9,8 @@
 #include "host/console.h"
 #include "host/diff/markupdiff.h"
 #include "host/opc/packageerror.h"
-#include "host/opc/ziparchive.h"
+#include "host/paths.h"
+#include "host/text.h"
 #include "host/xml/markuptext.h"
 
 namespace host::diff
@@ -27,7 +28,7 @@ std::string ReadPart(const Package& package, const PartName& part)
     }
     catch (const opc::PackageError& fault)
     {
-        throw std::runtime_error(opc::ToUtf8Path(package.Path()) + ": " + fault.what());
+        throw std::runtime_error(ToUtf8Path(package.Path()) + ": " + fault.what());
     }
 }
 

@@ -67,4 +67,11 @@ std::size_t PartContent::Read(std::uint64_t position, char* buffer, std::size_t 
     }
     return done;
 }
+
+std::string PartContent::ReadStart(std::uint64_t most) const
+{
+    std::string start(static_cast<std::size_t>(std::min(Size(), most)), '\0');
+    start.resize(Read(0, start.data(), start.size()));
+    return start;
+}
 } // namespace host::opc

@@ -33,6 +33,9 @@ public:
     /// Reads from `position` on and gives the count of bytes, which is less than `size` only at the end.
     std::size_t Read(std::uint64_t position, char* buffer, std::size_t size) const;
 
+    /// What it begins with, or all of it where that is not more than `most` bytes.
+    std::string ReadStart(std::uint64_t most) const;
+
 private:
     /// A run of bytes in the spill file.
     struct Extent

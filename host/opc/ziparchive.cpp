@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "host/opc/packageerror.h"
+#include "host/paths.h"
 
 namespace host::opc
 {
@@ -144,12 +145,6 @@ void ZipArchive::RequireReadable() const
             throw PackageError(m_items[index].name, "cannot be read from the archive");
         }
     }
-}
-
-std::string ToUtf8Path(const std::filesystem::path& path)
-{
-    const std::u8string text = path.u8string();
-    return {text.begin(), text.end()};
 }
 
 std::string DescribeZipError(int code)

@@ -67,9 +67,6 @@ private:
     std::vector<ZipItem> m_items;
 };
 
-/// The library wants UTF-8 on every system.
-std::string ToUtf8Path(const std::filesystem::path& path);
-
 /// The library's own words for an error code.
 std::string DescribeZipError(int code);
 } // namespace host::opc

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "host/opc/packageerror.h"
+#include "host/paths.h"
 
 namespace host::opc
 {

@@ -48,9 +48,9 @@ HRESULT DocumentConsumer::Send(const char* method, IUnknown* object, Store&& sto
         {
             return E_UNEXPECTED;
         }
-        store(*part);
-        ++m_pJob->sent;
-        return S_OK;
+        const HRESULT stored = store(*part);
+        m_pJob->sent += SUCCEEDED(stored) ? 1 : 0;
+        return stored;
     });
 }
 
@@ -58,8 +58,9 @@ template <typename Part>
 HRESULT DocumentConsumer::SendTreePart(const char* method, IUnknown* object)
 {
     return Send<Part>(method, object, [this](Part& part) {
-        m_onSent({part.Ticket().Owner(), nullptr, part.Ticket().New()});
+        m_onSent({part.Ticket().Owner(), nullptr, part.Ticket().New(), false});
         part.Ticket().Store();
+        return S_OK;
     });
 }
 
@@ -77,7 +78,7 @@ STDMETHODIMP DocumentConsumer::SendXpsUnknown(IUnknown* part)
 STDMETHODIMP DocumentConsumer::SendXpsDocument(IXpsDocument* document)
 {
     return Send<DocumentRootPart>(
-        "IXpsDocumentConsumer::SendXpsDocument", document, [](const DocumentRootPart&) {});
+        "IXpsDocumentConsumer::SendXpsDocument", document, [](const DocumentRootPart&) { return S_OK; });
 }
 
 STDMETHODIMP DocumentConsumer::SendFixedDocumentSequence(IFixedDocumentSequence* sequence)
@@ -93,12 +94,25 @@ STDMETHODIMP DocumentConsumer::SendFixedDocument(IFixedDocument* document)
 STDMETHODIMP DocumentConsumer::SendFixedPage(IFixedPage* page)
 {
     return Send<PagePart>("IXpsDocumentConsumer::SendFixedPage", page, [this](PagePart& own) {
-        m_onSent({own.Ticket().Owner(), own.NewMarkup(), own.Ticket().New()});
-        own.Ticket().Store();
-        if (own.NewMarkup() != nullptr)
+        PartWriteStream* const written = own.NewMarkup();
+        std::optional<xps::PageMarkup> markup;
+        if (written != nullptr)
         {
-            m_pJob->writer->ReplacePart(own.Ticket().Owner().name, own.NewMarkup()->DetachContent());
+            markup = xps::ReadPage(written->Content().ReadStart(written->Content().Size()));
         }
+        const bool isRefused = markup && !markup->fault.empty() && !m_pJob->acceptsMalformed;
+        m_onSent({own.Ticket().Owner(), markup ? &*markup : nullptr, own.Ticket().New(), isRefused});
+        if (isRefused)
+        {
+            m_pJob->refusal = {std::string(own.Name()), markup->fault};
+            return E_INVALIDARG;
+        }
+        own.Ticket().Store();
+        if (written != nullptr)
+        {
+            m_pJob->writer->ReplacePart(own.Ticket().Owner().name, written->DetachContent());
+        }
+        return S_OK;
     });
 }
 

@@ -4,8 +4,8 @@
 
 #include "base/utility/comobject.h"
 #include "host/pipeline/pipelinejob.h"
-#include "host/pipeline/printstreams.h"
 #include "host/pipeline/ticketpart.h"
+#include "host/xps/pagemarkup.h"
 #include "host/xps/xpsdocument.h"
 #include "platform/filterpipeline.h"
 
@@ -16,9 +16,11 @@ struct SentPart
 {
     const xps::JobPart& part;
     /// Of a page; null for markup that stays as it is.
-    PartWriteStream* newMarkup;
+    const xps::PageMarkup* newMarkup;
     /// Null for a ticket that stays as it is, or none.
     TicketPart* newTicket;
+    /// Whether the part is not taken, for what is wrong with its new markup.
+    bool isRefused;
 };
 
 /// Takes the parts that a filter sends and writes what it changed into the new package. Used on the job's
@@ -26,7 +28,7 @@ struct SentPart
 class DocumentConsumer final : public base::utility::ComObject<IXpsDocumentConsumer>
 {
 public:
-    /// May read new contents, which the package takes afterwards.
+    /// May read a new ticket, which the package takes afterwards.
     using Listener = std::function<void(const SentPart&)>;
 
     DocumentConsumer(PipelineJobPtr job, Listener onSent)
@@ -36,7 +38,8 @@ public:
 
     // Parts of the tree must be of this pipeline: E_INVALIDARG otherwise. They must come in the order in
     // which they were handed out, all streams to a part's new contents closed exactly once before it is sent,
-    // a new ticket with one part only, and nothing after CloseSender: E_UNEXPECTED otherwise.
+    // a new ticket with one part only, and nothing after CloseSender: E_UNEXPECTED otherwise. A page's new
+    // markup must be a page's, as far as ReadPage tells, unless the job takes any: E_INVALIDARG otherwise.
 
     /// Takes no part of the tree: one that is sent as unknown is not sent.
     STDMETHODIMP SendXpsUnknown(IUnknown* part) override;

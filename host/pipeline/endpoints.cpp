@@ -1,9 +1,9 @@
 #include "host/pipeline/endpoints.h"
 
-#include <cstdio>
 #include <string>
 
 #include "host/pipeline/printstreams.h"
+#include "host/resulttext.h"
 
 namespace host::pipeline
 {
@@ -37,9 +37,7 @@ STDMETHODIMP Communicator::RequestWriter(void** writer)
 
 STDMETHODIMP ManagerControl::RequestShutdown(HRESULT reason, IImgErrorInfo*)
 {
-    char text[11];
-    std::snprintf(text, sizeof(text), "0x%08lX", static_cast<unsigned long>(reason));
-    return m_pJob->trace.Answer("IPrintPipelineManagerControl::RequestShutdown", text, [&] {
+    return m_pJob->trace.Answer("IPrintPipelineManagerControl::RequestShutdown", FormatResult(reason), [&] {
         HRESULT none = S_OK;
         if (FAILED(reason))
         {

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "base/logging/errors.h"
-#include "base/utility/utf8.h"
+#include "host/paths.h"
 
 namespace host::pipeline
 {
@@ -17,7 +17,7 @@ constexpr CLSID kFilterClass = {0xD79DCE9B, 0x5F31, 0x4A6C, {0xA1, 0x60, 0xA3, 0
 
 [[noreturn]] void Fail(const std::filesystem::path& library, const std::string& what)
 {
-    throw std::runtime_error(base::utility::ToUtf8(library.wstring()) + ": " + what);
+    throw std::runtime_error(ToUtf8Path(library) + ": " + what);
 }
 } // namespace
 

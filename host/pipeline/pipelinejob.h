@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <map>
 #include <memory>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -12,6 +13,8 @@
 #include "host/opc/package.h"
 #include "host/opc/packagewriter.h"
 #include "host/pipeline/calltrace.h"
+#include "host/xps/xpsdocument.h"
+#include "host/xps/xpsvocabulary.h"
 #include "platform/win32.h"
 
 namespace host::pipeline
@@ -22,12 +25,15 @@ namespace host::pipeline
 /// The job's thread alone changes it, but for what is atomic.
 struct PipelineJob
 {
+    /// Throws PackageError for relationships of the package that cannot be read.
     PipelineJob(const opc::Package& source, opc::PackageWriter* target, CallTrace& calls)
-        : package(source), writer(target), trace(calls)
+        : package(source), vocabulary(xps::FindVocabulary(source)), writer(target), trace(calls)
     {
     }
 
     const opc::Package& package;
+    /// That new relationships are written in.
+    const xps::Vocabulary& vocabulary;
     /// Null for a job that is only read.
     opc::PackageWriter* writer;
     CallTrace& trace;
@@ -40,6 +46,16 @@ struct PipelineJob
     std::size_t handedOut = 0;
     std::size_t sent = 0;
     bool isReadToEnd = false;
+
+    /// Whether new markup is taken that is not well-formed or lies in no namespace of XPS.
+    bool acceptsMalformed = false;
+    /// The page that was not taken for its new markup, and what is wrong with that.
+    struct Refusal
+    {
+        std::string page;
+        std::string fault;
+    };
+    std::optional<Refusal> refusal;
 
     /// How many parts of the job name a ticket, and how many of them let go of it.
     struct TicketUse

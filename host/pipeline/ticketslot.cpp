@@ -1,32 +1,13 @@
 #include "host/pipeline/ticketslot.h"
 
-#include <string_view>
 #include <utility>
 
 #include "host/pipeline/partanswers.h"
-#include "host/xps/xpsvocabulary.h"
 
 namespace host::pipeline
 {
 using base::utility::ComPtr;
 using base::utility::MakeCom;
-
-namespace
-{
-/// The relationship type of the vocabulary that a package is written in, told by its root.
-std::string_view PrintTicketTypeOf(const opc::Package& package)
-{
-    const auto root = package.RelationshipsOf(opc::PartName::PackageRoot());
-    for (const xps::Vocabulary& vocabulary : xps::kVocabularies)
-    {
-        if (root.FindTarget(vocabulary.fixedRepresentation))
-        {
-            return vocabulary.printTicket;
-        }
-    }
-    return xps::kVocabularies[0].printTicket;
-}
-} // namespace
 
 TicketSlot::TicketSlot(const PipelineJobPtr& job, const xps::JobPart& owner) : m_pJob(job), m_owner(owner)
 {
@@ -96,7 +77,7 @@ void TicketSlot::Store()
     }
     if (m_pNew)
     {
-        relationships.Add(PrintTicketTypeOf(m_pJob->package), m_pNew->Name());
+        relationships.Add(m_pJob->vocabulary.printTicket, m_pNew->Name());
         m_pNew->Store();
     }
 }

@@ -1,49 +1,23 @@
 #include "host/report/again.h"
 
-#include "host/report/ticketdiff.h"
-#include "host/ticketservice/printschema.h"
-
 namespace host::report
 {
-namespace
+bool IsJudged(const PageReport& page)
 {
-/// "; its ticket asks for ISOA3, and the printer takes NorthAmericaLetter"; empty where a page gets what its
-/// own ticket asks for.
-std::string ExplainReplacement(const PageDetails& details)
-{
-    std::string text;
-    for (const char* feature : {"PageOrientation", "PageMediaSize"})
-    {
-        const auto wanted = FindOption(details.ownTicket, feature);
-        const auto taken = FindOption(details.effectiveTicket, feature);
-        if (wanted && taken && wanted != taken)
-        {
-            text += "; its ticket asks for " + *wanted + ", in whose place the printer puts " + *taken;
-        }
-    }
-    return text;
+    return page.markupFault.empty();
 }
-
-std::string FindReplacement(const PageReport& page)
-{
-    try
-    {
-        return page.details ? ExplainReplacement(*page.details) : std::string();
-    }
-    catch (const ticketservice::FormatError&)
-    {
-        return {};
-    }
-}
-} // namespace
 
 bool IsStable(const PageReport& page)
 {
-    return !page.isMarkupReplaced && page.newTicket.empty();
+    return IsJudged(page) && !page.isMarkupReplaced && page.newTicket.empty();
 }
 
 std::string NameAgain(const PageReport& page)
 {
+    if (!IsJudged(page))
+    {
+        return "not judged";
+    }
     if (IsStable(page))
     {
         return "stable";
@@ -55,11 +29,14 @@ std::string NameAgain(const PageReport& page)
 
 std::string ExplainAgain(const PageReport& page)
 {
+    if (!IsJudged(page))
+    {
+        return ExplainMarkupFault(page);
+    }
     if (IsStable(page))
     {
         return ExplainDecision(page);
     }
-    return page.asked.mediaName + " " + FormatSheet(page.asked.media) + " mm; " + ExplainDecision(page) +
-           FindReplacement(page);
+    return page.asked.mediaName + " " + FormatSheet(page.asked.media) + " mm; " + ExplainDecision(page);
 }
 } // namespace host::report

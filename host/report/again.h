@@ -6,13 +6,18 @@
 
 namespace host::report
 {
-/// What is said of a page that comes from a run over the output of another: whether that one's work is done.
+// What is said of a page in a run over the output of another. Its fault is that of the markup which the other
+// run wrote.
+
+/// Nothing can be said of markup that readers do not understand alike.
+bool IsJudged(const PageReport& page);
+
+/// Whether the other run's work is done.
 bool IsStable(const PageReport& page);
 
-/// "stable", or "would be" and what.
+/// "stable", "not judged", or "would be" and what.
 std::string NameAgain(const PageReport& page);
 
-/// Why. Of a page with details also what the printer makes of its ticket, if that is why. COM must be
-/// initialised on the thread.
+/// Why.
 std::string ExplainAgain(const PageReport& page);
 } // namespace host::report

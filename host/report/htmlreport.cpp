@@ -5,7 +5,7 @@
 
 #include "embedded/reporttexts.h"
 #include "host/opc/packageerror.h"
-#include "host/opc/ziparchive.h"
+#include "host/paths.h"
 #include "host/replacedfile.h"
 #include "host/report/htmltext.h"
 
@@ -47,7 +47,7 @@ HtmlReport::HtmlReport(std::filesystem::path target) : m_target(std::move(target
 {
     if (std::filesystem::is_directory(m_target))
     {
-        throw std::runtime_error(opc::ToUtf8Path(m_target) + ": is a folder");
+        throw std::runtime_error(ToUtf8Path(m_target) + ": is a folder");
     }
     try
     {
@@ -55,7 +55,7 @@ HtmlReport::HtmlReport(std::filesystem::path target) : m_target(std::move(target
     }
     catch (const opc::PackageError&)
     {
-        throw std::runtime_error(opc::ToUtf8Path(m_target) + ": cannot be written");
+        throw std::runtime_error(ToUtf8Path(m_target) + ": cannot be written");
     }
 }
 
@@ -63,7 +63,7 @@ void HtmlReport::AddPage(const PageReport& page, const CallList& calls)
 {
     const PageBlock block = FormatPageBlock(page, calls);
     m_blocks.push_back({Keep(block.head), Keep(block.rest), {}});
-    ++m_decisions.at(static_cast<std::size_t>(Decide(page)));
+    m_decisions.Add(page);
 }
 
 void HtmlReport::AddAgain(const PageReport& page)
@@ -75,11 +75,6 @@ void HtmlReport::AddFailure(const Failure& failure, const CallList& calls)
 {
     m_blocks.push_back({Keep(FormatFailureBlock(failure, calls)), {}, {}});
     m_hasFailed = true;
-}
-
-std::size_t HtmlReport::Count(Decision decision) const noexcept
-{
-    return m_decisions[static_cast<std::size_t>(decision)];
 }
 
 void HtmlReport::Finish(const std::string& title, const std::vector<SummaryRow>& summary)
@@ -115,11 +110,12 @@ std::string HtmlReport::Load(const Piece& piece)
 
 std::string HtmlReport::FormatFilter() const
 {
-    const std::size_t both = Count(Decision::TurnedAndRefitted);
-    const std::pair<const char*, std::size_t> kinds[] = {{"turned", Count(Decision::Turned) + both},
-                                                         {"refitted", Count(Decision::Refitted) + both},
-                                                         {"passed", Count(Decision::Passed)},
-                                                         {"failed", m_hasFailed ? 1 : 0}};
+    const std::size_t both = m_decisions.Of(Decision::TurnedAndRefitted);
+    const std::pair<const char*, std::size_t> kinds[] = {
+        {"turned", m_decisions.Of(Decision::Turned) + both},
+        {"refitted", m_decisions.Of(Decision::Refitted) + both},
+        {"passed", m_decisions.Of(Decision::Passed)},
+        {"failed", m_hasFailed ? 1 : 0}};
     std::string html =
         "<div class=\"filter\" id=\"filter\" role=\"group\" aria-label=\"Pages to show\" hidden>";
     for (const auto& [kind, count] : kinds)

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -9,6 +8,7 @@
 #include <vector>
 
 #include "host/opc/spillfile.h"
+#include "host/report/decisioncounts.h"
 #include "host/report/pageblock.h"
 
 namespace host::report
@@ -38,7 +38,7 @@ public:
 
     void AddFailure(const Failure& failure, const CallList& calls);
 
-    std::size_t Count(Decision decision) const noexcept;
+    const DecisionCounts& Decisions() const noexcept { return m_decisions; }
     bool HasFailed() const noexcept { return m_hasFailed; }
 
     /// To be called once.
@@ -66,7 +66,7 @@ private:
     std::filesystem::path m_target;
     std::optional<opc::SpillFile> m_pieces;
     std::vector<Block> m_blocks;
-    std::array<std::size_t, 4> m_decisions{};
+    DecisionCounts m_decisions;
     bool m_hasFailed = false;
 };
 } // namespace host::report

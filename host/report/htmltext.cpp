@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "base/logging/log.h"
+#include "host/text.h"
 
 namespace host::report
 {
@@ -38,11 +39,6 @@ struct Decoded
     std::size_t length;
 };
 
-constexpr bool Continues(char byte)
-{
-    return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U;
-}
-
 /// The first character of a text that is not empty; kNoCharacter, one byte long, for what is no UTF-8.
 Decoded DecodeFirst(std::string_view text)
 {
@@ -54,7 +50,7 @@ Decoded DecodeFirst(std::string_view text)
                                : lead < 0xF5 ? 4
                                              : 0;
     if (length == 0 || length > text.size() ||
-        !std::all_of(text.begin() + 1, text.begin() + length, Continues))
+        !std::all_of(text.begin() + 1, text.begin() + length, IsUtf8Continuation))
     {
         return {kNoCharacter, 1};
     }

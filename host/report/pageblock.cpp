@@ -10,6 +10,7 @@
 #include "host/report/pageview.h"
 #include "host/report/ticketdiff.h"
 #include "host/report/ticketlisting.h"
+#include "host/text.h"
 #include "host/ticketservice/printschema.h"
 
 namespace host::report
@@ -109,6 +110,13 @@ std::string DescribeScaling(const tickets::SheetFacts& ticket)
            std::to_string(scale.heightPercent) + " %, offset " +
            FormatNumber(scale.offsetWidthMicrometres / micrometres) + " and " +
            FormatNumber(scale.offsetHeightMicrometres / micrometres) + " mm";
+}
+
+std::string FormatMarkupFault(const PageReport& page)
+{
+    return page.markupFault.empty() ? ""
+                                    : "<p><b>Malformed, and taken all the same:</b> " +
+                                          EscapeHtml(ExplainMarkupFault(page)) + ".</p>";
 }
 
 /// How the content is moved, by the markup and by the ticket.
@@ -221,12 +229,13 @@ std::string FormatTicketDiff(const PageDetails& details)
     const auto isQuiet = [](const TicketDifference& difference) {
         return difference.change == TicketChange::Same || difference.change == TicketChange::WrittenOut;
     };
-    const auto quiet = std::count_if(differences.begin(), differences.end(), isQuiet);
+    const auto quiet =
+        static_cast<std::size_t>(std::count_if(differences.begin(), differences.end(), isQuiet));
     std::string html = FormatDifferences(differences, [&](const auto& each) { return !isQuiet(each); });
     if (quiet > 0)
     {
-        html += "<details class=\"unchanged\"><summary>" + std::to_string(quiet) +
-                (quiet == 1 ? " setting keeps its value" : " settings keep their values") + "</summary>" +
+        html += "<details class=\"unchanged\"><summary>" + CountOf(quiet, "setting") +
+                (quiet == 1 ? " keeps its value" : " keep their values") + "</summary>" +
                 FormatDifferences(differences, isQuiet) + "</details>";
     }
     return html;
@@ -255,9 +264,8 @@ std::string FormatTicket(const PageReport& page)
 std::string FormatCalls(const CallList& calls, const char* state)
 {
     std::string html = std::string("<details class=\"calls\"") + state + "><summary>" +
-                       std::to_string(calls.Count()) +
-                       (calls.Count() == 1 ? " pipeline call" : " pipeline calls") +
-                       "</summary><pre tabindex=\"0\">" + calls.Text();
+                       CountOf(calls.Count(), "pipeline call") + "</summary><pre tabindex=\"0\">" +
+                       calls.Text();
     if (calls.LeftOut() > 0)
     {
         html += "... and " + std::to_string(calls.LeftOut()) + " more";
@@ -276,10 +284,11 @@ PageBlock FormatPageBlock(const PageReport& page, const CallList& calls)
         classes += std::string(" ") + kind;
         tags += Tag(kind, kind);
     }
+    tags += page.markupFault.empty() ? "" : Tag("failed", "malformed");
     PageBlock block;
     block.head = "<section class=\"" + classes + "\" id=\"page-" + number + "\"><h3>Page " + number + tags +
                  "</h3><p class=\"quiet\">" + CodeOf(page.part) + "</p><p><b>Why:</b> " +
-                 EscapeHtml(ExplainDecision(page)) + ".</p>";
+                 EscapeHtml(ExplainDecision(page)) + ".</p>" + FormatMarkupFault(page);
     block.rest = FormatDrawings(page) + FormatMovement(page) + FormatTicket(page) + FormatCalls(calls, "") +
                  "</section>\n";
     return block;

@@ -9,6 +9,9 @@
 
 namespace host::report
 {
+using xps::ContentTransform;
+using xps::PageSize;
+
 namespace
 {
 std::string Attribute(const char* name, double value)
@@ -78,17 +81,33 @@ std::string DrawPageBox(const MillimetreBox& box,
     return drawing + DrawContent(*content.width, *content.height) + "</g>";
 }
 
-std::string DrawLength(const MillimetreBox& sheet, double textSize)
+std::string DrawText(double textSize, const std::string& place, const std::string& text)
+{
+    return "<text" + Attribute("font-size", textSize) + place + ">" + text + "</text>";
+}
+
+/// The edges with their lengths; in one line where two would lie over each other.
+std::string DrawLengths(const MillimetreBox& sheet, double textSize)
 {
     const double gap = textSize / 2;
-    const auto label = [&](double length, const std::string& place) {
-        return "<text" + Attribute("font-size", textSize) + place + ">" + FormatNumber(length) + " mm</text>";
-    };
+    const std::string width = FormatNumber(sheet.width) + " mm";
+    const std::string height = FormatNumber(sheet.height) + " mm";
     const double middle = sheet.height / 2;
-    return label(sheet.width, Attribute("x", sheet.width / 2) + Attribute("y", -gap)) +
-           label(sheet.height,
-                 Attribute("x", -gap) + Attribute("y", middle) + " transform=\"rotate(-90 " +
-                     FormatNumber(-gap) + " " + FormatNumber(middle) + ")\"");
+    // A generous width of a character, in sizes of the text.
+    constexpr double characterWidth = 0.6;
+    const double textLength =
+        characterWidth * textSize * static_cast<double>(std::max(width.size(), height.size()));
+    if (std::max(sheet.width, sheet.height) < textLength)
+    {
+        return DrawText(textSize,
+                        " class=\"both\" x=\"0\"" + Attribute("y", -gap),
+                        FormatNumber(sheet.width) + " &#215; " + height);
+    }
+    return DrawText(textSize, Attribute("x", sheet.width / 2) + Attribute("y", -gap), width) +
+           DrawText(textSize,
+                    Attribute("x", -gap) + Attribute("y", middle) + " transform=\"rotate(-90 " +
+                        FormatNumber(-gap) + " " + FormatNumber(middle) + ")\"",
+                    height);
 }
 
 std::string DescribeSheet(const PageView& view)
@@ -146,7 +165,7 @@ public:
         }
         drawing += view.imageable ? DrawBox("imageable", *view.imageable) : "";
         drawing += DrawBox("largest", view.largest) + DrawBox("smallest", view.smallest);
-        return drawing + DrawLength(view.sheet, m_textSize) + "</svg>";
+        return drawing + DrawLengths(view.sheet, m_textSize) + "</svg>";
     }
 
 private:

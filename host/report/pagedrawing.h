@@ -17,5 +17,5 @@ struct PageDrawings
 PageDrawings DrawPage(const PageReport& page);
 
 /// What a transform does to the page, in words: "a quarter turn anticlockwise: (x, y) comes to (y, 816 - x)".
-std::string DescribeTransform(const ContentTransform& transform);
+std::string DescribeTransform(const xps::ContentTransform& transform);
 } // namespace host::report

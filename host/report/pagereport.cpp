@@ -44,19 +44,42 @@ std::string ExplainOrientation(const PageReport& page)
 
 std::string ExplainFit(const PageReport& page)
 {
+    const std::string replaced = page.givenReplacement ? ", in whose place the device puts " +
+                                                             page.givenReplacement->taken + ": for that"
+                                                       : ",";
     return FormatSheet(AsPrinted(page)) + " mm is outside the limits: now " + page.given->mediaName + " " +
-           FormatSheet(page.given->media) + ", " + DescribeScaling(*page.given);
+           FormatSheet(page.given->media) + replaced + " " + DescribeScaling(*page.given);
+}
+
+std::string ExplainByTickets(const PageReport& page)
+{
+    switch (Decide(page))
+    {
+    case Decision::Passed:
+        return ExplainOrientation(page) + " within the limits";
+    case Decision::Turned:
+        return ExplainOrientation(page);
+    case Decision::Refitted:
+        return ExplainFit(page);
+    case Decision::TurnedAndRefitted:
+        return ExplainOrientation(page) + "; " + ExplainFit(page);
+    }
+    return "";
 }
 } // namespace
 
+bool IsRefitted(const PageReport& page)
+{
+    return IsOutOfLimits(page) && HasOtherSheet(page);
+}
+
 Decision Decide(const PageReport& page)
 {
-    const bool isRefitted = IsOutOfLimits(page) && HasOtherSheet(page);
     if (page.isMarkupReplaced)
     {
-        return isRefitted ? Decision::TurnedAndRefitted : Decision::Turned;
+        return IsRefitted(page) ? Decision::TurnedAndRefitted : Decision::Turned;
     }
-    return isRefitted ? Decision::Refitted : Decision::Passed;
+    return IsRefitted(page) ? Decision::Refitted : Decision::Passed;
 }
 
 const char* NameOf(Decision decision)
@@ -77,18 +100,18 @@ const char* NameOf(Decision decision)
 
 std::string ExplainDecision(const PageReport& page)
 {
-    switch (Decide(page))
+    std::string text = ExplainByTickets(page);
+    for (const Replacement& replacement : page.replacements)
     {
-    case Decision::Passed:
-        return ExplainOrientation(page) + " within the limits";
-    case Decision::Turned:
-        return ExplainOrientation(page);
-    case Decision::Refitted:
-        return ExplainFit(page);
-    case Decision::TurnedAndRefitted:
-        return ExplainOrientation(page) + "; " + ExplainFit(page);
+        text +=
+            "; " + replacement.wanted + " is asked for, in whose place the device puts " + replacement.taken;
     }
-    return "";
+    return text;
+}
+
+std::string ExplainMarkupFault(const PageReport& page)
+{
+    return page.markupFault.empty() ? "" : "the new markup " + page.markupFault;
 }
 
 bool IsLandscape(const std::string& orientation)
@@ -130,7 +153,7 @@ std::string FormatLimits(const MediaSizeLimits& limits)
     return FormatSheet(limits.minimum) + "-" + FormatSheet(limits.maximum);
 }
 
-std::string FormatPageSize(const PageSize& size)
+std::string FormatPageSize(const xps::PageSize& size)
 {
     return FormatExtent(size.width) + "x" + FormatExtent(size.height);
 }

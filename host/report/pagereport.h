@@ -3,10 +3,12 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "base/xps/printschema/imageableareareader.h"
-#include "host/report/pagesize.h"
+#include "host/report/replacement.h"
 #include "host/tickets/jobtickets.h"
+#include "host/xps/pagemarkup.h"
 
 namespace host::report
 {
@@ -30,7 +32,7 @@ struct PageDetails
     std::optional<base::xps::printschema::ImageableArea> areaBefore;
     std::optional<base::xps::printschema::ImageableArea> areaAfter;
     /// What the new markup does to the page's content.
-    std::optional<ContentTransform> transform;
+    std::optional<xps::ContentTransform> transform;
 };
 
 /// What was seen of a page that went through the filter.
@@ -39,13 +41,21 @@ struct PageReport
     /// From 1 on, over all documents.
     std::size_t number = 0;
     std::string part;
-    PageSize before;
-    PageSize after;
+    xps::PageSize before;
+    xps::PageSize after;
     /// Of the page's effective ticket as it came.
     tickets::TicketFacts asked;
+    /// What the page's tickets ask for in vain.
+    std::vector<Replacement> replacements;
     /// Of the new ticket; empty when the page keeps its own.
     std::optional<tickets::SheetFacts> given;
+    /// Where the printer does not take the sheet that a refitted page is given.
+    std::optional<Replacement> givenReplacement;
     bool isMarkupReplaced = false;
+    /// What is wrong with the new markup, as xps::PageMarkup has it; empty for nothing.
+    std::string markupFault;
+    /// Whether the pipeline did not take the page for that.
+    bool isRefused = false;
     /// Part names; empty for none.
     std::string oldTicket;
     std::string newTicket;
@@ -65,9 +75,13 @@ enum class Decision
 /// because the sheet that it asked for lies outside the limits.
 Decision Decide(const PageReport& page);
 const char* NameOf(Decision decision);
+bool IsRefitted(const PageReport& page);
 
-/// Why, in words: what of the ticket led to the decision.
+/// Why, in words: what of the ticket led to the decision, and what the printer has changed of it.
 std::string ExplainDecision(const PageReport& page);
+
+/// "the new markup is not well-formed: line 3, column 14: ..."; empty where nothing is wrong with it.
+std::string ExplainMarkupFault(const PageReport& page);
 
 /// Whether an orientation lays the page across its sheet.
 bool IsLandscape(const std::string& orientation);
@@ -87,5 +101,5 @@ std::string FormatSheet(base::xps::printschema::MediaSize size);
 std::string FormatLimits(const base::xps::printschema::MediaSizeLimits& limits);
 
 /// "816x1056", to hundredths, or "?" for what the markup does not say.
-std::string FormatPageSize(const PageSize& size);
+std::string FormatPageSize(const xps::PageSize& size);
 } // namespace host::report

@@ -1,24 +1,19 @@
 #include "host/report/pagereporter.h"
 
+#include <algorithm>
 #include <string>
 
 #include "base/logging/errors.h"
-#include "host/report/pagesize.h"
+#include "base/utility/utf8.h"
 #include "host/tickets/ticketbytes.h"
+#include "host/ticketservice/printschema.h"
+#include "host/xps/pagemarkup.h"
 #include "host/xps/xpsvocabulary.h"
 
 namespace host::report
 {
 namespace
 {
-std::string ContentOf(const pipeline::PartWriteStream& stream, std::size_t limit)
-{
-    std::string content(static_cast<std::size_t>(std::min<std::uint64_t>(stream.Content().Size(), limit)),
-                        '\0');
-    content.resize(stream.Content().Read(0, content.data(), content.size()));
-    return content;
-}
-
 /// A job must not fail because of what its report wants to know in addition.
 template <typename Question>
 auto AnswerOrNone(Question&& ask) -> std::optional<decltype(ask())>
@@ -31,6 +26,15 @@ auto AnswerOrNone(Question&& ask) -> std::optional<decltype(ask())>
     {
         return std::nullopt;
     }
+    catch (const ticketservice::FormatError&)
+    {
+        return std::nullopt;
+    }
+}
+
+SheetSelection SelectionOf(const std::string& ticket)
+{
+    return AnswerOrNone([&] { return ReadSheetSelection(ticket); }).value_or(SheetSelection());
 }
 } // namespace
 
@@ -39,6 +43,11 @@ void PageReporter::Take(const pipeline::SentPart& sent)
     if (!m_tickets)
     {
         m_tickets = std::make_unique<tickets::JobTickets>(m_package, m_setting);
+        m_wanted = {{},
+                    {},
+                    {},
+                    SelectionOf(m_setting.userTicket),
+                    SelectionOf(base::utility::ToUtf8(m_setting.defaultTicket))};
     }
     if (sent.part.kind == xps::JobPartKind::FixedPage)
     {
@@ -48,27 +57,50 @@ void PageReporter::Take(const pipeline::SentPart& sent)
     }
     m_documents += sent.part.kind == xps::JobPartKind::FixedDocument ? 1 : 0;
     m_asked.reset();
-    m_tickets->Enter(sent.part);
+    EnterLevel(sent.part);
+}
+
+void PageReporter::EnterLevel(const xps::JobPart& part)
+{
+    m_tickets->Enter(part);
+    const auto level =
+        static_cast<std::size_t>(xps::JobPartKind::FixedPage) - static_cast<std::size_t>(part.kind);
+    std::fill_n(m_wanted.begin(), level, SheetSelection());
+    m_wanted[level] = part.printTicket
+                          ? SelectionOf(m_package.Read(*part.printTicket, xps::kPrintTicketLimit))
+                          : SheetSelection();
 }
 
 const PageReporter::Asked& PageReporter::AskedBy(const xps::JobPart& page)
 {
     if (!m_asked || m_askedBy != page.printTicket)
     {
-        m_tickets->Enter(page);
+        EnterLevel(page);
         const auto ticket = m_tickets->GetEffective();
-        m_asked = {tickets::ReadFacts(ticket), {}, {}};
+        m_asked = {tickets::ReadFacts(ticket), {}, tickets::SaveBytes(ticket.Get()), {}};
+        m_asked->replacements = FindReplacements(m_wanted, SelectionOf(m_asked->ticket));
         m_askedBy = page.printTicket;
-        if (m_detail != Detail::None)
-        {
-            m_asked->ticket = tickets::SaveBytes(ticket.Get());
-        }
         if (m_detail == Detail::All)
         {
             m_asked->area = AnswerOrNone([&] { return m_tickets->ReadImageableArea(); });
         }
     }
     return *m_asked;
+}
+
+std::optional<Replacement> PageReporter::FindGivenReplacement(const std::string& newTicket)
+{
+    if (newTicket != m_refittedTicket)
+    {
+        SheetSelection given = SelectionOf(newTicket);
+        given.orientation.reset();
+        const auto validated =
+            AnswerOrNone([&] { return ReadSheetSelection(m_tickets->Validate(newTicket)); });
+        const auto found = FindReplacements({given}, validated.value_or(SheetSelection()));
+        m_givenReplacement = found.empty() ? std::nullopt : std::optional(found.front());
+        m_refittedTicket = newTicket;
+    }
+    return m_givenReplacement;
 }
 
 PageDetails PageReporter::ReadDetails(const xps::JobPart& page, std::string newTicket, const Asked& asked)
@@ -98,17 +130,18 @@ PageReport PageReporter::Describe(const pipeline::SentPart& sent)
     PageReport page;
     page.number = m_pages;
     page.part = sent.part.name.Text();
-    page.before = page.after = ReadPageStart(m_package.ReadStart(sent.part.name, kMarkupStart)).size;
+    page.before = page.after =
+        xps::ReadPageStart(m_package.ReadStart(sent.part.name, xps::kMarkupStart)).size;
     page.isMarkupReplaced = sent.newMarkup != nullptr;
-    std::optional<ContentTransform> transform;
     if (page.isMarkupReplaced)
     {
-        const PageStart start = ReadPageStart(ContentOf(*sent.newMarkup, kMarkupStart));
-        page.after = start.size;
-        transform = start.transform;
+        page.after = sent.newMarkup->size;
+        page.markupFault = sent.newMarkup->fault;
+        page.isRefused = sent.isRefused;
     }
     const Asked& asked = AskedBy(sent.part);
     page.asked = asked.facts;
+    page.replacements = asked.replacements;
     if (sent.part.printTicket)
     {
         page.oldTicket = sent.part.printTicket->Text();
@@ -119,14 +152,18 @@ PageReport PageReporter::Describe(const pipeline::SentPart& sent)
         page.newTicket = sent.newTicket->Name().Text();
         if (sent.newTicket->NewContent() != nullptr)
         {
-            newTicket = ContentOf(*sent.newTicket->NewContent(), xps::kPrintTicketLimit);
+            newTicket = sent.newTicket->NewContent()->Content().ReadStart(xps::kPrintTicketLimit);
             page.given = tickets::ReadSheetFacts(newTicket);
+            if (IsRefitted(page))
+            {
+                page.givenReplacement = FindGivenReplacement(newTicket);
+            }
         }
     }
     if (m_detail != Detail::None)
     {
         page.details = ReadDetails(sent.part, std::move(newTicket), asked);
-        page.details->transform = transform;
+        page.details->transform = sent.newMarkup != nullptr ? sent.newMarkup->transform : std::nullopt;
     }
     return page;
 }

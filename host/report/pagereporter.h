@@ -4,6 +4,8 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "host/opc/package.h"
 #include "host/pipeline/documentconsumer.h"
@@ -40,12 +42,14 @@ private:
     struct Asked
     {
         tickets::TicketFacts facts;
-        /// Of those who want details.
+        std::vector<Replacement> replacements;
         std::string ticket;
         std::optional<base::xps::printschema::ImageableArea> area;
     };
 
+    void EnterLevel(const xps::JobPart& part);
     const Asked& AskedBy(const xps::JobPart& page);
+    std::optional<Replacement> FindGivenReplacement(const std::string& newTicket);
     PageDetails ReadDetails(const xps::JobPart& page, std::string newTicket, const Asked& asked);
     PageReport Describe(const pipeline::SentPart& sent);
 
@@ -54,12 +58,17 @@ private:
     Listener m_onPage;
     Detail m_detail;
     std::unique_ptr<tickets::JobTickets> m_tickets;
+    // What the tickets of page, document, job, user and driver select.
+    std::vector<SheetSelection> m_wanted;
     // Of the last page: the next one of the document that has the same ticket, or none either, agrees.
     std::optional<opc::PartName> m_askedBy;
     std::optional<Asked> m_asked;
     // Of the last new ticket: those of many pages are the same.
     std::string m_newTicket;
     std::optional<base::xps::printschema::ImageableArea> m_newArea;
+    // And of the last one of a refitted page.
+    std::string m_refittedTicket;
+    std::optional<Replacement> m_givenReplacement;
     std::size_t m_documents = 0;
     std::size_t m_pages = 0;
 };

@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "host/report/again.h"
+#include "host/text.h"
 
 namespace host::report
 {
@@ -46,6 +47,13 @@ std::string FormatLine(const Cells& cells)
     return line + "\n";
 }
 
+/// Why, and what is wrong with the outcome.
+std::string FormatReason(const PageReport& page)
+{
+    const std::string fault = ExplainMarkupFault(page);
+    return ExplainDecision(page) + (fault.empty() ? "" : "; " + ToOneLine(fault));
+}
+
 std::string FormatTickets(const PageReport& page)
 {
     const std::string old = page.oldTicket.empty() ? "none" : page.oldTicket;
@@ -57,7 +65,7 @@ nlohmann::json ToJson(const std::optional<double>& value)
     return value ? nlohmann::json(*value) : nlohmann::json(nullptr);
 }
 
-nlohmann::json ToJson(const PageSize& size)
+nlohmann::json ToJson(const xps::PageSize& size)
 {
     return {{"width", ToJson(size.width)}, {"height", ToJson(size.height)}};
 }
@@ -79,6 +87,21 @@ nlohmann::json ToJson(const tickets::TicketFacts& facts)
     nlohmann::json object = ToJson(static_cast<const tickets::SheetFacts&>(facts));
     object["limits"] = {{"minimum", ToJson(facts.limits.minimum)}, {"maximum", ToJson(facts.limits.maximum)}};
     return object;
+}
+
+nlohmann::json ToJson(const Replacement& replacement)
+{
+    return {{"wanted", replacement.wanted}, {"taken", replacement.taken}};
+}
+
+nlohmann::json ToJson(const std::vector<Replacement>& replacements)
+{
+    nlohmann::json array = nlohmann::json::array();
+    for (const Replacement& replacement : replacements)
+    {
+        array.push_back(ToJson(replacement));
+    }
+    return array;
 }
 
 nlohmann::json NameOrNull(const std::string& name)
@@ -111,21 +134,26 @@ std::string FormatTableLine(const PageReport& page)
                        page.asked.mediaName + " " + FormatSheet(page.asked.media),
                        FormatLimits(page.asked.limits),
                        NameOf(Decide(page)),
-                       ExplainDecision(page) + "; " + FormatTickets(page)});
+                       FormatReason(page) + "; " + FormatTickets(page)});
 }
 
 std::string FormatJson(const PageReport& page)
 {
-    const nlohmann::json object = {{"page", page.number},
-                                   {"part", page.part},
-                                   {"before", ToJson(page.before)},
-                                   {"after", ToJson(page.after)},
-                                   {"asked", ToJson(page.asked)},
-                                   {"given", page.given ? ToJson(*page.given) : nlohmann::json(nullptr)},
-                                   {"decision", NameOf(Decide(page))},
-                                   {"reason", ExplainDecision(page)},
-                                   {"oldTicket", NameOrNull(page.oldTicket)},
-                                   {"newTicket", NameOrNull(page.newTicket)}};
+    const nlohmann::json object = {
+        {"page", page.number},
+        {"part", page.part},
+        {"before", ToJson(page.before)},
+        {"after", ToJson(page.after)},
+        {"asked", ToJson(page.asked)},
+        {"replacements", ToJson(page.replacements)},
+        {"given", page.given ? ToJson(*page.given) : nlohmann::json(nullptr)},
+        {"givenReplacement",
+         page.givenReplacement ? ToJson(*page.givenReplacement) : nlohmann::json(nullptr)},
+        {"decision", NameOf(Decide(page))},
+        {"reason", ExplainDecision(page)},
+        {"markupFault", NameOrNull(page.markupFault)},
+        {"oldTicket", NameOrNull(page.oldTicket)},
+        {"newTicket", NameOrNull(page.newTicket)}};
     return ToLine(object);
 }
 
@@ -136,11 +164,12 @@ std::string FormatAgainLine(const PageReport& page)
 
 std::string FormatAgainJson(const PageReport& page)
 {
-    const nlohmann::json again = {{"page", page.number},
-                                  {"part", page.part},
-                                  {"isStable", IsStable(page)},
-                                  {"decision", NameOf(Decide(page))},
-                                  {"reason", ExplainAgain(page)}};
+    const nlohmann::json again = {
+        {"page", page.number},
+        {"part", page.part},
+        {"isStable", IsJudged(page) ? nlohmann::json(IsStable(page)) : nlohmann::json(nullptr)},
+        {"decision", NameOf(Decide(page))},
+        {"reason", ExplainAgain(page)}};
     return ToLine({{"again", again}});
 }
 } // namespace host::report

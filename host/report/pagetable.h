@@ -9,7 +9,7 @@ namespace host::report
 /// The table's first line.
 std::string FormatTableHead();
 
-/// One line of the table.
+/// One line of the table, with what is wrong with the new markup.
 std::string FormatTableLine(const PageReport& page);
 
 /// The same as one JSON object on one line. Page sizes are in 1/96 inch, sheets in micrometres.

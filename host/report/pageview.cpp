@@ -9,6 +9,7 @@ using base::xps::printschema::ImageableArea;
 using base::xps::printschema::MediaSize;
 using base::xps::printschema::MediaSizeLimits;
 using base::xps::printschema::PageScale;
+using xps::PageSize;
 
 namespace
 {

@@ -125,6 +125,17 @@ printschema::ImageableArea JobTickets::ReadImageableArea()
     return ReadArea(m_provider);
 }
 
+std::string JobTickets::Validate(const std::string& ticket) const
+{
+    printschema::PrintTicketProvider provider;
+    OpenProvider(provider, ticket, m_printerName, m_userToken);
+    ComPtr<IXMLDOMDocument2> validated;
+    ThrowIfFailed(provider.GetLevelTicket(kPTPageScope, validated.Receive()));
+    std::string bytes = SaveBytes(validated.Get());
+    ThrowIfFailed(provider.Close());
+    return bytes;
+}
+
 printschema::ImageableArea JobTickets::ReadImageableArea(const std::string& ticket) const
 {
     printschema::PrintTicketProvider provider;

@@ -76,6 +76,9 @@ public:
     /// The same of a ticket by itself, from its bytes, whatever was entered.
     base::xps::printschema::ImageableArea ReadImageableArea(const std::string& ticket) const;
 
+    /// What the printer makes of a ticket by itself, whatever was entered.
+    std::string Validate(const std::string& ticket) const;
+
 private:
     pipeline::CallTrace m_silence;
     pipeline::PipelineJobPtr m_pJob;

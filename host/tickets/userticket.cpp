@@ -14,6 +14,7 @@
 #include "base/xps/printschema/pageorientationdata.h"
 #include "base/xps/printschema/printablemediasizedata.h"
 #include "host/filebytes.h"
+#include "host/paths.h"
 #include "host/tickets/ticketbytes.h"
 
 namespace host::tickets
@@ -191,7 +192,7 @@ std::string MakeUserTicket(const std::optional<std::filesystem::path>& file, con
     }
     catch (const base::exception::HresultError&)
     {
-        throw std::runtime_error(file ? base::utility::ToUtf8(file->wstring()) + ": is not a print ticket"
+        throw std::runtime_error(file ? ToUtf8Path(*file) + ": is not a print ticket"
                                       : "the built-in ticket cannot be read");
     }
     if (!overrides.orientation && !overrides.media && !overrides.limits)

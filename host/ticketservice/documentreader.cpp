@@ -4,7 +4,7 @@
 #include <utility>
 #include <vector>
 
-#include "base/logging/log.h"
+#include "host/xml/markuptext.h"
 #include "host/xml/saxreader.h"
 #include "ticketservice/treebuilder.h"
 
@@ -45,11 +45,16 @@ Document ReadDocument(std::string_view bytes, Kind root)
     std::string fault;
     try
     {
-        fault = reader.Read(bytes, listener);
+        // A writer may save in UTF-8 what came in UTF-16, and keep the declaration.
+        fault = reader.Read(xml::DecodeMarkup(bytes), listener);
     }
     catch (const FormatError& error)
     {
-        throw FormatError(base::logging::FormatString("line %d: %s", reader.FailedLine(), error.what()));
+        throw FormatError(xml::FormatPlace(reader.FailedAt()) + ": " + error.what());
+    }
+    catch (const xml::MarkupError& error)
+    {
+        throw FormatError(error.what());
     }
     if (!fault.empty())
     {

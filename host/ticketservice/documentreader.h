@@ -6,8 +6,8 @@
 
 namespace host::ticketservice
 {
-/// Reads the bytes of a print ticket or of print capabilities, as `root` says, in any encoding that XML
-/// allows.
+/// Reads the bytes of a print ticket or of print capabilities, as `root` says, in UTF-8 or UTF-16, whichever
+/// of the two their XML declaration names.
 ///
 /// Names become independent of prefixes: `name` attributes, types and values of type xsd:QName are QNames in
 /// content, resolved by the declarations in scope (Print Schema, "XML Attributes"). Comments, and elements

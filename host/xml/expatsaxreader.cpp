@@ -59,7 +59,11 @@ public:
     }
 
     const std::exception_ptr& Kept() const noexcept { return m_kept; }
-    int Line() const { return static_cast<int>(XML_GetCurrentLineNumber(m_parser.get())); }
+    MarkupPlace Place() const
+    {
+        return {static_cast<int>(XML_GetCurrentLineNumber(m_parser.get())),
+                static_cast<int>(XML_GetCurrentColumnNumber(m_parser.get())) + 1};
+    }
     std::string Fault() const { return XML_ErrorString(XML_GetErrorCode(m_parser.get())); }
 
 private:
@@ -69,7 +73,10 @@ private:
         auto& reading = *static_cast<Reading*>(state);
         try
         {
-            act(reading.m_listener);
+            if (reading.m_listener.WantsMore())
+            {
+                act(reading.m_listener);
+            }
         }
         catch (...)
         {
@@ -126,9 +133,9 @@ std::string SaxReader::Read(std::string_view bytes, MarkupListener& listener)
     const bool isRead = reading.Parse(bytes);
     if (reading.Kept() != nullptr)
     {
-        m_failedLine = reading.Line();
+        m_failedAt = reading.Place();
         std::rethrow_exception(reading.Kept());
     }
-    return isRead ? "" : "line " + std::to_string(reading.Line()) + ": " + reading.Fault();
+    return isRead ? "" : FormatPlace(reading.Place()) + ": " + reading.Fault();
 }
 } // namespace host::xml

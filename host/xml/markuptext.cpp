@@ -250,6 +250,11 @@ bool DeclaresDocumentType(std::string_view text)
 }
 } // namespace
 
+std::string FormatPlace(MarkupPlace place)
+{
+    return "line " + std::to_string(place.line) + ", column " + std::to_string(place.column);
+}
+
 std::string DecodeMarkup(std::string_view bytes)
 {
     std::string text = ToUtf8(bytes);

@@ -13,6 +13,16 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+/// Counted from 1; 0 for what is not known.
+struct MarkupPlace
+{
+    int line = 0;
+    int column = 0;
+};
+
+/// "line 3, column 14".
+std::string FormatPlace(MarkupPlace place);
+
 /// The markup of a part as UTF-8 without byte-order mark and without XML declaration, whose place is left
 /// blank so that line numbers hold. Takes UTF-8 and UTF-16, with a mark or without, as packages may hold no
 /// other encoding. Throws MarkupError for another one, for malformed UTF-16, for a document type

@@ -26,14 +26,15 @@ std::string Utf8Of(const wchar_t* text, int length)
                       : std::string();
 }
 
-int LineOf(ISAXLocator* locator)
+MarkupPlace PlaceOf(ISAXLocator* locator)
 {
-    int line = 0;
+    MarkupPlace place;
     if (locator != nullptr)
     {
-        locator->getLineNumber(&line);
+        locator->getLineNumber(&place.line);
+        locator->getColumnNumber(&place.column);
     }
-    return line;
+    return place;
 }
 
 /// The attributes that declare no namespace.
@@ -73,7 +74,7 @@ public:
     explicit ContentHandler(MarkupListener& listener) : m_listener(listener) {}
 
     const std::exception_ptr& Kept() const noexcept { return m_kept; }
-    int KeptLine() const noexcept { return m_keptLine; }
+    MarkupPlace KeptPlace() const noexcept { return m_keptPlace; }
 
     STDMETHODIMP putDocumentLocator(ISAXLocator* locator) override
     {
@@ -124,13 +125,16 @@ private:
     {
         try
         {
-            act();
+            if (m_listener.WantsMore())
+            {
+                act();
+            }
             return S_OK;
         }
         catch (...)
         {
             m_kept = std::current_exception();
-            m_keptLine = LineOf(m_pLocator);
+            m_keptPlace = PlaceOf(m_pLocator);
             return E_FAIL;
         }
     }
@@ -139,7 +143,7 @@ private:
     // Lent by the reader for the time of the parse; holding it would close a circle of references.
     ISAXLocator* m_pLocator = nullptr;
     std::exception_ptr m_kept;
-    int m_keptLine = 0;
+    MarkupPlace m_keptPlace;
 };
 
 /// Remembers the reader's words for the first fault.
@@ -166,7 +170,7 @@ private:
             {
                 std::string words = message != nullptr ? base::utility::ToUtf8(message) : "";
                 words.erase(words.find_last_not_of("\r\n") + 1);
-                m_fault = "line " + std::to_string(LineOf(locator)) + ": " + words;
+                m_fault = FormatPlace(PlaceOf(locator)) + ": " + words;
             }
             return S_OK;
         });
@@ -204,7 +208,7 @@ std::string SaxReader::Read(std::string_view bytes, MarkupListener& listener)
     const HRESULT parsed = reader->parse(base::utility::Variant(StreamOf(bytes).Get()).Get());
     if (content->Kept() != nullptr)
     {
-        m_failedLine = content->KeptLine();
+        m_failedAt = content->KeptPlace();
         std::rethrow_exception(content->Kept());
     }
     if (parsed == E_OUTOFMEMORY)

@@ -4,6 +4,8 @@
 #include <string_view>
 #include <vector>
 
+#include "host/xml/markuptext.h"
+
 namespace host::xml
 {
 struct Attribute
@@ -20,6 +22,10 @@ class MarkupListener
 public:
     virtual ~MarkupListener() = default;
 
+    /// Whether anything more is to be told; from the first no on markup is only read to its end, which is
+    /// faster.
+    virtual bool WantsMore() const { return true; }
+
     /// A declaration, ahead of its element's start tag, and that it holds no more.
     virtual void OnPrefix(std::string /*prefix*/, std::string /*namespaceUri*/) {}
     virtual void OnPrefixEnd(const std::string& /*prefix*/) {}
@@ -35,14 +41,14 @@ public:
 class SaxReader
 {
 public:
-    /// Takes bytes in any encoding that the platform reads. Gives why they are not well-formed, with the line
-    /// where that is known; empty when they are. COM must be initialised on the thread.
+    /// Takes bytes in any encoding that the platform reads. Gives why they are not well-formed, with the
+    /// place; empty when they are. COM must be initialised on the thread.
     std::string Read(std::string_view bytes, MarkupListener& listener);
 
-    /// The line that the listener's exception came from; 0 for none.
-    int FailedLine() const noexcept { return m_failedLine; }
+    /// Where the listener's exception came from.
+    MarkupPlace FailedAt() const noexcept { return m_failedAt; }
 
 private:
-    int m_failedLine = 0;
+    MarkupPlace m_failedAt;
 };
 } // namespace host::xml

@@ -41,13 +41,6 @@ PartName FindSequence(const opc::Package& package)
     return std::move(*sequence);
 }
 
-bool IsXpsNamespace(std::string_view uri)
-{
-    return std::any_of(std::begin(kVocabularies), std::end(kVocabularies), [&](const Vocabulary& vocabulary) {
-        return vocabulary.markupNamespace == uri;
-    });
-}
-
 /// Passes over what this reader must not see: the choices of alternate content, each of which needs an
 /// extension that is unknown here, so that the fallback holds.
 class ChoiceFilter
@@ -127,6 +120,16 @@ std::vector<std::string> ReadSources(std::string_view markup,
     return collector.Finish();
 }
 } // namespace
+
+const Vocabulary& FindVocabulary(const opc::Package& package)
+{
+    const auto root = package.RelationshipsOf(PartName::PackageRoot());
+    const auto found =
+        std::find_if(std::begin(kVocabularies), std::end(kVocabularies), [&](const auto& each) {
+            return root.FindTarget(each.fixedRepresentation).has_value();
+        });
+    return found == std::end(kVocabularies) ? kVocabularies[0] : *found;
+}
 
 std::optional<PartName> FindPrintTicket(const opc::Package& package, const PartName& part)
 {

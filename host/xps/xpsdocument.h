@@ -8,6 +8,7 @@
 
 #include "host/opc/package.h"
 #include "host/opc/partname.h"
+#include "host/xps/xpsvocabulary.h"
 
 namespace host::xps
 {
@@ -25,6 +26,10 @@ struct JobPart
     opc::PartName name;
     std::optional<opc::PartName> printTicket;
 };
+
+/// The vocabulary that a package is written in, told by its root; the original one where that does not tell.
+/// Throws PackageError for relationships that cannot be read.
+const Vocabulary& FindVocabulary(const opc::Package& package);
 
 /// The print ticket of a part; empty without one. Throws PackageError for relationships that cannot be read.
 std::optional<opc::PartName> FindPrintTicket(const opc::Package& package, const opc::PartName& part);

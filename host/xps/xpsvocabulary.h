@@ -23,6 +23,12 @@ inline constexpr Vocabulary kVocabularies[] = {
      "http://schemas.openxps.org/oxps/v1.0/printticket"},
 };
 
+/// Of either vocabulary.
+constexpr bool IsXpsNamespace(std::string_view uri)
+{
+    return uri == kVocabularies[0].markupNamespace || uri == kVocabularies[1].markupNamespace;
+}
+
 inline constexpr std::string_view kMarkupCompatibilityNamespace =
     "http://schemas.openxmlformats.org/markup-compatibility/2006";
 

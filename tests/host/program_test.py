@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Runs the host's program as a user does and checks its outputs with readers of other origin."""
 
+import json
 import os
 import pty
 import re
@@ -117,6 +118,8 @@ class RunTest(ProgramTestCase):
                 after = Package("out.xps")
                 self.assertEqual(after.type_of(pages[0]["newTicket"]), "application/vnd.ms-printing.printticket+xml")
                 self.assertEqual(set(decisions(self.pages_of("out.xps", "--dry-run"))), {"passed"})
+                if name == "openxps":
+                    self.assertNotIn(b"microsoft.com/xps", after.read("/Documents/1/Pages/_rels/1.fpage.rels"))
                 if name in ("tickets", "openxps", "zip64", "descriptors", "zip64-descriptors"):
                     self.assert_written(Package("in.xps"), after, pages)
 
@@ -224,13 +227,14 @@ class RunTest(ProgramTestCase):
                   "maximum": {"widthMicrometres": 215900, "heightMicrometres": 355600}}
         letter, fit = media("NorthAmericaLetter", 215900, 279400), "FitApplicationMediaSizeToPageMediaSize"
         size = {"width": 816, "height": 1056}
-        self.assertEqual(pages[0], {
+        sound = {"replacements": [], "givenReplacement": None, "markupFault": None}
+        self.assertEqual(pages[0], sound | {
             "page": 1, "part": "/Documents/1/Pages/1.fpage", "before": size, "after": size,
             "asked": {"orientation": "Portrait", "media": letter, "scaling": fit, "limits": limits},
             "given": None, "decision": "passed", "reason": "Portrait on an upright sheet within the limits",
             "oldTicket": None, "newTicket": None})
         folder = "/Documents/2/Pages"
-        self.assertEqual(pages[4], {
+        self.assertEqual(pages[4], sound | {
             "page": 5, "part": f"{folder}/3.fpage",
             "before": {"width": 1587.36, "height": 1122.56}, "after": {"width": 1122.56, "height": 1587.36},
             "asked": {"orientation": "Landscape", "media": media("ISOA3", 297000, 420000), "scaling": fit,
@@ -262,6 +266,23 @@ class RunTest(ProgramTestCase):
         self.assertEqual([line.split()[1] for line in lines], list(sizes.values()))
         self.assertTrue(lines[6].startswith("7    12345.68x1234.57 12345.68x1234.57 Portrait "), "columns stay apart")
         self.assertEqual(self.pages_of("in.xps", "--dry-run")[7]["after"], {"width": None, "height": 0.004})
+
+    def test_tells_what_the_device_puts_in_place_of_what_is_asked_for(self):
+        letter = "NorthAmericaLetter 215.9x279.4"
+        self.take("plain")
+        page, = self.pages_of("in.xps", "--dry-run", "--media", "500x500", "--report", "report.html")
+        self.assertEqual(page["replacements"], [{"wanted": "CustomMediaSize 500x500", "taken": letter}])
+        told = f"within the limits; CustomMediaSize 500x500 is asked for, in whose place the device puts {letter}"
+        self.assertTrue(page["reason"].endswith(told), page["reason"])
+        self.assertIn(told, Path(WORK, "report.html").read_text())
+        page, = self.pages_of("in.xps", "--dry-run", "--limits", "50x50-100x100")
+        self.assertEqual((page["replacements"], page["givenReplacement"]["taken"]), ([], letter))
+        self.assertRegex(page["reason"], f"now CustomMediaSize 50x50, in whose place the device puts {letter}: for that scaled to \\d+ %$")
+        # Also of a level above the page.
+        self.take("small-document")
+        pages = self.pages_of("in.xps", "--dry-run")
+        self.assertEqual([[each["wanted"] for each in page["replacements"]] for page in pages],
+                         [[], [], ["CustomMediaSize 50x50"]])
 
     def test_dry_run_writes_nothing_and_tells_the_same(self):
         self.take("sample")
@@ -347,7 +368,7 @@ class FailureTest(ProgramTestCase):
             ("no-sequence", [], "/FixedDocumentSequence.fdseq: is missing from the package, and /_rels/.rels refers to it"),
             ("method-6", ["--orientation", "Landscape"], page + "is compressed with method 6, which is not supported"),
             ("wrong-crc", [], page + "cannot be decompressed: CRC error"),
-            ("bad-page", ["--orientation", "Landscape"], "/Documents/1/Pages/2.fpage: is not well-formed: line 2: "),
+            ("bad-page", ["--orientation", "Landscape"], "/Documents/1/Pages/2.fpage: is not well-formed: line 2, column "),
             ("page-document-type", ["--orientation", "Landscape"], "/" + page + "declares a document type"),
             ("ticket-bomb", [], "Documents/1/Pages/Metadata/page.xml: is longer than 4194304 bytes"),
             ("bad-ticket", [], "/Documents/1/Pages/Metadata/page.xml: is not well-formed: "),
@@ -373,7 +394,7 @@ class FailureTest(ProgramTestCase):
             (["--user-ticket", "text.xml"], "text.xml: is not a print ticket"),
             (["--user-ticket", "other.xml"], "other.xml: is not a print ticket"),
             (["--device", "none.xml"], "none.xml: cannot be read"),
-            (["--device", "text.xml"], "text.xml: line 1: "),
+            (["--device", "text.xml"], "text.xml: line 1, column "),
             (["--device", "other.xml"], "other.xml: "),
             (["--printer", "none"], "printer none: "),
             (["--tessel-type", "x"], "Could not convert: --tessel-type = x; see --help"),
@@ -453,6 +474,45 @@ class FailureTest(ProgramTestCase):
         self.assertIn("0x00000000 IPrintPipelineFilter::ShutdownOperation", shown)
         self.assertIn("0x80004004 IPrintPipelineFilter::StartOperation", shown)
         self.assertEqual(self.files(), ["in.xps"])
+
+
+class MalformedTest(ProgramTestCase):
+    TURNED = ["--orientation", "Landscape"]
+    PAGE = "/Documents/1/Pages/1.fpage"
+    FAULTS = {"ampersand": r"the new markup is not well-formed: line 1, column \d+: .*;.*",
+              "prefixed-root": r"the new markup is no XPS page: line 1, column \d+: <Canvas> lies in no XPS or OpenXPS namespace"}
+
+    def test_a_page_that_a_filter_wrote_so_fails_the_run(self):
+        for package, fault in self.FAULTS.items():
+            with self.subTest(package):
+                self.take(package)
+                failed = run("run", "in.xps", "-o", "out.xps", "--json", "--report", "report.html", *self.TURNED)
+                self.assertEqual((failed.returncode, failed.stderr.count("\n")), (1, 1), failed.stderr)
+                self.assertRegex(failed.stderr, f"^xpsfilterhost: in.xps: {self.PAGE}: the filter failed with 0x80070057: {fault}; "
+                                                "--accept-malformed takes it all the same$")
+                page = json.loads(failed.stdout)
+                self.assertRegex("the new markup " + page["markupFault"], f"^{fault}$")
+                self.assertEqual((page["part"], page["decision"]), (self.PAGE, "turned"))
+                report = Path(WORK, "report.html").read_text(encoding="utf-8")
+                self.assertIn(f"At <code>{self.PAGE}</code>", report)
+                self.assertIn("--accept-malformed", report)
+                self.assertEqual(self.files(), ["in.xps", "report.html"])
+
+    def test_it_is_taken_on_request_and_told_but_not_judged(self):
+        for package, fault in self.FAULTS.items():
+            with self.subTest(package):
+                self.take(package)
+                arguments = ["run", "in.xps", "-o", "out.xps", "--accept-malformed", "--again", *self.TURNED]
+                _, row, _, again, sum_again = self.run_done(*arguments, "--report", "report.html").splitlines()
+                self.assertRegex(row, f"Landscape on an upright sheet; {fault}; none -> /")
+                self.assertRegex(again, f"^run again: page 1 not judged: {fault}$")
+                self.assertEqual(sum_again, "run again: 0 pages stable; 0 would change; 1 not judged")
+                report = Path(WORK, "report.html").read_text(encoding="utf-8")
+                self.assertIn('<span class="tag failed">malformed</span>', report)
+                self.assertIn('<span class="tag changes">not judged</span>', report)
+                first, second = (json.loads(line) for line in self.run_done(*arguments, "--json").splitlines())
+                self.assertRegex("the new markup " + first["markupFault"], f"^{fault}$")
+                self.assertIsNone(second["again"]["isStable"])
 
 
 class BatchTest(ProgramTestCase):

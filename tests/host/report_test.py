@@ -39,6 +39,12 @@ class ReportFileTest(ProgramTestCase):
         self.assertEqual(re.findall(r"\b(?:src|href) *=|url *\(|@import|https?:", text), [])
         self.assertIn("default-src 'none'", text)
 
+    def test_tells_the_edges_of_a_sheet_in_one_line_where_two_would_lie_over_each_other(self):
+        for package, labels in (("plain", ["215.9 mm", "279.4 mm"]), ("huge-page", ["215.9 &#215; 279.4 mm"])):
+            self.take(package)
+            self.run_done("run", "in.xps", "--dry-run", "--report", "report.html")
+            self.assertEqual(re.findall("<text[^>]*>([^<]*)</text>", text_of()), labels)
+
     def test_of_a_dry_run_says_that_nothing_was_written(self):
         self.take("sample")
         self.run_done("run", "in.xps", "--dry-run", "--report", "report.html")
@@ -132,7 +138,7 @@ class AgainTest(ProgramTestCase):
         Path(WORK, "device.xml").write_text(DEVICE)
         page, totals = self.again("plain", "--device", "device.xml")
         self.assertTrue(page.startswith("run again: page 1 would be refitted: ISOA3 297x420 mm; 297x420 mm is outside"), page)
-        self.assertTrue(page.endswith("its ticket asks for NorthAmericaLetter, in whose place the printer puts ISOA3"), page)
+        self.assertTrue(page.endswith("NorthAmericaLetter 215.9x279.4 is asked for, in whose place the device puts ISOA3 297x420"), page)
         self.assertEqual(totals, "run again: 0 pages stable; 1 would change")
 
     def test_json_has_an_object_of_its_own_for_each_page(self):

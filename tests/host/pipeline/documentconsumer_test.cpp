@@ -24,6 +24,9 @@ using base::utility::MakeCom;
 /// tree, and the pages at 5 and at 9 share the ticket /Metadata/shared.xml.
 struct Job
 {
+    // New markup is nothing or a word here.
+    Job() { state->acceptsMalformed = true; }
+
     /// The next part; null at the end.
     ComPtr<IUnknown> Pull()
     {

@@ -27,7 +27,7 @@ TEST(PageView, ScalesThePageSoThatItsOffsetComesToTheCorner)
 TEST(PageDrawing, TellsTurnsApart)
 {
     const std::string arrow = " px; the content's arrow then points ";
-    const std::pair<ContentTransform, std::string> table[] = {
+    const std::pair<xps::ContentTransform, std::string> table[] = {
         {{0, -1, 1, 0, 0, 816},
          "a quarter turn anticlockwise (270 degrees clockwise): (x, y) comes to (y, 816 - x)" + arrow +
              "to the left"},

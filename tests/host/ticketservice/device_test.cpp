@@ -29,7 +29,7 @@ TEST(Device, IsRefusedWithItsReasonWhenTheDescriptionCannotServe)
     }
     EXPECT_EQ(Describe("").hr, static_cast<HRESULT>(E_PRINTCAPABILITIES_FORMAT));
     EXPECT_EQ(Describe(ReadData("merge/base.xml")).message,
-              "line 7: the root is not the Print Schema's PrintCapabilities");
+              "line 7, column 34: the root is not the Print Schema's PrintCapabilities");
     // What was in force before a refusal stays in force.
     EXPECT_NE(GetCapabilities(nullptr).document.find("\"v:PageFinish\""), std::string::npos);
 }

@@ -151,7 +151,7 @@ TEST_F(Exports, RefuseABadTicketWithItsReason)
         {kOpen, "line "},
         {kOpen + kClose + kClose, "line "},
         {kOpen + "\xFF\xFE" + kClose, "line "},
-        {"<!DOCTYPE r [<!ENTITY e 'x'>]>" + kOpen + "&e;" + kClose, "line "},
+        {"<!DOCTYPE r [<!ENTITY e 'x'>]>" + kOpen + "&e;" + kClose, "declares a document type"},
         {"<PrintTicket version='1'/>", wrongRoot},
         {"<psf:PrintCapabilities version='1' " + kPsf + "/>", wrongRoot},
         {"<psf:PrintTicket xmlns:psf='https" + std::string(kFrameworkNamespace.substr(4)) + "'/>", wrongRoot},
@@ -174,6 +174,12 @@ TEST_F(Exports, RefuseABadTicketWithItsReason)
             EXPECT_EQ(answer.document, "") << reason;
         }
     }
+}
+
+TEST_F(Exports, TakeUtf8UnderADeclarationOfUtf16)
+{
+    const std::string ticket = "<?xml version='1.0' encoding='utf-16'?>" + kOpen + kClose;
+    EXPECT_EQ(Merge(ticket, &ticket, kPTJobScope).hr, S_PT_NO_CONFLICT);
 }
 
 TEST_F(Exports, TakeNoCutOffTicketAndOutliveDamagedOnes)

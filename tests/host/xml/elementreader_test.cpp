@@ -50,8 +50,8 @@ TEST(ElementReader, ReadsEveryEncodingOfAPackage)
 TEST(ElementReader, SaysWhyMarkupCannotBeRead)
 {
     const std::pair<std::string, const char*> faults[] = {
-        {"<a>\n<b></a>", "is not well-formed: line 2: "},
-        {"<?xml version='1.0'?>\n\n<a", "is not well-formed: line 3: "},
+        {"<a>\n<b></a>", "is not well-formed: line 2, column "},
+        {"<?xml version='1.0'?>\n\n<a", "is not well-formed: line 3, column "},
         {"", "is not well-formed: "},
         {"  \n", "is not well-formed: "},
         {"text", "is not well-formed: "},

@@ -1,0 +1,22 @@
+#include "host/report/decisioncounts.h"
+
+#include <numeric>
+
+namespace host::report
+{
+std::size_t DecisionCounts::All() const
+{
+    return std::accumulate(m_counts.begin(), m_counts.end(), std::size_t{0});
+}
+
+std::string DecisionCounts::Format() const
+{
+    std::string text;
+    for (const Decision decision :
+         {Decision::Passed, Decision::Turned, Decision::Refitted, Decision::TurnedAndRefitted})
+    {
+        text += (text.empty() ? "" : "; ") + std::to_string(Of(decision)) + " " + NameOf(decision);
+    }
+    return text;
+}
+} // namespace host::report
