@@ -45,6 +45,25 @@ public:
 
 constexpr PageBox kLetter{0, 0, 816, 1056};
 
+TEST(FixedPageSaxHandlerBase, AnswersEveryCallbackAndDoesNothing)
+{
+    const auto handler = MakeCom<Handler>();
+    for (const HRESULT hr : {handler->putDocumentLocator(nullptr),
+                             handler->startDocument(),
+                             handler->endDocument(),
+                             handler->startPrefixMapping(nullptr, 0, nullptr, 0),
+                             handler->endPrefixMapping(nullptr, 0),
+                             handler->startElement(nullptr, 0, nullptr, 0, nullptr, 0, nullptr),
+                             handler->endElement(nullptr, 0, nullptr, 0, nullptr, 0),
+                             handler->characters(nullptr, 0),
+                             handler->ignorableWhitespace(nullptr, 0),
+                             handler->processingInstruction(nullptr, 0, nullptr, 0),
+                             handler->skippedEntity(nullptr, 0)})
+    {
+        EXPECT_EQ(hr, S_OK);
+    }
+}
+
 // They are escaped by their key in the map and by their local name from the reader.
 TEST(Attributes, ComeBackInKeyOrderFromTheMapAndInDocumentOrderFromTheReader)
 {

@@ -167,7 +167,7 @@ TEST_F(XpsFilterBaseTest, AsksForTheDriverOnce)
     }
     pipeline->bag->SetHandle(L"PrinterHandle", kPrinter);
     const utility::DriverInfo* const info = filter->GetDriverInfo();
-    EXPECT_NE(info, nullptr);
+    EXPECT_EQ(info->GetInfo().cVersion, 0U);
     EXPECT_EQ(filter->GetDriverInfo(), info);
     EXPECT_EQ(pipeline->record.Count("GetProperty PrinterHandle"), 4);
 }
