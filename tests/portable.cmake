@@ -7,7 +7,6 @@ add_suite(
             base/xps/markuptext_test.cpp
             base/xps/mediafit_test.cpp
             base/xps/pagetransform_test.cpp
-            base/xps/printschema/mediasizetable_test.cpp
             host/opc/packagewriter_test.cpp
             host/opc/partname_test.cpp
             host/xml/elementreader_test.cpp

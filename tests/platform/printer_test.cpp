@@ -14,17 +14,17 @@
 #include "base/xps/printschema/printablemediasizedata.h"
 #include "base/xps/printschema/printticketprovider.h"
 #include "support/pipeline.h"
-#include "support/ticketfacts.h"
-#include "support/tickettext.h"
+#include "support/tickets.h"
 
 namespace base::xps::printschema
 {
 namespace
 {
-using support::DomDocument;
+using support::CountFeatures;
+using support::Document;
 using support::Feature;
+using support::OptionOf;
 using support::Ticket;
-using support::TicketFacts;
 using utility::Bstr;
 using utility::MakeCom;
 
@@ -63,7 +63,7 @@ TEST_F(PrinterTest, IsServedByThePlatformsOwnLibrary)
 TEST_F(PrinterTest, MergesATicketForThePageAndKeepsTheDriversLimits)
 {
     ASSERT_EQ(Open(kPrinter), S_OK);
-    const DomDocument defaultTicket = xml::XmlUtility::LoadDocumentFromString(DefaultPrintTicketOf(7));
+    const Document defaultTicket = xml::XmlUtility::LoadDocumentFromString(DefaultPrintTicketOf(7));
     const auto sequence = MakeCom<support::SequencePart>(record, "sequence");
     const auto document =
         MakeCom<support::DocumentPart>(record, "document", Ticket(Feature("DocumentCollate", "Collated")));
@@ -73,17 +73,17 @@ TEST_F(PrinterTest, MergesATicketForThePageAndKeepsTheDriversLimits)
     ASSERT_EQ(provider.ApplyDocumentTicket(document.Get(), defaultTicket.Get()), S_OK);
     ASSERT_EQ(provider.ApplyPageTicket(page.Get(), defaultTicket.Get()), S_OK);
 
-    DomDocument ticket;
+    Document ticket;
     ASSERT_EQ(provider.GetLevelTicket(kPTDocumentScope, ticket.Receive()), S_OK);
-    EXPECT_EQ(TicketFacts(ticket.Get()).OptionOf("psk:DocumentCollate"), "psk:Collated");
+    EXPECT_EQ(OptionOf(ticket, "psk:DocumentCollate"), "psk:Collated");
     ticket = {};
     ASSERT_EQ(provider.GetLevelTicket(kPTPageScope, ticket.Receive()), S_OK);
-    const TicketFacts facts(ticket.Get());
-    EXPECT_EQ(facts.OptionOf("psk:PageMediaSize"), "psk:ISOA4");
-    EXPECT_EQ(facts.OptionOf("psk:PageOrientation"), "psk:Landscape");
-    EXPECT_EQ(facts.OptionOf("psk:PageOutputColor"), "psk:Monochrome");
-    EXPECT_EQ(facts.CountFeatures("http://schemas.quellmark.example/printing/2005/08/printticket",
-                                  "PagePrintableMediaSize"),
+    EXPECT_EQ(OptionOf(ticket, "psk:PageMediaSize"), "psk:ISOA4");
+    EXPECT_EQ(OptionOf(ticket, "psk:PageOrientation"), "psk:Landscape");
+    EXPECT_EQ(OptionOf(ticket, "psk:PageOutputColor"), "psk:Monochrome");
+    EXPECT_EQ(CountFeatures(ticket,
+                            "http://schemas.quellmark.example/printing/2005/08/printticket",
+                            "PagePrintableMediaSize"),
               1);
     PrintableMediaSizeData printable;
     printable.Read(PrintSchemaDocumentHandler::ForPrintTicket(ticket));

@@ -134,15 +134,15 @@ private:
 
 /// An object of the pipeline; all kinds are counted together.
 template <typename Interface>
-class PipelineObject : public base::utility::ComObject<Interface>, LifeCounted<PipelineRecord>
+class PipelineObject : public base::utility::ComObject<Interface>, LifeCounted
 {
 protected:
     explicit PipelineObject(PipelineRecord& record) : m_record(record) {}
 
     template <typename Object, typename Result>
-    static HRESULT HandOut(const ComPtr<Object>& object, Result** result)
+    static HRESULT HandOut(ComPtr<Object> object, Result** result)
     {
-        *result = ComPtr<Object>(object).Detach();
+        *result = object.Detach();
         return S_OK;
     }
 
@@ -425,24 +425,12 @@ class PipelineBag final : public PipelineObject<IPrintPipelinePropertyBag>
 public:
     explicit PipelineBag(PipelineRecord& record) : PipelineObject(record) {}
 
-    void SetText(const wchar_t* name, const wchar_t* text)
+    void SetText(const wchar_t* name, const wchar_t* text) { Set(name, VT_BSTR, Bstr(text).Detach()); }
+    void SetObject(const wchar_t* name, ComPtr<IUnknown> object, VARTYPE type = VT_UNKNOWN)
     {
-        VARIANT* const value = m_values[name].Receive();
-        value->bstrVal = Bstr(text).Detach();
-        value->vt = VT_BSTR;
+        Set(name, type, object.Detach());
     }
-    void SetObject(const wchar_t* name, const ComPtr<IUnknown>& object, VARTYPE type = VT_UNKNOWN)
-    {
-        VARIANT* const value = m_values[name].Receive();
-        value->punkVal = ComPtr<IUnknown>(object).Detach();
-        value->vt = type;
-    }
-    void SetHandle(const wchar_t* name, HANDLE handle)
-    {
-        VARIANT* const value = m_values[name].Receive();
-        value->byref = handle;
-        value->vt = VT_BYREF;
-    }
+    void SetHandle(const wchar_t* name, HANDLE handle) { Set(name, VT_BYREF, handle); }
 
     STDMETHODIMP AddProperty(const wchar_t*, const VARIANT*) override { return E_ACCESSDENIED; }
     STDMETHODIMP GetProperty(const wchar_t* name, VARIANT* value) override
@@ -464,6 +452,13 @@ public:
     STDMETHODIMP_(BOOL) DeleteProperty(const wchar_t*) override { return FALSE; }
 
 private:
+    void Set(const wchar_t* name, VARTYPE type, void* value)
+    {
+        VARIANT* const property = m_values[name].Receive();
+        property->byref = value;
+        property->vt = type;
+    }
+
     std::map<std::wstring, base::utility::Variant> m_values;
 };
 
@@ -519,10 +514,7 @@ public:
     }
 
     /// Objects and streams of all pipelines that are alive.
-    static int CountObjects()
-    {
-        return LifeCounted<PipelineRecord>::Alive() + MemoryReadStream::Alive() + MemoryWriteStream::Alive();
-    }
+    static int CountObjects() { return LifeCounted::Alive(); }
 
     template <typename Part, typename... Arguments>
     ComPtr<Part> Add(Arguments&&... arguments)

@@ -4,22 +4,11 @@
 
 #include <gtest/gtest.h>
 
-#include "base/logging/boundary.h"
 #include "support/pipeline.h"
 #include "support/tickettext.h"
 
 namespace support
 {
-/// The HRESULT that a COM boundary makes of what `act` throws; S_OK when it throws nothing.
-template <typename Action>
-HRESULT ResultOf(Action&& act)
-{
-    return base::exception::AtBoundary([&] {
-        act();
-        return S_OK;
-    });
-}
-
 /// A test with a pipeline of its own, that sees the calls of the platform's print ticket functions as well.
 /// In the end nothing may be held, open or impersonated.
 class PipelineTest : public ::testing::Test

@@ -6,15 +6,13 @@
 #include <limits>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "base/utility/comobject.h"
 #include "platform/filterpipeline.h"
 
 namespace support
 {
-/// Counts the objects of one kind that are alive.
-template <typename Owner>
+/// Counts the fakes of all kinds that are alive.
 class LifeCounted
 {
 public:
@@ -33,91 +31,79 @@ private:
 /// Sees a stream's calls, by the method's name, and may answer a failing code in the place of one.
 using StreamGate = std::function<HRESULT(const std::string& method)>;
 
+inline StreamGate Answering(HRESULT hr)
+{
+    return [hr](const std::string&) { return hr; };
+}
+
 /// A print stream over bytes in memory. Reads come in pieces of at most `longestRead` bytes.
-class MemoryReadStream final : public base::utility::ComObject<IPrintReadStream>,
-                               LifeCounted<MemoryReadStream>
+class MemoryReadStream final : public base::utility::ComObject<IPrintReadStream>, LifeCounted
 {
 public:
-    using LifeCounted<MemoryReadStream>::Alive;
-
     explicit MemoryReadStream(std::string bytes) : m_bytes(std::move(bytes)) {}
 
     STDMETHODIMP Seek(LONGLONG move, DWORD origin, ULONGLONG* newPosition) override
     {
         ++seeks;
-        const HRESULT own = origin >= failingOrigin ? seekResult : S_OK;
-        if (const HRESULT hr = gate ? gate("Seek") : own; FAILED(hr))
+        const HRESULT hr = gate("Seek");
+        if (SUCCEEDED(hr))
         {
-            return hr;
+            const LONGLONG bases[] = {0, position, static_cast<LONGLONG>(m_bytes.size())};
+            position = bases[origin] + move;
+            *newPosition = static_cast<ULONGLONG>(position);
         }
-        const LONGLONG bases[] = {0, position, static_cast<LONGLONG>(m_bytes.size())};
-        position = bases[origin] + move;
-        *newPosition = static_cast<ULONGLONG>(position);
-        return S_OK;
+        return hr;
     }
-
     STDMETHODIMP ReadBytes(void* buffer, ULONG requested, ULONG* read, BOOL* endOfFile) override
     {
         ++reads;
-        if (const HRESULT hr = gate ? gate("ReadBytes") : readResult; FAILED(hr))
+        const HRESULT hr = gate("ReadBytes");
+        if (SUCCEEDED(hr))
         {
-            return hr;
+            const auto start = std::min(static_cast<std::size_t>(position), m_bytes.size());
+            *read = static_cast<ULONG>(
+                m_bytes.copy(static_cast<char*>(buffer), std::min(requested, longestRead), start));
+            position += *read;
+            *endOfFile = start + *read == m_bytes.size();
         }
-        const auto start = std::min(static_cast<std::size_t>(position), m_bytes.size());
-        const std::size_t count = std::min({m_bytes.size() - start, std::size_t{requested}, longestRead});
-        std::copy_n(m_bytes.begin() + static_cast<std::ptrdiff_t>(start), count, static_cast<char*>(buffer));
-        position += static_cast<LONGLONG>(count);
-        *read = static_cast<ULONG>(count);
-        *endOfFile = start + count == m_bytes.size();
-        return S_OK;
+        return hr;
     }
 
     LONGLONG position = 0;
-    std::size_t longestRead = std::numeric_limits<std::size_t>::max();
+    ULONG longestRead = std::numeric_limits<ULONG>::max();
     int seeks = 0;
     int reads = 0;
-    HRESULT seekResult = S_OK;
-    DWORD failingOrigin = STREAM_SEEK_SET;
-    HRESULT readResult = S_OK;
-    StreamGate gate;
+    StreamGate gate = Answering(S_OK);
 
 private:
     std::string m_bytes;
 };
 
-/// A print stream that keeps what it is given, at most `longestWrite` bytes at a time. A failing write takes
-/// `takenOnFailure` bytes.
-class MemoryWriteStream final : public base::utility::ComObject<IPrintWriteStream>,
-                                LifeCounted<MemoryWriteStream>
+/// A print stream that keeps what it is given, at most `longestWrite` bytes at a time, and then answers
+/// `writeResult`.
+class MemoryWriteStream final : public base::utility::ComObject<IPrintWriteStream>, LifeCounted
 {
 public:
-    using LifeCounted<MemoryWriteStream>::Alive;
-
     STDMETHODIMP WriteBytes(const void* buffer, ULONG count, ULONG* written) override
     {
-        if (const HRESULT hr = gate ? gate("WriteBytes") : S_OK; FAILED(hr))
+        if (const HRESULT hr = gate("WriteBytes"); FAILED(hr))
         {
             return hr;
         }
-        const ULONG taken = std::min(FAILED(writeResult) ? takenOnFailure : longestWrite, count);
-        bytes.append(static_cast<const char*>(buffer), taken);
-        *written = taken;
+        *written = std::min(longestWrite, count);
+        bytes.append(static_cast<const char*>(buffer), *written);
         return writeResult;
     }
     STDMETHODIMP_(void) Close() override
     {
         ++closes;
-        if (gate)
-        {
-            static_cast<void>(gate("Close"));
-        }
+        static_cast<void>(gate("Close"));
     }
 
     std::string bytes;
     HRESULT writeResult = S_OK;
-    ULONG takenOnFailure = 0;
     ULONG longestWrite = std::numeric_limits<ULONG>::max();
     int closes = 0;
-    StreamGate gate;
+    StreamGate gate = Answering(S_OK);
 };
 } // namespace support

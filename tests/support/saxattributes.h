@@ -10,21 +10,19 @@
 
 namespace support
 {
-/// Attributes as a SAX reader hands them out, failing from a chosen index on.
+/// Attributes as a SAX reader hands them out. The answer after `answers` good ones fails.
 class AttributeList final : public base::utility::ComObject<ISAXAttributes>
 {
 public:
     using Attributes = std::vector<std::pair<std::wstring, std::wstring>>;
-    explicit AttributeList(Attributes attributes) : m_attributes(std::move(attributes)) {}
+    explicit AttributeList(Attributes attributes = {}) : m_attributes(std::move(attributes)) {}
 
-    HRESULT lengthResult = S_OK;
-    int failingName = std::numeric_limits<int>::max();
-    int failingValue = std::numeric_limits<int>::max();
+    int answers = std::numeric_limits<int>::max();
 
     STDMETHODIMP getLength(int* length) override
     {
         *length = static_cast<int>(m_attributes.size());
-        return lengthResult;
+        return Answer();
     }
     STDMETHODIMP getName(int index,
                          const wchar_t** uri,
@@ -34,31 +32,23 @@ public:
                          const wchar_t** qualifiedName,
                          int* qualifiedNameLength) override
     {
-        if (index >= failingName)
-        {
-            return E_FAIL;
-        }
         const std::wstring& name = m_attributes[static_cast<std::size_t>(index)].first;
-        const std::size_t colon = name.find(L':');
-        const std::size_t start = colon == std::wstring::npos ? 0 : colon + 1;
+        // Behind the colon, which not every name has.
+        const std::size_t start = name.find(L':') + 1;
         *uri = L"";
         *uriLength = 0;
         *localName = name.c_str() + start;
         *localNameLength = static_cast<int>(name.size() - start);
         *qualifiedName = name.c_str();
         *qualifiedNameLength = static_cast<int>(name.size());
-        return S_OK;
+        return Answer();
     }
     STDMETHODIMP getValue(int index, const wchar_t** value, int* length) override
     {
-        if (index >= failingValue)
-        {
-            return E_FAIL;
-        }
         const std::wstring& text = m_attributes[static_cast<std::size_t>(index)].second;
         *value = text.c_str();
         *length = static_cast<int>(text.size());
-        return S_OK;
+        return Answer();
     }
 
     STDMETHODIMP getURI(int, const wchar_t**, int*) override { return E_NOTIMPL; }
@@ -82,6 +72,8 @@ public:
     STDMETHODIMP getValueFromQName(const wchar_t*, int, const wchar_t**, int*) override { return E_NOTIMPL; }
 
 private:
+    HRESULT Answer() { return answers-- == 0 ? E_FAIL : S_OK; }
+
     Attributes m_attributes;
 };
 } // namespace support

@@ -1,10 +1,12 @@
 #pragma once
 
+#include <regex>
 #include <string>
 
 namespace support
 {
-/// The message of what `act` throws as `Exception`, or a note that it threw nothing.
+/// The message of what `act` throws as `Exception`, its line number as "...", or a note that it threw
+/// nothing.
 template <typename Exception, typename Action>
 std::string MessageOf(Action&& act)
 {
@@ -14,7 +16,7 @@ std::string MessageOf(Action&& act)
     }
     catch (const Exception& error)
     {
-        return error.what();
+        return std::regex_replace(error.what(), std::regex("\\(\\d+\\) : "), "(...) : ");
     }
     return "(nothing was thrown)";
 }

@@ -7,41 +7,46 @@
 #include "base/utility/utf8.h"
 #include "base/utility/variant.h"
 #include "base/xml/xmlutility.h"
-#include "base/xps/printschema/dom.h"
-#include "support/tickettext.h"
 
-namespace tests
+namespace support
 {
+using base::exception::ThrowIfFailed;
 using base::utility::Bstr;
 using base::utility::ComPtr;
+using base::utility::FromUtf8;
 using base::utility::Variant;
-using base::xps::printschema::CountOf;
-using base::xps::printschema::ItemOf;
+namespace XmlUtility = base::xml::XmlUtility;
 
 namespace
 {
-ComPtr<IXMLDOMNodeList> Select(const Document& document, const std::wstring& xpath)
+ComPtr<IXMLDOMNodeList> Select(const Document& document, const std::string& xpath)
 {
+    const Document copy = XmlUtility::CreateDocument();
+    const ComPtr<IStream> saved = XmlUtility::SaveDocument(document.Get());
+    VARIANT_BOOL loaded = VARIANT_FALSE;
+    ThrowIfFailed(copy->load(Variant(saved.Get()).Get(), &loaded));
+    const Variant framework(
+        Bstr(L"xmlns:f='http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework'"));
+    ThrowIfFailed(copy->setProperty(Bstr(L"SelectionNamespaces").Get(), framework.Get()));
     ComPtr<IXMLDOMNodeList> nodes;
-    base::exception::ThrowIfFailed(document->selectNodes(Bstr(xpath).Get(), nodes.Receive()));
+    ThrowIfFailed(copy->selectNodes(Bstr(xpath.c_str()).Get(), nodes.Receive()));
     return nodes;
 }
 } // namespace
 
-std::wstring DataPath(const std::wstring& name)
+Document LoadDocument(const std::string& markup)
 {
-    return TEST_DATA L"/" + name;
+    return XmlUtility::LoadDocumentFromString(FromUtf8(markup));
 }
 
-Document MakeTicket(const std::wstring& content)
+Document MakeTicket(const std::string& content)
 {
-    const std::string markup = support::Ticket(base::utility::ToUtf8(content));
-    return base::xml::XmlUtility::LoadDocumentFromString(base::utility::FromUtf8(markup));
+    return LoadDocument(Ticket(content));
 }
 
-Document LoadTicket(const std::wstring& name)
+Document LoadFile(const std::string& path)
 {
-    return base::xml::XmlUtility::LoadDocumentFromFile(DataPath(L"tickets/" + name));
+    return XmlUtility::LoadDocumentFromFile(FromUtf8(path));
 }
 
 base::xps::printschema::PrintSchemaHandler HandlerOf(const Document& document)
@@ -49,61 +54,54 @@ base::xps::printschema::PrintSchemaHandler HandlerOf(const Document& document)
     return base::xps::printschema::PrintSchemaDocumentHandler::ForPrintTicket(document);
 }
 
-Document Reload(const Document& document)
+std::string Integers(const std::string& element, const std::string& prefix, const std::string& values)
 {
-    const ComPtr<IStream> saved = base::xml::XmlUtility::SaveDocument(document.Get());
-    Document copy = base::xml::XmlUtility::CreateDocument();
-    VARIANT_BOOL loaded = VARIANT_FALSE;
-    base::exception::ThrowIfFailed(copy->load(Variant(saved.Get()).Get(), &loaded));
-    const Variant namespaces{
-        Bstr(L"xmlns:psf='http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework'")};
-    base::exception::ThrowIfFailed(copy->setProperty(Bstr(L"SelectionNamespaces").Get(), namespaces.Get()));
-    return copy;
-}
-
-std::wstring Feature(const std::wstring& name, const std::wstring& option, const std::wstring& content)
-{
-    return L"<psf:Feature name='" + name + L"'><psf:Option name='" + option + L"'>" + content +
-           L"</psf:Option></psf:Feature>";
-}
-
-std::wstring Integer(const std::wstring& element, const std::wstring& name, const std::wstring& value)
-{
-    return L"<psf:" + element + L" name='" + name + L"'><psf:Value xsi:type='xsd:integer'>" + value +
-           L"</psf:Value></psf:" + element + L">";
-}
-
-std::wstring Integers(const std::wstring& element, const std::wstring& prefix, const std::wstring& values)
-{
-    std::wistringstream remaining(values);
-    std::wstring content;
-    for (std::wstring item; remaining >> item;)
+    std::istringstream remaining(values);
+    std::string content;
+    for (std::string item; remaining >> item;)
     {
-        const std::size_t sign = item.find(L'=');
-        content += Integer(element, prefix + item.substr(0, sign), item.substr(sign + 1));
+        const std::size_t sign = item.find('=');
+        content += "<psf:" + element + " name='" + prefix + item.substr(0, sign) +
+                   "'><psf:Value xsi:type='xsd:integer'>" + item.substr(sign + 1) +
+                   "</psf:Value></psf:" + element + ">";
     }
     return content;
 }
 
-long Count(const Document& document, const std::wstring& xpath)
-{
-    return CountOf(Select(document, xpath).Get());
-}
-
-std::wstring Names(const Document& document, const std::wstring& xpath)
+std::string Join(const Document& document, const std::string& xpath)
 {
     const ComPtr<IXMLDOMNodeList> nodes = Select(document, xpath);
-    std::wstring names;
-    for (long index = 0; index < CountOf(nodes.Get()); ++index)
+    std::string joined;
+    for (;;)
     {
-        const ComPtr<IXMLDOMNode> node = ItemOf(nodes.Get(), index);
-        Bstr name;
-        if (!base::xps::printschema::ReadAttribute(node.Get(), L"name", name))
+        ComPtr<IXMLDOMNode> node;
+        ThrowIfFailed(nodes->nextNode(node.Receive()));
+        if (!node)
         {
-            base::exception::ThrowIfFailed(node->get_text(name.Receive()));
+            return joined;
         }
-        names += (names.empty() ? L"" : L" ") + std::wstring(name.View());
+        Bstr text;
+        ThrowIfFailed(node->get_text(text.Receive()));
+        joined.append(joined.empty() ? "" : " ").append(base::utility::ToUtf8(std::wstring(text.View())));
     }
-    return names;
 }
-} // namespace tests
+
+int Count(const Document& document, const std::string& xpath)
+{
+    LONG count = 0;
+    ThrowIfFailed(Select(document, xpath)->get_length(&count));
+    return count;
+}
+
+std::string OptionOf(const Document& document, const std::string& feature)
+{
+    return Join(document, "//f:Feature[@name='" + feature + "']/f:Option/@name");
+}
+
+int CountFeatures(const Document& document, const std::string& uri, const std::string& localName)
+{
+    return Count(document,
+                 "//f:Feature[substring-after(@name, ':')='" + localName +
+                     "'][namespace::*[local-name()=substring-before(../@name, ':')]='" + uri + "']");
+}
+} // namespace support

@@ -5,36 +5,36 @@
 #include "base/utility/comptr.h"
 #include "base/xps/printschema/printschemahandler.h"
 #include "platform/msxml6.h"
+#include "support/tickettext.h"
 
-namespace tests
+namespace support
 {
 using Document = base::utility::ComPtr<IXMLDOMDocument2>;
 
-/// A file of tests/data.
-std::wstring DataPath(const std::wstring& name);
+Document LoadDocument(const std::string& markup);
 
-/// A ticket with `content` below the root of support::Ticket.
-Document MakeTicket(const std::wstring& content);
+/// A ticket with `content` below the root.
+Document MakeTicket(const std::string& content);
 
-Document LoadTicket(const std::wstring& name);
+/// A file among the data files, which the suites run beside.
+Document LoadFile(const std::string& path);
 
 base::xps::printschema::PrintSchemaHandler HandlerOf(const Document& document);
 
-/// The document saved and loaded again, to be queried with the framework's prefix psf.
-Document Reload(const Document& document);
+/// Properties or scored properties of integers, given as "Name=value Name=value", with `prefix` before each
+/// name.
+std::string Integers(const std::string& element, const std::string& prefix, const std::string& values);
 
-/// A feature with one option, both names with their prefix, and what the option holds.
-std::wstring Feature(const std::wstring& name, const std::wstring& option, const std::wstring& content = L"");
+// What XPath finds in a document as it comes back after saving. The prefix f stands for the framework.
 
-/// A property or scored property, its name with its prefix, with an integer value.
-std::wstring Integer(const std::wstring& element, const std::wstring& name, const std::wstring& value);
+/// The text of all selected nodes in document order, blanks between them.
+std::string Join(const Document& document, const std::string& xpath);
 
-/// Several of them, given as "Name=value Name=value", with `prefix` before each name.
-std::wstring Integers(const std::wstring& element, const std::wstring& prefix, const std::wstring& values);
+int Count(const Document& document, const std::string& xpath);
 
-/// How many nodes an XPath query selects, with the document's own selection namespaces.
-long Count(const Document& document, const std::wstring& xpath);
+/// The names of the options that a feature selects.
+std::string OptionOf(const Document& document, const std::string& feature);
 
-/// The names of all elements that the query selects, or their text where they have none, joined by blanks.
-std::wstring Names(const Document& document, const std::wstring& xpath);
-} // namespace tests
+/// The count of features of a local name in a namespace, by the declarations that are in scope.
+int CountFeatures(const Document& document, const std::string& uri, const std::string& localName);
+} // namespace support

@@ -12,22 +12,9 @@ namespace base::io
 {
 namespace
 {
-const std::string kTag(100, 'x');
-
 struct PieceBufferTest : ::testing::Test
 {
-    /// More than one piece, and what it comes to.
-    std::string Write()
-    {
-        std::string text;
-        for (int tag = 0; tag < 100; ++tag)
-        {
-            output << kTag;
-            text += kTag;
-        }
-        return text;
-    }
-
+    const std::string tag = std::string(100, 'x');
     const utility::ComPtr<support::MemoryWriteStream> stream = utility::MakeCom<support::MemoryWriteStream>();
     PrintStreamBuffer target{stream.Get()};
     PieceBuffer pieces{target};
@@ -36,24 +23,27 @@ struct PieceBufferTest : ::testing::Test
 
 TEST_F(PieceBufferTest, PassesLargePiecesOnAndTheRestWhenFlushed)
 {
-    const std::string text = Write();
-    EXPECT_EQ(stream->bytes, text.substr(0, 8192));
+    for (int written = 0; written < 100; ++written)
+    {
+        output << tag;
+    }
+    EXPECT_EQ(stream->bytes, std::string(8192, 'x'));
     output.flush();
-    EXPECT_EQ(stream->bytes, text);
+    EXPECT_EQ(stream->bytes, std::string(10'000, 'x'));
     EXPECT_TRUE(output.flush());
 }
 
 TEST_F(PieceBufferTest, FailsTheStreamWhenTheTargetThrowsOrTakesTooLittle)
 {
     stream->writeResult = E_FAIL;
-    output << kTag;
+    output << tag;
     EXPECT_TRUE(output);
     EXPECT_FALSE(output.flush());
 
     output.clear();
     stream->writeResult = S_OK;
     stream->longestWrite = 10;
-    Write();
+    output << std::string(10'000, 'x');
     EXPECT_FALSE(output);
 }
 } // namespace

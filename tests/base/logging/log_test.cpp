@@ -18,17 +18,9 @@ std::string ForwardToList(const char* format, ...)
 {
     std::va_list arguments;
     va_start(arguments, format);
-    std::string text;
-    try
-    {
-        text = FormatStringV(format, arguments);
-    }
-    catch (const std::invalid_argument& error)
-    {
-        text = error.what();
-    }
+    std::string message = MessageOf<std::invalid_argument>([&] { FormatStringV(format, arguments); });
     va_end(arguments);
-    return text;
+    return message;
 }
 
 TEST(FormatString, ExpandsNarrowAndWideText)
@@ -45,16 +37,10 @@ TEST(FormatString, NamesItsSourceAndTellsItsTwoNullChecksApart)
 {
     const char* const none = nullptr;
     const wchar_t* const wideNone = nullptr;
-    const auto matches = [](const std::string& message, const std::string& end) {
-        const std::string path = "base\\logging\\log(";
-        return message.starts_with(path) && message.ends_with(") : " + end + "\n");
-    };
-    const std::string variadic = MessageOf<std::invalid_argument>([&] { FormatString(none); });
-    EXPECT_TRUE(matches(variadic, "pMessage is null")) << variadic;
-    const std::string wide = MessageOf<std::invalid_argument>([&] { FormatWString(wideNone); });
-    EXPECT_TRUE(matches(wide, "pMessage is null")) << wide;
-    const std::string list = ForwardToList(none);
-    EXPECT_TRUE(matches(list, "pMessage is null.")) << list;
+    const std::string message = "base\\logging\\log(...) : pMessage is null";
+    EXPECT_EQ(MessageOf<std::invalid_argument>([&] { FormatString(none); }), message + "\n");
+    EXPECT_EQ(MessageOf<std::invalid_argument>([&] { FormatWString(wideNone); }), message + "\n");
+    EXPECT_EQ(ForwardToList(none), message + ".\n");
 }
 
 TEST(FormatString, KeepsTheDecimalPointInEveryLocale)

@@ -10,41 +10,22 @@ namespace
 {
 using support::IsThreadImpersonating;
 
-/// A token that was valid once.
-HANDLE ClosedToken()
+TEST(Impersonation, LastsAsLongAsItsObjectAndWithoutAUsableTokenLeavesTheThreadAsItIs)
 {
-    HANDLE token = support::OpenUserToken();
-    EXPECT_TRUE(CloseHandle(token));
-    return token;
-}
-
-TEST(Impersonation, LastsAsLongAsItsObject)
-{
+    HANDLE closed = support::OpenUserToken();
+    ASSERT_TRUE(CloseHandle(closed));
+    for (HANDLE token : {HANDLE{nullptr}, INVALID_HANDLE_VALUE, closed})
+    {
+        EXPECT_EQ(Impersonation(token).GetResult(), HRESULT_FROM_WIN32(ERROR_INVALID_HANDLE)) << token;
+        EXPECT_FALSE(IsThreadImpersonating()) << token;
+    }
     {
         const Impersonation user(support::UserToken());
         EXPECT_EQ(user.GetResult(), S_OK);
+        EXPECT_TRUE(FAILED(Impersonation(nullptr).GetResult()));
         EXPECT_TRUE(IsThreadImpersonating());
     }
     EXPECT_FALSE(IsThreadImpersonating());
-}
-
-TEST(Impersonation, FailsWithoutAUsableToken)
-{
-    for (HANDLE token : {HANDLE{nullptr}, INVALID_HANDLE_VALUE, ClosedToken()})
-    {
-        const Impersonation user(token);
-        EXPECT_EQ(user.GetResult(), HRESULT_FROM_WIN32(ERROR_INVALID_HANDLE)) << token;
-        EXPECT_FALSE(IsThreadImpersonating()) << token;
-    }
-}
-
-TEST(Impersonation, ThatFailedLeavesTheThreadAsItIs)
-{
-    const Impersonation user(support::UserToken());
-    {
-        const Impersonation nobody(nullptr);
-    }
-    EXPECT_TRUE(IsThreadImpersonating());
 }
 } // namespace
 } // namespace base::utility

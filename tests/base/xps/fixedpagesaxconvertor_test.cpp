@@ -1,5 +1,6 @@
 #include "base/xps/fixedpagesaxconvertor.h"
 
+#include <cwchar>
 #include <fstream>
 #include <iterator>
 #include <sstream>
@@ -46,8 +47,7 @@ protected:
     void SetUp() override { ASSERT_GE(CoInitializeEx(nullptr, COINIT_MULTITHREADED), 0); }
     void TearDown() override
     {
-        EXPECT_EQ(MemoryReadStream::Alive(), 0);
-        EXPECT_EQ(MemoryWriteStream::Alive(), 0);
+        EXPECT_EQ(support::LifeCounted::Alive(), 0);
         CoUninitialize();
     }
 };
@@ -79,9 +79,7 @@ std::string Turned(const std::string& markup)
     return target->bytes;
 }
 
-using TurnedMarkup = Markup;
-
-TEST_F(TurnedMarkup, IsByteForByteAsRecorded)
+TEST_F(Markup, IsTurnedByteForByteAsRecorded)
 {
     EXPECT_EQ(Turned(FileContent("markup/page.fpage")), FileContent("markup/page.turned.fpage"));
     // A prefix of the page stays, that of its resources goes, and a page without any size is an empty one.
@@ -91,7 +89,7 @@ TEST_F(TurnedMarkup, IsByteForByteAsRecorded)
     }
 }
 
-TEST_F(TurnedMarkup, DependsNeitherOnEncodingNorOnByteOrderMark)
+TEST_F(Markup, MayComeInAnyEncodingWithAByteOrderMark)
 {
     const std::string ascii = R"(<FixedPage Width="10" Height="20" xmlns="urn:p"/>)";
     const std::string expected = Turned(ascii);
@@ -104,7 +102,7 @@ TEST_F(TurnedMarkup, DependsNeitherOnEncodingNorOnByteOrderMark)
     EXPECT_EQ(Turned(utf16), expected);
 }
 
-TEST_F(TurnedMarkup, EndsInAFailureWhereThePageIsMalformed)
+TEST_F(Markup, EndsInAFailureWhereItIsMalformed)
 {
     for (const char* markup : {"", "<FixedPage", "<FixedPage><Path></FixedPage>", "<FixedPage a='1' a='2'/>"})
     {
@@ -112,31 +110,37 @@ TEST_F(TurnedMarkup, EndsInAFailureWhereThePageIsMalformed)
     }
 }
 
-TEST(FixedPageSaxConvertor, ClosesWhatAnInterruptedParseLeftOpenFromTheInsideOut)
+class ConvertorTest : public ::testing::Test
 {
-    std::ostringstream output;
-    const auto none = MakeCom<support::AttributeList>(support::AttributeList::Attributes{});
+protected:
+    HRESULT Start(const wchar_t* name)
     {
-        const auto convertor = MakeCom<FixedPageSaxConvertor>(output, 270.0F, 1.0F);
-        EXPECT_EQ(convertor->endElement(nullptr, 0, nullptr, 0, nullptr, 0), E_FAIL);
-        EXPECT_EQ(convertor->startElement(L"", 0, L"A", 1, L"A", 1, none.Get()), S_OK);
-        EXPECT_EQ(convertor->startElement(L"", 0, L"B", 1, L"p:B", 3, none.Get()), S_OK);
-        EXPECT_EQ(GdiplusGuard::GetUserCount(), 1U);
+        const int length = static_cast<int>(std::wcslen(name));
+        return convertor->startElement(L"", 0, name, length, name, length, none.Get());
     }
+
+    std::ostringstream output;
+    const utility::ComPtr<support::AttributeList> none = MakeCom<support::AttributeList>();
+    utility::ComPtr<FixedPageSaxConvertor> convertor = MakeCom<FixedPageSaxConvertor>(output, 270.0F, 1.0F);
+};
+
+TEST_F(ConvertorTest, ClosesWhatAnInterruptedParseLeftOpenFromTheInsideOut)
+{
+    EXPECT_EQ(convertor->endElement(nullptr, 0, nullptr, 0, nullptr, 0), E_FAIL);
+    EXPECT_EQ(Start(L"A"), S_OK);
+    EXPECT_EQ(Start(L"p:B"), S_OK);
+    EXPECT_EQ(GdiplusGuard::GetUserCount(), 1U);
+    convertor = {};
     EXPECT_EQ(output.str(), "<A><p:B></p:B></A>");
     EXPECT_EQ(GdiplusGuard::GetUserCount(), 0U);
 }
 
-TEST(FixedPageSaxConvertor, ClosesNothingOfAPageWhoseTransformCannotBeTold)
+TEST_F(ConvertorTest, ClosesNothingOfAPageWhoseTransformCannotBeTold)
 {
-    std::ostringstream output;
-    const auto none = MakeCom<support::AttributeList>(support::AttributeList::Attributes{});
-    const auto convertor = MakeCom<FixedPageSaxConvertor>(output, 270.0F, 1.0F);
     g_areElementsLost = true;
-    const std::string message = support::MessageOf<std::logic_error>(
-        [&] { convertor->startElement(L"", 0, L"FixedPage", 9, L"FixedPage", 9, none.Get()); });
+    EXPECT_EQ(support::MessageOf<std::logic_error>([&] { Start(L"FixedPage"); }),
+              "base\\xps\\pagetransform(...) : Matrix.GetElements failed.\n");
     g_areElementsLost = false;
-    EXPECT_TRUE(message.ends_with(") : Matrix.GetElements failed.\n")) << message;
     EXPECT_EQ(output.str(), R"(<FixedPage Height="0.00" Width="0.00">)");
 }
 

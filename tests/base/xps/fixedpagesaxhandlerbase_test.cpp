@@ -86,41 +86,30 @@ TEST(Attributes, ComeBackInKeyOrderFromTheMapAndInDocumentOrderFromTheReader)
 
 TEST(Attributes, StopSilentlyWhereTheReaderFails)
 {
-    const AttributeList::Attributes three{{L"a", L"1"}, {L"b", L"2"}, {L"c", L"3"}};
-    const auto failingName = MakeCom<AttributeList>(three);
-    failingName->failingName = 2;
-    const auto failingValue = MakeCom<AttributeList>(three);
-    failingValue->failingValue = 2;
-    for (const auto& list : {failingName, failingValue})
+    const AttributeMap two{{L"a", L"1"}, {L"b", L"2"}};
+    // At the count, and at the name and the value of the third.
+    for (const auto& [answers, expected] :
+         {std::pair(0, AttributeMap()), std::pair(5, two), std::pair(6, two)})
     {
-        AttributeMap map;
+        const auto list =
+            MakeCom<AttributeList>(AttributeList::Attributes{{L"a", L"1"}, {L"b", L"2"}, {L"c", L"3"}});
+        AttributeMap map{{L"Stale", L"1"}};
+        list->answers = answers;
         Handler::ReadAttributes(*list, map);
-        EXPECT_EQ(map, (AttributeMap{{L"a", L"1"}, {L"b", L"2"}}));
+        EXPECT_EQ(map, expected);
+        list->answers = answers;
         EXPECT_EQ(Handler::BuildAttributeTextFromSax(*list), "");
     }
-    const auto failingLength = MakeCom<AttributeList>(three);
-    failingLength->lengthResult = E_FAIL;
-    AttributeMap map{{L"Stale", L"1"}};
-    Handler::ReadAttributes(*failingLength, map);
-    EXPECT_TRUE(map.empty());
-    EXPECT_EQ(Handler::BuildAttributeTextFromSax(*failingLength), "");
 }
 
-TEST(RewritePageSize, ExchangesWidthAndHeightOfATurnedPage)
+TEST(RewritePageSize, NeedsWidthAndHeight)
 {
     GdiMatrix matrix;
-    ComputePageTransform(kLetter, 270, 1, matrix);
-    AttributeMap map{{L"Width", L"816"}, {L"Height", L"1056"}};
-    Handler::RewritePageSize(matrix, map);
-    EXPECT_EQ(map, (AttributeMap{{L"Width", L"1056.00"}, {L"Height", L"816.00"}}));
-
-    for (const AttributeMap& incomplete : {AttributeMap{{L"Width", L"1"}}, AttributeMap{{L"Height", L"1"}}})
+    for (AttributeMap incomplete : {AttributeMap{{L"Width", L"1"}}, AttributeMap{{L"Height", L"1"}}})
     {
-        AttributeMap changed = incomplete;
-        const std::string message =
-            support::MessageOf<std::logic_error>([&] { Handler::RewritePageSize(matrix, changed); });
-        EXPECT_TRUE(message.ends_with(" : FixedPage Hegiht/Width attribute is required by XPS.\n"))
-            << message;
+        EXPECT_EQ(support::MessageOf<std::logic_error>([&] { Handler::RewritePageSize(matrix, incomplete); }),
+                  "base\\xps\\fixedpagesaxhandlerbase(...) : FixedPage Hegiht/Width attribute is required by "
+                  "XPS.\n");
     }
 }
 

@@ -77,13 +77,15 @@ TEST(ParseBox, ReadsFourNumbersAsCornerAndSize)
 
 TEST(ParseBox, RefusesAnyOtherCount)
 {
+    const auto refused = [](const wchar_t* text) {
+        return MessageOf<std::invalid_argument>([&] { ParseBox(text); });
+    };
     for (const wchar_t* text : {L"1,2,3", L"1,2,3,4,5", L",,,"})
     {
-        const std::string message = MessageOf<std::invalid_argument>([&] { ParseBox(text); });
-        EXPECT_TRUE(message.ends_with(" : the value comma deliminated should consist 4 value.\n")) << message;
+        EXPECT_EQ(refused(text),
+                  "base\\xps\\pagebox(...) : the value comma deliminated should consist 4 value.\n");
     }
-    const std::string empty = MessageOf<std::invalid_argument>([] { ParseBox(L""); });
-    EXPECT_TRUE(empty.ends_with(" : text is empty.\n")) << empty;
+    EXPECT_EQ(refused(L""), "base\\xps\\pagebox(...) : text is empty.\n");
 }
 
 TEST(MoveBox, KeepsTheSize)

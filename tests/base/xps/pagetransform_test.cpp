@@ -10,45 +10,38 @@ namespace base::xps
 {
 namespace
 {
-struct TransformCase
+TEST(RenderTransform, MovesTheTurnedPageToTheOrigin)
 {
-    const char* name;
-    PageBox page;
-    float angleDegrees;
-    float scale;
-    const wchar_t* expected;
-};
-
-class RenderTransform : public ::testing::TestWithParam<TransformCase>
-{
-};
-
-TEST_P(RenderTransform, MovesTheTurnedPageToTheOrigin)
-{
-    const TransformCase& given = GetParam();
-    GdiMatrix matrix;
-    // What the matrix held does not matter.
-    matrix.SetElements({9.0F, 8.0F, 7.0F, 6.0F, 5.0F, 4.0F});
-    ComputePageTransform(given.page, given.angleDegrees, given.scale, matrix);
-    EXPECT_EQ(FormatRenderTransform(matrix), L"RenderTransform=\"" + std::wstring(given.expected) + L"\"");
-    EXPECT_EQ(matrix.GetLastStatus(), Gdiplus::Ok);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Pages,
-    RenderTransform,
-    ::testing::Values(
-        TransformCase{"UprightTurnedBy270", {0, 0, 816, 1056}, 270, 1, L"0.00,-1.00,1.00,0.00,0.00,816.00"},
-        TransformCase{"WideTurnedBy270", {0, 0, 1056, 816}, 270, 1, L"0.00,-1.00,1.00,0.00,0.00,1056.00"},
-        TransformCase{"NotTurned", {0, 0, 816, 1056}, 0, 1, L"1.00,0.00,0.00,1.00,0.00,0.00"},
-        TransformCase{"TurnedBy90", {0, 0, 816, 1056}, 90, 1, L"0.00,1.00,-1.00,0.00,1056.00,0.00"},
-        TransformCase{"TurnedBy180", {0, 0, 816, 1056}, 180, 1, L"-1.00,0.00,0.00,-1.00,816.00,1056.00"},
-        TransformCase{"ScaledToHalf", {0, 0, 816, 1056}, 270, 0.5F, L"0.00,-0.50,0.50,0.00,0.00,408.00"},
-        TransformCase{"WithoutSize", {0, 0, 0, 0}, 270, 1, L"0.00,-1.00,1.00,0.00,0.00,0.00"},
-        TransformCase{"WithFraction", {0, 0, 793.76F, 1122.56F}, 270, 1, L"0.00,-1.00,1.00,0.00,0.00,793.76"},
+    const struct
+    {
+        const char* name;
+        PageBox page;
+        float angleDegrees;
+        float scale;
+        const wchar_t* expected;
+    } cases[] = {
+        {"upright", {0, 0, 816, 1056}, 270, 1, L"0.00,-1.00,1.00,0.00,0.00,816.00"},
+        {"wide", {0, 0, 1056, 816}, 270, 1, L"0.00,-1.00,1.00,0.00,0.00,1056.00"},
+        {"not turned", {0, 0, 816, 1056}, 0, 1, L"1.00,0.00,0.00,1.00,0.00,0.00"},
+        {"turned by 90", {0, 0, 816, 1056}, 90, 1, L"0.00,1.00,-1.00,0.00,1056.00,0.00"},
+        {"turned by 180", {0, 0, 816, 1056}, 180, 1, L"-1.00,0.00,0.00,-1.00,816.00,1056.00"},
+        {"scaled to half", {0, 0, 816, 1056}, 270, 0.5F, L"0.00,-0.50,0.50,0.00,0.00,408.00"},
+        {"without size", {0, 0, 0, 0}, 270, 1, L"0.00,-1.00,1.00,0.00,0.00,0.00"},
+        {"with fraction", {0, 0, 793.76F, 1122.56F}, 270, 1, L"0.00,-1.00,1.00,0.00,0.00,793.76"},
         // Only right and bottom count.
-        TransformCase{"WithCorner", {10, 20, 816, 1056}, 270, 1, L"0.00,-1.00,1.00,0.00,0.00,816.00"}),
-    [](const auto& given) { return std::string(given.param.name); });
+        {"with corner", {10, 20, 816, 1056}, 270, 1, L"0.00,-1.00,1.00,0.00,0.00,816.00"},
+    };
+    for (const auto& [name, page, angleDegrees, scale, expected] : cases)
+    {
+        GdiMatrix matrix;
+        // What the matrix held does not matter.
+        matrix.SetElements({9.0F, 8.0F, 7.0F, 6.0F, 5.0F, 4.0F});
+        ComputePageTransform(page, angleDegrees, scale, matrix);
+        EXPECT_EQ(FormatRenderTransform(matrix), L"RenderTransform=\"" + std::wstring(expected) + L"\"")
+            << name;
+        EXPECT_EQ(matrix.GetLastStatus(), Gdiplus::Ok) << name;
+    }
+}
 
 TEST(RenderTransform, NeverPrintsASmallNegativeAsNegativeZero)
 {

@@ -1,7 +1,6 @@
 #include "base/xps/printschema/mediasizeresolver.h"
 
 #include <map>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -11,86 +10,79 @@ namespace base::xps::printschema
 {
 namespace
 {
-using tests::Feature;
-
 class FakeTicketSource : public TicketSource
 {
 public:
+    FakeTicketSource(const char* page, const char* document, const char* job)
+        : m_options{{kPTPageScope, page}, {kPTDocumentScope, document}, {kPTJobScope, job}}
+    {
+    }
     PrintSchemaHandler GetTicket(EPrintTicketScope scope) override
     {
-        m_asked.push_back(scope);
-        return tests::HandlerOf(tests::MakeTicket(m_tickets[scope]));
+        ++asked;
+        return support::HandlerOf(support::MakeTicket(support::MediaFeature(m_options.at(scope))));
     }
 
-    std::map<EPrintTicketScope, std::wstring> m_tickets;
-    std::vector<EPrintTicketScope> m_asked;
-};
+    std::size_t asked = 0;
 
-std::wstring Media(const std::wstring& option)
-{
-    return Feature(L"psk:PageMediaSize", L"psk:" + option);
-}
+private:
+    std::map<EPrintTicketScope, const char*> m_options;
+};
 
 TEST(MediaSizeResolver, TakesTheFirstSizeWithinTheLimits)
 {
     const struct
     {
-        const wchar_t* page;
-        const wchar_t* document;
-        const wchar_t* job;
+        FakeTicketSource source;
         Scope start;
         const wchar_t* expected;
         std::size_t asked;
     } cases[] = {
-        {L"ISOA5", L"ISOA4", L"ISOA6", Scope::Page, L"ISOA5", 1},
-        {L"ISOA5", L"ISOA4", L"ISOA6", Scope::Document, L"ISOA4", 1},
-        {L"ISOA5", L"ISOA4", L"ISOA6", Scope::Job, L"ISOA6", 1},
-        {L"ISOA5", L"ISOA3", L"ISOB5Envelope", Scope::Document, L"ISOB5Envelope", 2},
+        {{"ISOA5", "ISOA4", "ISOA6"}, Scope::Page, L"ISOA5", 1},
+        {{"ISOA5", "ISOA4", "ISOA6"}, Scope::Document, L"ISOA4", 1},
+        {{"ISOA5", "ISOA4", "ISOA6"}, Scope::Job, L"ISOA6", 1},
+        {{"ISOA5", "ISOA3", "ISOB5Envelope"}, Scope::Document, L"ISOB5Envelope", 2},
         // A ticket with an unknown size is as good as one with the size before it, to begin with ISOA4.
-        {L"Unheard", L"ISOA5", L"ISOA5", Scope::Page, L"ISOA4", 1},
-        {L"ISOA3", L"Unheard", L"ISOA6", Scope::Page, L"ISOA6", 3},
+        {{"Unheard", "ISOA5", "ISOA5"}, Scope::Page, L"ISOA4", 1},
+        {{"ISOA3", "Unheard", "ISOA6"}, Scope::Page, L"ISOA6", 3},
     };
-    for (const auto& [page, document, job, start, expected, asked] : cases)
+    for (const auto& row : cases)
     {
-        FakeTicketSource source;
-        source.m_tickets = {
-            {kPTPageScope, Media(page)}, {kPTDocumentScope, Media(document)}, {kPTJobScope, Media(job)}};
+        FakeTicketSource source = row.source;
         const MediaSizeResolver resolver(source, {{76200, 127000}, {210000, 297000}});
-        EXPECT_EQ(resolver.Resolve(start).name.localName, expected) << page << document << job;
-        EXPECT_EQ(source.m_asked.size(), asked);
+        EXPECT_EQ(resolver.Resolve(row.start).name.localName, row.expected) << &row - &cases[0];
+        EXPECT_EQ(source.asked, row.asked) << &row - &cases[0];
     }
 }
 
 TEST(MediaSizeResolver, FallsBackOnTheUsersDefaultOrTheSmallestSheet)
 {
-    DWORD measure = 0;
-    ASSERT_NE(GetLocaleInfoW(LOCALE_USER_DEFAULT,
-                             LOCALE_IMEASURE | LOCALE_RETURN_NUMBER,
-                             reinterpret_cast<wchar_t*>(&measure),
-                             sizeof(measure) / sizeof(wchar_t)),
-              0);
-    FakeTicketSource source;
-    source.m_tickets = {{kPTDocumentScope, Media(L"ISOA0")}, {kPTJobScope, Media(L"ISOA1")}};
-    MediaSizeLimits limits{{200000, 270000}, {220000, 300000}};
-    EXPECT_EQ(MediaSizeResolver(source, limits).Resolve(Scope::Document).name.localName,
-              measure == 1 ? L"NorthAmericaLetter" : L"ISOA4");
-    EXPECT_EQ(source.m_asked, (std::vector{kPTDocumentScope, kPTJobScope}));
-
-    // The smallest sheet takes its name when it has one.
-    limits = {{148000, 210000}, {149000, 211000}};
-    EXPECT_EQ(MediaSizeResolver(source, limits).Resolve(Scope::Job).name.localName, L"ISOA5");
-    limits = {{76200, 127000}, {200000, 200000}};
-    const MediaSizeEntry smallest = MediaSizeResolver(source, limits).Resolve(Scope::Job);
-    EXPECT_EQ(smallest.name.localName, L"CustomMediaSize");
-    EXPECT_EQ(smallest.size, limits.minimum);
-    EXPECT_EQ(MediaSizeResolver(source, {{0, 0}, {2000000, 2000000}}).Resolve(Scope::None).value,
-              DefaultMediaSizeOf(measure == 1 ? L"1" : L"0"));
-    EXPECT_EQ(DefaultMediaSizeOf(L"1"), 94);
-    EXPECT_EQ(DefaultMediaSizeOf(L" 01"), 94);
-    for (const wchar_t* other : {L"0", L"2", L""})
+    // As this user has it; the other default is as far within the limits.
+    wchar_t measure[8] = L"";
+    ASSERT_NE(GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_IMEASURE, measure, 8), 0);
+    const std::wstring byUser = MediaSizeTable::Shared().Lookup(DefaultMediaSizeOf(measure)).name.localName;
+    FakeTicketSource source("ISOA0", "ISOA0", "ISOA1");
+    const struct
     {
-        EXPECT_EQ(DefaultMediaSizeOf(other), 9);
+        Scope start;
+        MediaSizeLimits limits;
+        std::wstring expected;
+    } cases[] = {
+        {Scope::Document, {{200000, 270000}, {220000, 300000}}, byUser},
+        {Scope::None, {{0, 0}, {2000000, 2000000}}, byUser},
+        // The smallest sheet takes its name when it has one.
+        {Scope::Job, {{148000, 210000}, {149000, 211000}}, L"ISOA5"},
+        {Scope::Job, {{76200, 127000}, {200000, 200000}}, L"CustomMediaSize"},
+    };
+    for (const auto& [start, limits, expected] : cases)
+    {
+        const MediaSizeEntry entry = MediaSizeResolver(source, limits).Resolve(start);
+        EXPECT_EQ(entry.name.localName, expected);
+        EXPECT_TRUE(limits.Contains(entry.size)) << entry.size.widthMicrometres;
     }
+    EXPECT_EQ(DefaultMediaSizeOf(L" 01"), 94);
+    EXPECT_EQ(DefaultMediaSizeOf(L"0"), 9);
+    EXPECT_EQ(DefaultMediaSizeOf(L""), 9);
 }
 } // namespace
 } // namespace base::xps::printschema

@@ -1,29 +1,27 @@
 #include "base/xps/printschema/printticketfunctionoption.h"
 
+#include <stdexcept>
 #include <utility>
 
 #include <gtest/gtest.h>
 
-#include "base/xml/xmlutility.h"
 #include "base/xps/printschema/inputbindata.h"
 #include "base/xps/printschema/mediasizedata.h"
 #include "base/xps/printschema/pageorientationdata.h"
 #include "base/xps/printschema/printablemediasizedata.h"
 #include "base/xps/printschema/scalingdata.h"
-#include "support/failures.h"
+#include "support/thrown.h"
 #include "support/tickets.h"
 
 namespace base::xps::printschema
 {
 namespace
 {
-using tests::Document;
-using tests::Feature;
-using tests::HandlerOf;
-using tests::HresultOf;
-using tests::MakeTicket;
-using tests::MessageOf;
-using tests::Names;
+using support::Feature;
+using support::HandlerOf;
+using support::Join;
+using support::MakeTicket;
+using support::MessageOf;
 
 TEST(PrintTicketFunctionOption, MapsIdsAndScopes)
 {
@@ -36,8 +34,6 @@ TEST(PrintTicketFunctionOption, MapsIdsAndScopes)
     for (const auto& [id, scope] : ids)
     {
         EXPECT_EQ(scopeOf(InputBinData(), id), scope);
-        EXPECT_EQ(scopeOf(PrintableMediaSizeData(), id), scope);
-        EXPECT_EQ(scopeOf(ScalingData(), id), id == 0 ? Scope::Page : Scope::None);
         EXPECT_EQ(scopeOf(MediaSizeData(), id), id == 0 ? Scope::Page : Scope::None);
         if (scope != Scope::None)
         {
@@ -45,16 +41,14 @@ TEST(PrintTicketFunctionOption, MapsIdsAndScopes)
             EXPECT_EQ(ScalingData().GetFeatureIdOfScope(scope), 0);
         }
     }
-    EXPECT_EQ(InputBinData().GetFeatureQname(Scope::Document).localName, L"DocumentInputBin");
+    using exception::NotSupportedException;
     const std::string unsupported = "this scope is not supported in this feature.";
     for (const Scope scope : {Scope::None, static_cast<Scope>(4)})
     {
-        EXPECT_EQ(
-            MessageOf<exception::NotSupportedException>([&] { InputBinData().GetFeatureIdOfScope(scope); }),
-            unsupported);
-        EXPECT_EQ(
-            MessageOf<exception::NotSupportedException>([&] { ScalingData().GetFeatureIdOfScope(scope); }),
-            unsupported);
+        EXPECT_EQ(MessageOf<NotSupportedException>([&] { InputBinData().GetFeatureIdOfScope(scope); }),
+                  unsupported);
+        EXPECT_EQ(MessageOf<NotSupportedException>([&] { ScalingData().GetFeatureIdOfScope(scope); }),
+                  unsupported);
     }
 }
 
@@ -69,53 +63,40 @@ TEST(PrintTicketFunctionOption, RefusesIdsThatAreNotSet)
     EXPECT_EQ(MessageOf<exception::InvalidOptionIdError>([&] { data.GetOptionId(); }), noOption);
     data.SetFeatureId(0);
     data.SetOptionId(-1);
-    const Document document = MakeTicket(L"");
-    EXPECT_EQ(MessageOf<exception::InvalidOptionIdError>([&] { data.Write(HandlerOf(document)); }), noOption);
-    EXPECT_EQ(Names(document, L"//psf:Feature"), L"");
+    EXPECT_EQ(MessageOf<exception::InvalidOptionIdError>([&] { data.RotateOption(); }), noOption);
+    data.SetOptionId(4);
+    EXPECT_EQ(MessageOf<std::logic_error>([&] { data.RotateOption(); }), "Unexpected Option Id.");
 }
 
 TEST(PrintTicketFunctionOption, ReadsTheFirstOfItsNames)
 {
     InputBinData bin;
-    const Document both =
-        MakeTicket(Feature(L"psk:PageInputBin", L"psk:Tray2") + Feature(L"psk:JobInputBin", L"psk:Tray1"));
-    bin.Read(HandlerOf(both));
+    const auto both =
+        HandlerOf(MakeTicket(Feature("PageInputBin", "Tray2") + Feature("JobInputBin", "Tray1")));
+    bin.Read(both);
     EXPECT_EQ(bin.GetFeatureId(), 0);
     EXPECT_EQ(bin.GetOptionId(), 5);
-    EXPECT_TRUE(bin.Exists(HandlerOf(both)));
-    EXPECT_FALSE(bin.Exists(HandlerOf(MakeTicket(Feature(L"psk:JobInputBin", L"ns0000:Tray1")))));
-    EXPECT_TRUE(bin.Exists(HandlerOf(MakeTicket(Feature(L"psk:JobInputBin", L"psk:Tray99")))));
+    EXPECT_TRUE(bin.Exists(both));
+    EXPECT_FALSE(bin.Exists(HandlerOf(MakeTicket(Feature("JobInputBin", "ns0000:Tray1")))));
+    EXPECT_TRUE(bin.Exists(HandlerOf(MakeTicket(Feature("JobInputBin", "Tray99")))));
 }
 
 TEST(PrintTicketFunctionOption, WritesUnderItsScopeAndRemovesEveryName)
 {
+    const support::Document document = MakeTicket(Feature("Kept", "O"));
+    const auto handler = HandlerOf(document);
     InputBinData bin;
     bin.SetOptionId(6);
     bin.SetFeatureId(1);
-    const Document document = MakeTicket(Feature(L"psk:Kept", L"psk:O"));
-    bin.Write(HandlerOf(document));
-    bin.Write(HandlerOf(document), Scope::Page);
-    bin.Write(HandlerOf(document), Scope::Page);
-    EXPECT_EQ(Names(document, L"/psf:PrintTicket/psf:Feature"),
-              L"psk:Kept psk:DocumentInputBin psk:PageInputBin psk:PageInputBin");
-    EXPECT_EQ(Names(document, L"//psf:Option"), L"psk:O psk:Tray2 psk:Tray2 psk:Tray2");
-    bin.Remove(HandlerOf(document));
-    EXPECT_EQ(Names(document, L"//psf:Feature"), L"psk:Kept");
-}
-
-TEST(PrintTicketFunctionOption, FailsToWriteIntoCapabilities)
-{
-    const Document document = xml::XmlUtility::LoadDocumentFromString(
-        L"<psf:PrintCapabilities xmlns:psf='http://schemas.microsoft.com/windows/2003/08/printing/"
-        L"printschemaframework' xmlns:psk='http://schemas.microsoft.com/windows/2003/08/printing/"
-        L"printschemakeywords'/>");
-    std::string source;
-    EXPECT_EQ(
-        HresultOf(
-            [&] { PageOrientationData().Write(PrintSchemaDocumentHandler::ForPrintCapabilities(document)); },
-            &source),
-        kNotFound);
-    EXPECT_EQ(source, "base\\xps\\printschema\\printticketfunctionoption");
+    bin.Write(handler);
+    bin.SetFeedDirection(L"Sideways");
+    bin.Write(handler, Scope::Page);
+    bin.Write(handler, Scope::Page);
+    EXPECT_EQ(Join(document, "//@name"),
+              "psk:Kept psk:O psk:DocumentInputBin psk:Tray2 psk:FeedDirection psk:PageInputBin psk:Tray2 "
+              "psk:PageInputBin psk:Tray2");
+    bin.Remove(handler);
+    EXPECT_EQ(Join(document, "//f:Feature/@name"), "psk:Kept");
 }
 } // namespace
 } // namespace base::xps::printschema

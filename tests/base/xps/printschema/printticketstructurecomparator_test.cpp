@@ -8,48 +8,42 @@ namespace base::xps::printschema
 {
 namespace
 {
-using utility::ComPtr;
-
-ComPtr<IXMLDOMNode> FirstChild(const tests::Document& document)
+utility::ComPtr<IXMLDOMNode> FirstChild(const support::Document& document)
 {
-    ComPtr<IXMLDOMElement> root;
+    utility::ComPtr<IXMLDOMElement> root;
     EXPECT_EQ(document->get_documentElement(root.Receive()), S_OK);
-    ComPtr<IXMLDOMNode> child;
+    utility::ComPtr<IXMLDOMNode> child;
     EXPECT_EQ(root->get_firstChild(child.Receive()), S_OK);
     return child;
 }
 
 TEST(PrintTicketStructureComparator, ComparesQualifiedNameAndNameAttribute)
 {
+    const std::string feature = "<psf:Feature name='psk:A'/>";
     const struct
     {
-        const wchar_t* first;
-        const wchar_t* second;
+        std::string first;
+        std::string second;
         bool isSame;
     } cases[] = {
-        {L"<psf:Feature name='psk:A'/>",
-         L"<psf:Feature name='psk:A' other='1'><psf:Option/></psf:Feature>",
-         true},
-        {L"<psf:Feature name='psk:A'/>", L"<psf:Feature name='ns0000:A'/>", false},
-        {L"<psf:Feature name='psk:A'/>", L"<psf:Feature name='psk:a'/>", false},
-        {L"<psf:Feature name='psk:A'/>", L"<psf:Property name='psk:A'/>", false},
-        {L"<psf:Feature name='psk:A'/>",
-         L"<a:Feature name='psk:A' xmlns:a='http://schemas.microsoft.com/windows/2003/08/printing/"
-         L"printschemaframework'/>",
-         false},
-        {L"<psf:Option other='1'/>", L"<psf:Option>content</psf:Option>", true},
-        {L"<psf:Option name='psk:A'/>", L"<psf:Option/>", false},
-        {L"<psf:Option/>", L"<psf:Option name=''/>", false},
-        {L"text", L"other text", true},
-        {L"text", L"<!--comment-->", false},
+        {feature, "<psf:Feature name='psk:A' other='1'><psf:Option/></psf:Feature>", true},
+        {feature, "<psf:Feature name='ns0000:A'/>", false},
+        {feature, "<psf:Feature name='psk:a'/>", false},
+        {feature, "<psf:Property name='psk:A'/>", false},
+        {feature, "<psk:Feature name='psk:A'/>", false},
+        {"<psf:Option other='1'/>", "<psf:Option>content</psf:Option>", true},
+        {"<psf:Option name='psk:A'/>", "<psf:Option/>", false},
+        {"<psf:Option/>", "<psf:Option name=''/>", false},
+        {"text", "other text", true},
+        {"text", "<!--comment-->", false},
         // The same name, but attributes on one side only.
-        {L"<psf/>", L"<?psf?>", false},
+        {"<psf/>", "<?psf?>", false},
     };
     const PrintTicketStructureComparator comparator;
     for (const auto& row : cases)
     {
-        const ComPtr<IXMLDOMNode> first = FirstChild(tests::MakeTicket(row.first));
-        const ComPtr<IXMLDOMNode> second = FirstChild(tests::MakeTicket(row.second));
+        const auto first = FirstChild(support::MakeTicket(row.first));
+        const auto second = FirstChild(support::MakeTicket(row.second));
         EXPECT_EQ(comparator.IsSameNode(first.Get(), second.Get()), row.isSame) << row.first << row.second;
         EXPECT_EQ(comparator.IsSameNode(second.Get(), first.Get()), row.isSame) << row.first << row.second;
     }

@@ -4,17 +4,15 @@
 
 #include <gtest/gtest.h>
 
-#include "support/failures.h"
+#include "support/thrown.h"
 #include "support/tickets.h"
 
 namespace base::xps::printschema
 {
 namespace
 {
-using tests::Document;
-using tests::HandlerOf;
-using tests::MakeTicket;
-using tests::Names;
+using support::HandlerOf;
+using support::Join;
 
 ScalingData Custom(std::int32_t optionId, const PageScale& scale)
 {
@@ -26,38 +24,35 @@ ScalingData Custom(std::int32_t optionId, const PageScale& scale)
 
 TEST(ScalingData, WritesParametersNamedByItsFeatureUnderTheRoot)
 {
-    const Document custom = MakeTicket(L"");
+    const auto custom = support::MakeTicket("");
     Custom(ScalingData::kCustom, {-10, 20, 30, 40}).Write(HandlerOf(custom), Scope::Job);
-    const std::wstring names =
-        L"psk:PageScalingOffsetWidth psk:PageScalingOffsetHeight psk:PageScalingScaleWidth"
-        L" psk:PageScalingScaleHeight";
-    EXPECT_EQ(Names(custom, L"/psf:PrintTicket/psf:Feature//psf:ParameterRef"), names);
-    EXPECT_EQ(Names(custom, L"/psf:PrintTicket/psf:ParameterInit"), names);
-    EXPECT_EQ(Names(custom, L"/psf:PrintTicket/psf:ParameterInit/psf:Value"), L"-10 20 30 40");
+    const std::string names =
+        "psk:PageScalingOffsetWidth psk:PageScalingOffsetHeight psk:PageScalingScaleWidth"
+        " psk:PageScalingScaleHeight";
+    EXPECT_EQ(Join(custom, "/*/f:Feature//f:ParameterRef/@name"), names);
+    EXPECT_EQ(Join(custom, "/*/f:ParameterInit/@name"), names);
+    EXPECT_EQ(Join(custom, "/*/f:ParameterInit/f:Value"), "-10 20 30 40");
 
-    const Document square = MakeTicket(L"");
+    const auto square = support::MakeTicket("");
     Custom(ScalingData::kCustomSquare, {1, 2, 150, 150}).Write(HandlerOf(square));
     ScalingData again;
     again.Read(HandlerOf(square));
     EXPECT_EQ(again.GetScale(), (PageScale{1, 2, 150, 150}));
 
-    const Document fitting = MakeTicket(L"");
+    const auto fitting = support::MakeTicket("");
     ScalingData().Write(HandlerOf(fitting));
-    EXPECT_EQ(Names(fitting, L"//psf:Option | //psf:ParameterInit"),
-              L"psk:FitApplicationMediaSizeToPageMediaSize");
+    EXPECT_EQ(Join(fitting, "//f:Option/@name | //f:ParameterInit"),
+              "psk:FitApplicationMediaSizeToPageMediaSize");
 }
 
 TEST(ScalingData, RefusesASquareOfTwoScalesAfterItsOffsets)
 {
-    const Document document = MakeTicket(L"");
+    const auto document = support::MakeTicket("");
+    const ScalingData data = Custom(ScalingData::kCustomSquare, {1, 2, 120, 121});
     EXPECT_EQ(
-        tests::MessageOf<std::logic_error>([&] {
-            Custom(ScalingData::kCustomSquare, {1, 2, 120, 121}).Write(HandlerOf(document));
-        }),
+        support::MessageOf<std::logic_error>([&] { data.Write(HandlerOf(document)); }),
         "base\\xps\\printschema\\scalingdata(...) : CustomSquare needs same values of Width and Height.\n");
-    EXPECT_EQ(Names(document, L"//psf:ParameterInit"),
-              L"psk:PageScalingOffsetWidth psk:PageScalingOffsetHeight");
-    EXPECT_EQ(Names(document, L"//psf:Feature"), L"");
+    EXPECT_EQ(Join(document, "//@name"), "psk:PageScalingOffsetWidth psk:PageScalingOffsetHeight");
 }
 } // namespace
 } // namespace base::xps::printschema
