@@ -11,8 +11,6 @@
 #include "host/commands/ticketscommand.h"
 #include "host/console.h"
 #include "host/interrupt.h"
-#include "host/opc/package.h"
-#include "host/opc/packageerror.h"
 
 namespace host
 {
@@ -29,11 +27,6 @@ ExitStatus Run(const JobCommand& command, Console& console)
     {
         console.PrintError(std::string("xpsfilterhost: ") + stop.what() + "\n");
         return ExitStatus::FilterFailed;
-    }
-    catch (const opc::PackageError& failure)
-    {
-        console.PrintError(
-            ToOneLine("xpsfilterhost: " + opc::ToUtf8Path(command.input) + ": " + failure.what()) + "\n");
     }
     catch (const std::exception& failure)
     {

@@ -5,10 +5,10 @@
 #include <sstream>
 #include <vector>
 
-#include "base/logging/errors.h"
 #include "host/console.h"
 #include "host/opc/package.h"
 #include "host/opc/packageerror.h"
+#include "host/resulttext.h"
 #include "host/xml/elementreader.h"
 #include "host/xps/xpsdocument.h"
 
@@ -20,7 +20,7 @@ std::string Describe(HRESULT result)
 {
     std::ostringstream text;
     text << "0x" << std::hex << std::setw(8) << std::setfill('0') << static_cast<std::uint32_t>(result)
-         << ": " << base::exception::GetErrorText(result);
+         << ": " << DescribeResult(result);
     return ToOneLine(text.str());
 }
 } // namespace
@@ -43,8 +43,8 @@ void ThrowPackageFault(const std::filesystem::path& input, const FilterOutcome& 
         const std::string fault = xml::FindMarkupFault(package.Read(suspect));
         if (!fault.empty())
         {
-            throw opc::PackageError(suspect.Text(),
-                                    fault + " (the filter answered " + Describe(outcome.result) + ")");
+            throw opc::PackageError(
+                input, suspect.Text(), fault + " (the filter answered " + Describe(outcome.result) + ")");
         }
     }
 }

@@ -4,12 +4,12 @@
 #include <system_error>
 #include <utility>
 
-#include "base/logging/errors.h"
 #include "base/logging/log.h"
 #include "host/console.h"
 #include "host/opc/ziparchive.h"
 #include "host/report/htmltext.h"
 #include "host/report/ticketlisting.h"
+#include "host/resulttext.h"
 
 namespace host
 {
@@ -86,7 +86,7 @@ std::string DescribeOptions(const JobSetting& setting)
 
 std::string DescribeCall(HRESULT result)
 {
-    const std::string meaning = report::DescribeResult(result);
+    const std::string meaning = DescribeResult(result);
     return "<code>" + report::FormatResult(result) + "</code>" +
            (meaning.empty() ? "" : " (" + EscapeHtml(meaning) + ")");
 }

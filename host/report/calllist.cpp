@@ -1,8 +1,8 @@
 #include "host/report/calllist.h"
 
-#include "base/logging/errors.h"
 #include "base/logging/log.h"
 #include "host/report/htmltext.h"
+#include "host/resulttext.h"
 
 namespace host::report
 {
@@ -14,16 +14,6 @@ constexpr std::size_t kMostText = 65'536;
 std::string FormatResult(HRESULT result)
 {
     return base::logging::FormatString("0x%08x", static_cast<unsigned>(result));
-}
-
-std::string DescribeResult(HRESULT result)
-{
-    std::string text = result == S_OK ? std::string() : base::exception::GetErrorText(result);
-    while (!text.empty() && static_cast<unsigned char>(text.back()) <= ' ')
-    {
-        text.pop_back();
-    }
-    return text;
 }
 
 void CallList::Add(const pipeline::TracedCall& call)

@@ -11,9 +11,6 @@ namespace host::report
 /// "0x80070490".
 std::string FormatResult(HRESULT result);
 
-/// "Element not found."; empty for S_OK.
-std::string DescribeResult(HRESULT result);
-
 /// The calls of the pipeline that one part took. Of very many the last ones are counted only.
 class CallList
 {

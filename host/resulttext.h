@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string>
+
+#include "platform/win32.h"
+
+namespace host
+{
+/// What an HRESULT says, on one line: of the print ticket calls' own codes their names, of others the
+/// system's text. Empty for S_OK.
+std::string DescribeResult(HRESULT result);
+} // namespace host
