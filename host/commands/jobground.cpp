@@ -31,7 +31,9 @@ std::optional<std::wstring> PrinterOf(const JobSetting& setting)
 
 JobGround::JobGround(const JobSetting& setting)
     : m_library(setting.printer ? std::nullopt : std::optional(ProgramFolder() / "offline" / "prntvpt.dll")),
-      m_userTicket(tickets::MakeUserTicket(setting.userTicket, setting.overrides))
+      m_userTicket(tickets::MakeUserTicket(setting.userTicket,
+                                           setting.overrides,
+                                           setting.privatePrefix.value_or(tickets::kUsualPrivatePrefix)))
 {
     if (setting.device)
     {

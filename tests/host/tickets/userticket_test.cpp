@@ -59,8 +59,7 @@ TEST(UserTicket, TakesOrientationAndLimitsInPlaceOfWhatItSays)
         TicketOverrides overrides;
         overrides.orientation = "ReverseLandscape";
         overrides.limits = "76.2x127-215.9x355.6";
-        overrides.privatePrefix = prefix;
-        const std::string ticket = MakeUserTicket(std::nullopt, overrides);
+        const std::string ticket = MakeUserTicket(std::nullopt, overrides, prefix);
         const TicketFacts facts = ReadFacts(LoadBytes(ticket));
         EXPECT_EQ(facts.orientation, "ReverseLandscape");
         EXPECT_EQ(facts.mediaName, "NorthAmericaLetter");
@@ -71,7 +70,7 @@ TEST(UserTicket, TakesOrientationAndLimitsInPlaceOfWhatItSays)
         // Again over its own: nothing is there twice.
         const OutputFolder folder;
         WriteFile(folder / "user.xml", ticket);
-        EXPECT_EQ(Count(MakeUserTicket(folder / "user.xml", overrides), "PagePrintableMediaSize"), 1);
+        EXPECT_EQ(Count(MakeUserTicket(folder / "user.xml", overrides, prefix), "PagePrintableMediaSize"), 1);
     }
 }
 
