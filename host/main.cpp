@@ -17,7 +17,7 @@ namespace host
 namespace
 {
 template <typename JobCommand>
-ExitStatus Run(const JobCommand& command, Console& console)
+ExitStatus Perform(const JobCommand& command, Console& console)
 {
     try
     {
@@ -35,7 +35,7 @@ ExitStatus Run(const JobCommand& command, Console& console)
     return ExitStatus::Unusable;
 }
 
-ExitStatus Run(const Notice& notice, Console& console)
+ExitStatus Perform(const Notice& notice, Console& console)
 {
     notice.status == ExitStatus::Done ? console.PrintOut(notice.text) : console.PrintError(notice.text);
     return notice.status;
@@ -53,5 +53,12 @@ int wmain(int count, wchar_t** arguments)
     }
     host::Console console;
     const auto command = host::ParseCommandLine(texts);
-    return static_cast<int>(std::visit([&](const auto& what) { return host::Run(what, console); }, command));
+    host::ExitStatus status =
+        std::visit([&](const auto& what) { return host::Perform(what, console); }, command);
+    if (console.HasLostText() && status == host::ExitStatus::Done)
+    {
+        console.PrintError("xpsfilterhost: the standard output cannot be written\n");
+        status = host::ExitStatus::Unusable;
+    }
+    return static_cast<int>(status);
 }
