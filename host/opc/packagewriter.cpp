@@ -19,8 +19,10 @@ PackageWriter::PackageWriter(const Package& source, const std::optional<std::fil
     {
         throw FileError(*target, "the output would replace the input");
     }
-    m_spill =
-        std::make_shared<SpillFile>(target.value_or(std::filesystem::temp_directory_path() / "package"));
+    // Where the contents wait: beside what they become, or where the system keeps such files.
+    const std::filesystem::path neighbour =
+        target ? *target : std::filesystem::temp_directory_path() / "package";
+    m_spill = std::make_shared<SpillFile>(neighbour);
     if (target)
     {
         m_archive.emplace(*target);
