@@ -115,7 +115,8 @@ class TableTest(ProgramTestCase):
         self.take("plain", "table.xps")
         Path(WORK, "utf16.txt").write_text("in.xps | | | passed\n", encoding="utf-16")
         Path(WORK, "plain16.txt").write_text("in.xps | | | passed\n", encoding="utf-16-le")
-        for name in ("table.xps", "utf16.txt", "plain16.txt"):
+        Path(WORK, "latin1.txt").write_bytes(b"caf\xe9.xps | | | passed\n")
+        for name in ("table.xps", "utf16.txt", "plain16.txt", "latin1.txt"):
             self.assertEqual(self.assert_refused(2, "batch", name), f"{name}: is not a text in UTF-8")
 
     def test_nothing_follows_the_end_of_a_job(self):
