@@ -21,7 +21,8 @@ constexpr const char* kFooter = R"(Examples (sample.xps stands for any XPS or Op
 Lengths are typed in millimetres; page sizes are told in pixels of 1/96 inch.
 Exit status: 0 done; 1 the filter failed, with its HRESULT and the part it was at, or was
 stopped by Ctrl-C, or batch or diff found a difference; 2 the document, a file or an
-argument cannot be used. Failures are one line on stderr.)";
+argument cannot be used. A failure is one line on stderr; batch has one for each row of its
+table that cannot be used.)";
 
 constexpr const char* kRunFooter =
     R"(Prints one line a page: its size before and after in pixels of 1/96 inch, the orientation,
@@ -84,112 +85,141 @@ Examples (sample.xps and out.xps stand for any XPS or OpenXPS documents):
   xpsfilterhost diff sample.xps out.xps
   xpsfilterhost diff sample.xps out.xps --changes)";
 
-/// The options as they are typed, before they are taken for a command.
-struct Typed
+void Assign(std::optional<std::string>& value, const std::string& text)
 {
-    std::string input;
-    std::string output;
-    std::string other;
-    std::string userTicket;
-    std::string device;
-    std::string printer;
-    std::string privatePrefix;
-    std::string orientation;
-    std::string media;
-    std::string limits;
-    std::string module;
-    std::int32_t tesselType = 0;
-    bool isDryRun = false;
-    bool showsCalls = false;
-    bool asJson = false;
-    bool showsChangesOnly = false;
-    std::string report;
-    bool runsAgain = false;
-    bool acceptsMalformed = false;
-};
-
-std::optional<std::filesystem::path> ToPath(const std::string& text)
-{
-    return text.empty() ? std::nullopt : std::optional(FromUtf8Path(text));
+    value = text;
 }
 
-std::optional<std::string> ToText(const std::string& text)
+void Assign(std::filesystem::path& value, const std::string& text)
 {
-    return text.empty() ? std::nullopt : std::optional(text);
+    value = FromUtf8Path(text);
 }
 
-void AddInput(CLI::App& command, Typed& typed)
+void Assign(std::optional<std::filesystem::path>& value, const std::string& text)
 {
-    command.add_option("IN", typed.input, "The XPS or OpenXPS document to read")->required();
+    value = FromUtf8Path(text);
 }
 
-void AddModule(CLI::App& command, Typed& typed)
+/// An option, or an argument, that is a text. An empty one is a slip, as of a variable of the shell that is
+/// not set, and is not taken for none.
+template <typename Value>
+CLI::Option* AddText(CLI::App& command, const char* name, Value& value, const char* description)
 {
-    command.add_option("--module", typed.module, "The filter's DLL (default: the one beside this program)")
+    return command
+        .add_option_function<std::string>(
+            name, [&value](const std::string& text) { Assign(value, text); }, description)
+        ->check([](const std::string& text) { return std::string(text.empty() ? "must not be empty" : ""); });
+}
+
+void AddInput(CLI::App& command, std::filesystem::path& input)
+{
+    AddText(command, "IN", input, "The XPS or OpenXPS document to read")->required();
+}
+
+void AddModule(CLI::App& command, std::optional<std::filesystem::path>& module)
+{
+    AddText(command, "--module", module, "The filter's DLL (default: the one beside this program)")
         ->type_name("FILE");
 }
 
-void AddSettingOptions(CLI::App& command, Typed& typed)
+/// All of a setting but the filter.
+void AddSetting(CLI::App& command, JobSetting& setting)
 {
-    command
-        .add_option("--user-ticket", typed.userTicket, "The user's print ticket (default: Letter, upright)")
+    AddText(
+        command, "--user-ticket", setting.userTicket, "The user's print ticket (default: Letter, upright)")
         ->type_name("FILE");
-    command
-        .add_option(
-            "--device", typed.device, "The device, as a print capabilities document (default: built-in)")
-        ->type_name("FILE");
-    command.add_option("--printer", typed.printer, "A printer of the spooler, with the platform's provider")
-        ->type_name("NAME");
-    command.add_option("--tessel-type", typed.tesselType, "The driver's page-description type: 1, 7 or 76")
+    CLI::Option* const device = AddText(command,
+                                        "--device",
+                                        setting.device,
+                                        "The device, as a print capabilities document (default: built-in)")
+                                    ->type_name("FILE");
+    AddText(command, "--printer", setting.printer, "A printer of the spooler, with the platform's provider")
+        ->type_name("NAME")
+        ->excludes(device);
+    command.add_option("--tessel-type", setting.tesselType, "The driver's page-description type: 1, 7 or 76")
         ->type_name("N");
-    command
-        .add_option(
-            "--ns-prefix", typed.privatePrefix, "The driver's private namespace prefix (default: ns0000)")
+    AddText(command,
+            "--ns-prefix",
+            setting.privatePrefix,
+            "The driver's private namespace prefix (default: ns0000)")
         ->type_name("P");
-    command.add_option("--orientation", typed.orientation, "What if: the user's PageOrientation")
+    tickets::TicketOverrides& overrides = setting.overrides;
+    AddText(command, "--orientation", overrides.orientation, "What if: the user's PageOrientation")
         ->type_name("NAME");
-    command.add_option("--media", typed.media, "What if: the user's PageMediaSize, as ISOA4 or 210x297 (mm)")
+    AddText(
+        command, "--media", overrides.media, "What if: the user's PageMediaSize, as ISOA4 or 210x297 (mm)")
         ->type_name("MEDIA");
-    command.add_option("--limits", typed.limits, "What if: the printable sheets, MINWxMINH-MAXWxMAXH (mm)")
+    AddText(command, "--limits", overrides.limits, "What if: the printable sheets, MINWxMINH-MAXWxMAXH (mm)")
         ->type_name("LIMITS");
-    AddModule(command, typed);
-    command.get_option("--device")->excludes("--printer");
 }
 
-void AddAcceptMalformed(CLI::App& command, Typed& typed)
+void AddAcceptMalformed(CLI::App& command, bool& acceptsMalformed)
 {
-    command.add_flag("--accept-malformed",
-                     typed.acceptsMalformed,
-                     "Take a page whose new markup is malformed all the same");
+    command.add_flag(
+        "--accept-malformed", acceptsMalformed, "Take a page whose new markup is malformed all the same");
 }
 
-JobSetting ToSetting(const CLI::App& command, const Typed& typed)
+CLI::App* AddRun(CLI::App& app, RunCommand& command)
 {
-    JobSetting setting;
-    setting.userTicket = ToPath(typed.userTicket);
-    setting.device = ToPath(typed.device);
-    setting.printer = ToText(typed.printer);
-    setting.privatePrefix = ToText(typed.privatePrefix);
-    setting.module = ToPath(typed.module);
-    setting.acceptsMalformed = typed.acceptsMalformed;
-    if (command.count("--tessel-type") > 0)
-    {
-        setting.tesselType = typed.tesselType;
-    }
-    setting.overrides.orientation = ToText(typed.orientation);
-    setting.overrides.media = ToText(typed.media);
-    setting.overrides.limits = ToText(typed.limits);
-    if (setting.privatePrefix)
-    {
-        setting.overrides.privatePrefix = *setting.privatePrefix;
-    }
-    return setting;
+    CLI::App* const run = app.add_subcommand("run", "Run the filter over a document");
+    run->footer(kRunFooter);
+    AddInput(*run, command.input);
+    AddSetting(*run, command.setting);
+    AddModule(*run, command.setting.module);
+    AddAcceptMalformed(*run, command.setting.acceptsMalformed);
+    CLI::Option* const output =
+        AddText(*run, "-o,--output", command.output, "The document to write")->type_name("OUT");
+    const CLI::Option* const dryRun =
+        run->add_flag("--dry-run")->description("Write no document")->excludes(output);
+    run->add_flag("--trace", command.showsCalls, "Print each pipeline call and its HRESULT on stderr");
+    run->add_flag("--json", command.asJson, "Print one JSON object a page in place of the table");
+    AddText(*run, "--report", command.report, "Write a page that shows what became of each page")
+        ->type_name("HTML");
+    run->add_flag(
+           "--again", command.runsAgain, "Tell what the filter would change if it ran over OUT once more")
+        ->needs(output);
+    run->final_callback([output, dryRun] {
+        if (output->empty() && dryRun->empty())
+        {
+            throw CLI::RequiredError("--output or --dry-run");
+        }
+    });
+    return run;
+}
+
+CLI::App* AddTickets(CLI::App& app, TicketsCommand& command)
+{
+    CLI::App* const tickets =
+        app.add_subcommand("tickets", "Show each level's ticket and where its values come from");
+    tickets->footer(kTicketsFooter);
+    AddInput(*tickets, command.input);
+    AddSetting(*tickets, command.setting);
+    return tickets;
+}
+
+CLI::App* AddBatch(CLI::App& app, BatchCommand& command)
+{
+    CLI::App* const batch = app.add_subcommand("batch", "Run the filter over a table of cases");
+    batch->footer(kBatchFooter);
+    AddText(*batch, "CASES", command.input, "The table of documents and what is expected of them")
+        ->required();
+    AddModule(*batch, command.module);
+    return batch;
+}
+
+CLI::App* AddDiff(CLI::App& app, DiffCommand& command)
+{
+    CLI::App* const diff = app.add_subcommand("diff", "Compare two documents part by part");
+    diff->footer(kDiffFooter);
+    AddText(*diff, "A", command.input, "An XPS or OpenXPS document")->required();
+    AddText(*diff, "B", command.other, "What it is compared with")->required();
+    diff->add_flag("--changes", command.showsChangesOnly, "Leave out parts that are identical");
+    return diff;
 }
 } // namespace
 
 Command ParseCommandLine(const std::vector<std::string>& arguments)
 {
-    Typed typed;
     CLI::App app("Runs XPS documents through the page-validation filter, offline: no printer, no spooler.",
                  "xpsfilterhost");
     // Under Wine a path may begin with a slash.
@@ -198,46 +228,18 @@ Command ParseCommandLine(const std::vector<std::string>& arguments)
     app.set_version_flag("--version", HOST_VERSION, "Print the version and exit");
     app.footer(kFooter);
 
-    CLI::App* const run = app.add_subcommand("run", "Run the filter over a document");
-    run->footer(kRunFooter);
-    AddInput(*run, typed);
-    AddSettingOptions(*run, typed);
-    AddAcceptMalformed(*run, typed);
-    run->add_option("-o,--output", typed.output, "The document to write")->type_name("OUT");
-    run->add_flag("--dry-run", typed.isDryRun, "Write no document")->excludes("-o");
-    run->add_flag("--trace", typed.showsCalls, "Print each pipeline call and its HRESULT on stderr");
-    run->add_flag("--json", typed.asJson, "Print one JSON object a page in place of the table");
-    run->add_option("--report", typed.report, "Write a page that shows what became of each page")
-        ->type_name("HTML");
-    run->add_flag(
-           "--again", typed.runsAgain, "Tell what the filter would change if it ran over OUT once more")
-        ->needs("-o");
-
-    CLI::App* const tickets =
-        app.add_subcommand("tickets", "Show each level's ticket and where its values come from");
-    tickets->footer(kTicketsFooter);
-    AddInput(*tickets, typed);
-    AddSettingOptions(*tickets, typed);
-
-    CLI::App* const batch = app.add_subcommand("batch", "Run the filter over a table of cases");
-    batch->footer(kBatchFooter);
-    batch->add_option("CASES", typed.input, "The table of documents and what is expected of them")
-        ->required();
-    AddModule(*batch, typed);
-
-    CLI::App* const diff = app.add_subcommand("diff", "Compare two documents part by part");
-    diff->footer(kDiffFooter);
-    diff->add_option("A", typed.input, "An XPS or OpenXPS document")->required();
-    diff->add_option("B", typed.other, "What it is compared with")->required();
-    diff->add_flag("--changes", typed.showsChangesOnly, "Leave out parts that are identical");
+    RunCommand run;
+    TicketsCommand tickets;
+    BatchCommand batch;
+    DiffCommand diff;
+    const CLI::App* const runParser = AddRun(app, run);
+    const CLI::App* const ticketsParser = AddTickets(app, tickets);
+    const CLI::App* const batchParser = AddBatch(app, batch);
+    AddDiff(app, diff);
     try
     {
         // The parser takes its arguments from the back.
         app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
-        if (run->parsed() && typed.output.empty() && !typed.isDryRun)
-        {
-            throw CLI::RequiredError("--output or --dry-run");
-        }
     }
     catch (const CLI::ParseError& stop)
     {
@@ -248,35 +250,26 @@ Command ParseCommandLine(const std::vector<std::string>& arguments)
         }
         return Notice{ExitStatus::Unusable, std::string("xpsfilterhost: ") + stop.what() + "; see --help\n"};
     }
-    if (tickets->parsed())
+    if (runParser->parsed())
     {
-        return TicketsCommand{FromUtf8Path(typed.input), ToSetting(*tickets, typed)};
+        return run;
     }
-    if (batch->parsed())
+    if (ticketsParser->parsed())
     {
-        return BatchCommand{FromUtf8Path(typed.input), ToPath(typed.module)};
+        return tickets;
     }
-    if (diff->parsed())
-    {
-        return DiffCommand{FromUtf8Path(typed.input), FromUtf8Path(typed.other), typed.showsChangesOnly};
-    }
-    return RunCommand{FromUtf8Path(typed.input),
-                      ToPath(typed.output),
-                      ToSetting(*run, typed),
-                      typed.showsCalls,
-                      typed.asJson,
-                      ToPath(typed.report),
-                      typed.runsAgain};
+    return batchParser->parsed() ? Command(batch) : Command(diff);
 }
 
 JobSetting ParseSetting(const std::string& options)
 {
-    Typed typed;
+    JobSetting setting;
     CLI::App app;
     app.allow_windows_style_options(false);
     app.set_help_flag();
-    AddSettingOptions(app, typed);
-    AddAcceptMalformed(app, typed);
+    AddSetting(app, setting);
+    AddModule(app, setting.module);
+    AddAcceptMalformed(app, setting.acceptsMalformed);
     try
     {
         app.parse(options);
@@ -285,6 +278,6 @@ JobSetting ParseSetting(const std::string& options)
     {
         throw std::runtime_error(fault.what());
     }
-    return ToSetting(app, typed);
+    return setting;
 }
 } // namespace host

@@ -6,10 +6,20 @@ namespace host
 {
 namespace
 {
-/// In one call: a console cannot put characters together that come in single bytes.
-void Write(std::FILE* stream, std::string_view text)
+/// In one call where the system takes it: a console cannot put characters together that come in single bytes.
+/// False when the text did not get through.
+bool Write(std::FILE* stream, std::string_view text)
 {
-    _write(_fileno(stream), text.data(), static_cast<unsigned>(text.size()));
+    while (!text.empty())
+    {
+        const int written = _write(_fileno(stream), text.data(), static_cast<unsigned>(text.size()));
+        if (written <= 0)
+        {
+            return false;
+        }
+        text.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return true;
 }
 } // namespace
 
@@ -26,19 +36,22 @@ Console::~Console()
 
 void Console::PrintOut(std::string_view text)
 {
-    PrintTo(stdout, text);
+    const std::lock_guard lock(m_lock);
+    WipeProgress();
+    m_hasLostText = !Write(stdout, text) || m_hasLostText;
 }
 
 void Console::PrintError(std::string_view text)
 {
-    PrintTo(stderr, text);
-}
-
-void Console::PrintTo(std::FILE* stream, std::string_view text)
-{
     const std::lock_guard lock(m_lock);
     WipeProgress();
-    Write(stream, text);
+    Write(stderr, text);
+}
+
+bool Console::HasLostText()
+{
+    const std::lock_guard lock(m_lock);
+    return m_hasLostText;
 }
 
 void Console::ShowProgress(std::string_view text)

@@ -22,19 +22,23 @@ public:
     Console& operator=(const Console&) = delete;
     ~Console();
 
+    /// A text that cannot be written is lost; the job goes on.
     void PrintOut(std::string_view text);
     void PrintError(std::string_view text);
+
+    /// Whether anything did not get to stdout.
+    bool HasLostText();
 
     /// Shows a new state in place of the last one, at most some ten times a second.
     void ShowProgress(std::string_view text);
 
 private:
-    void PrintTo(std::FILE* stream, std::string_view text);
     void WipeProgress();
 
     std::mutex m_lock;
     bool m_isTerminal;
     UINT m_formerCodePage;
+    bool m_hasLostText = false;
     std::size_t m_shownLength = 0;
     std::chrono::steady_clock::time_point m_shownAt{};
 };

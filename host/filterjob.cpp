@@ -55,12 +55,6 @@ ComPtr<pipeline::PipelinePropertyBag> MakePropertyBag(const FilterJob& job,
     return bag;
 }
 
-std::filesystem::path TargetOf(const FilterJob& job)
-{
-    // Without an output only the spilled contents need a place, and they go with the writer.
-    return job.output ? *job.output : std::filesystem::temp_directory_path() / "xpsfilterhost-dry-run.xps";
-}
-
 /// The filter at work: its answer comes from a thread of its own.
 HRESULT Operate(IPrintPipelineFilter& filter,
                 pipeline::PipelineJob& job,
@@ -104,69 +98,89 @@ HRESULT Judge(const pipeline::PipelineJob& job, std::string& debt)
     debt = job.FindDebt();
     return debt.empty() ? S_OK : E_UNEXPECTED;
 }
-} // namespace
 
-FilterOutcome RunFilter(const FilterJob& job)
+/// Plays the pipeline around a filter of the module. When it returns, what still holds the shared job is held
+/// by the filter.
+FilterOutcome Play(const FilterJob& job,
+                   const tickets::Printer& printer,
+                   const pipeline::FilterModule& module,
+                   const pipeline::PipelineJobPtr& shared)
 {
-    const opc::Package package(job.input);
-    opc::PackageWriter writer(package, TargetOf(job));
-    const tickets::Printer printer(job.printer);
-    pipeline::CallTrace trace(job.onCall);
-    const auto shared = std::make_shared<pipeline::PipelineJob>(package, &writer, trace);
-    shared->acceptsMalformed = job.acceptsMalformed;
-    const pipeline::FilterModule module(job.module);
+    pipeline::CallTrace& trace = shared->trace;
+    const auto bag = MakePropertyBag(job, printer, trace);
+    report::PageReporter reporter(
+        shared->package,
+        {job.userTicket, tickets::DefaultTicketOf(job.tesselType), printer.Name(), printer.UserToken()},
+        job.onPage,
+        job.detail);
+    const auto control = MakeCom<pipeline::ManagerControl>(shared);
+    const auto communicator = MakeCom<pipeline::Communicator>(
+        trace,
+        MakeCom<pipeline::DocumentProvider>(shared),
+        MakeCom<pipeline::DocumentConsumer>(shared,
+                                            [&](const pipeline::SentPart& sent) { reporter.Take(sent); }));
 
     FilterOutcome outcome;
+    const ComPtr<IPrintPipelineFilter> filter = module.CreateFilter(trace);
+    outcome.result = trace.Answer("IPrintPipelineFilter::InitializeFilter", "", [&] {
+        return filter->InitializeFilter(communicator.Get(), bag.Get(), control.Get());
+    });
+    if (SUCCEEDED(outcome.result))
     {
-        const auto bag = MakePropertyBag(job, printer, trace);
-        report::PageReporter reporter(
-            package,
-            {job.userTicket, tickets::DefaultTicketOf(job.tesselType), printer.Name(), printer.UserToken()},
-            job.onPage,
-            job.detail);
-        const auto control = MakeCom<pipeline::ManagerControl>(shared);
-        const auto communicator = MakeCom<pipeline::Communicator>(
-            trace,
-            MakeCom<pipeline::DocumentProvider>(shared),
-            MakeCom<pipeline::DocumentConsumer>(
-                shared, [&](const pipeline::SentPart& sent) { reporter.Take(sent); }));
-
-        const ComPtr<IPrintPipelineFilter> filter = module.CreateFilter(trace);
-        outcome.result = trace.Answer("IPrintPipelineFilter::InitializeFilter", "", [&] {
-            return filter->InitializeFilter(communicator.Get(), bag.Get(), control.Get());
-        });
-        if (SUCCEEDED(outcome.result))
-        {
-            outcome.result = Operate(*filter.Get(), *shared, reporter, job.isCancelled);
-            trace.Tell("IPrintPipelineFilter::StartOperation", "", outcome.result);
-        }
-        outcome.part = shared->currentPart;
-        outcome.documents = reporter.Documents();
-        outcome.pages = reporter.Pages();
-        if (SUCCEEDED(outcome.result))
-        {
-            outcome.result = Judge(*shared, outcome.debt);
-        }
-        if (const auto& refusal = shared->refusal)
-        {
-            outcome.part = refusal->page;
-            outcome.markupFault = refusal->fault;
-        }
+        outcome.result = Operate(*filter.Get(), *shared, reporter, job.isCancelled);
+        trace.Tell("IPrintPipelineFilter::StartOperation", "", outcome.result);
     }
+    if (SUCCEEDED(outcome.result))
+    {
+        outcome.result = Judge(*shared, outcome.debt);
+    }
+    outcome.part = shared->currentPart;
+    if (const auto& refusal = shared->refusal)
+    {
+        outcome.part = refusal->page;
+        outcome.markupFault = refusal->fault;
+    }
+    outcome.documents = reporter.Documents();
+    outcome.pages = reporter.Pages();
+    return outcome;
+}
+
+/// Looks at what the filter left behind once it was let go of, and writes the output where all went well.
+void Settle(const FilterJob& job,
+            const pipeline::FilterModule& module,
+            pipeline::PipelineJobPtr shared,
+            FilterOutcome& outcome)
+{
     outcome.keptObjects = static_cast<std::size_t>(shared.use_count()) - 1;
     outcome.isModuleInUse = !module.CanUnload();
-    trace.Tell("DllCanUnloadNow", "", outcome.isModuleInUse ? S_FALSE : S_OK);
+    shared->trace.Tell("DllCanUnloadNow", "", outcome.isModuleInUse ? S_FALSE : S_OK);
 
     // Also where the filter made light of it.
-    if (const auto failure = trace.GetHostFailure())
+    if (const auto failure = shared->trace.GetHostFailure())
     {
         std::rethrow_exception(failure);
     }
     if (SUCCEEDED(outcome.result) && job.output)
     {
         shared->RemoveOrphanedTickets();
-        writer.Commit(job.onWriting);
+        shared->writer->Commit(job.onWriting);
     }
+}
+} // namespace
+
+FilterOutcome RunFilter(const FilterJob& job)
+{
+    const opc::Package package(job.input);
+    opc::PackageWriter writer(package, job.output);
+    const tickets::Printer printer(job.printer);
+    pipeline::CallTrace trace(job.onCall);
+    const pipeline::FilterModule module(job.module);
+    auto shared = std::make_shared<pipeline::PipelineJob>(package, &writer, trace);
+    shared->acceptsMalformed = job.acceptsMalformed;
+    // A filter may hold documents of MSXML until it goes, when its own thread is done with COM.
+    const base::utility::SafeCoInit com;
+    FilterOutcome outcome = Play(job, printer, module, shared);
+    Settle(job, module, std::move(shared), outcome);
     return outcome;
 }
 } // namespace host

@@ -63,7 +63,8 @@ struct FilterOutcome
 /// output is written only when the filter succeeds. The print ticket library must be loaded, and COM
 /// initialised on the thread.
 ///
-/// Throws opc::PackageError when the document cannot be used, std::runtime_error for a module or a printer
-/// that cannot.
+/// Throws opc::PackageError when the document cannot be used, FileError when the output cannot be written,
+/// which is found out before the filter starts as far as it can be, and std::runtime_error for a module or a
+/// printer that cannot be used.
 FilterOutcome RunFilter(const FilterJob& job);
 } // namespace host

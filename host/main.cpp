@@ -11,9 +11,6 @@
 #include "host/commands/ticketscommand.h"
 #include "host/console.h"
 #include "host/interrupt.h"
-#include "host/opc/package.h"
-#include "host/opc/packageerror.h"
-#include "host/paths.h"
 #include "host/text.h"
 
 namespace host
@@ -21,7 +18,7 @@ namespace host
 namespace
 {
 template <typename JobCommand>
-ExitStatus Run(const JobCommand& command, Console& console)
+ExitStatus Perform(const JobCommand& command, Console& console)
 {
     try
     {
@@ -32,11 +29,6 @@ ExitStatus Run(const JobCommand& command, Console& console)
         console.PrintError(std::string("xpsfilterhost: ") + stop.what() + "\n");
         return ExitStatus::FilterFailed;
     }
-    catch (const opc::PackageError& failure)
-    {
-        console.PrintError(ToOneLine("xpsfilterhost: " + ToUtf8Path(command.input) + ": " + failure.what()) +
-                           "\n");
-    }
     catch (const std::exception& failure)
     {
         console.PrintError(ToOneLine(std::string("xpsfilterhost: ") + failure.what()) + "\n");
@@ -44,7 +36,7 @@ ExitStatus Run(const JobCommand& command, Console& console)
     return ExitStatus::Unusable;
 }
 
-ExitStatus Run(const Notice& notice, Console& console)
+ExitStatus Perform(const Notice& notice, Console& console)
 {
     notice.status == ExitStatus::Done ? console.PrintOut(notice.text) : console.PrintError(notice.text);
     return notice.status;
@@ -62,5 +54,12 @@ int wmain(int count, wchar_t** arguments)
     }
     host::Console console;
     const auto command = host::ParseCommandLine(texts);
-    return static_cast<int>(std::visit([&](const auto& what) { return host::Run(what, console); }, command));
+    host::ExitStatus status =
+        std::visit([&](const auto& what) { return host::Perform(what, console); }, command);
+    if (console.HasLostText() && status == host::ExitStatus::Done)
+    {
+        console.PrintError("xpsfilterhost: the standard output cannot be written\n");
+        status = host::ExitStatus::Unusable;
+    }
+    return static_cast<int>(status);
 }

@@ -1,35 +1,28 @@
 #include "host/replacedfile.h"
 
-#include <random>
-#include <stdexcept>
-#include <string>
+#include <cstdio>
 #include <system_error>
 #include <utility>
 
-#include "host/paths.h"
+#include "host/fileerror.h"
 
 namespace host
 {
-ReplacedFile::ReplacedFile(std::filesystem::path target) : m_target(std::move(target)), m_temporary(m_target)
+ReplacedFile::ReplacedFile(std::filesystem::path target)
+    : m_target(std::move(target)), m_temporary(opc::CreateTemporaryFile(m_target, opc::OnClose::Keep))
 {
-    m_temporary += "." + std::to_string(std::random_device()()) + ".tmp";
-    m_stream.open(m_temporary, std::ios::binary | std::ios::trunc);
-    if (!m_stream)
-    {
-        Fail();
-    }
 }
 
 ReplacedFile::~ReplacedFile()
 {
-    m_stream.close();
+    m_temporary.file.reset();
     std::error_code ignored;
-    std::filesystem::remove(m_temporary, ignored);
+    std::filesystem::remove(m_temporary.path, ignored);
 }
 
 void ReplacedFile::Write(std::string_view bytes)
 {
-    if (!m_stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size())))
+    if (std::fwrite(bytes.data(), 1, bytes.size(), m_temporary.file.get()) != bytes.size())
     {
         Fail();
     }
@@ -37,13 +30,15 @@ void ReplacedFile::Write(std::string_view bytes)
 
 void ReplacedFile::Commit()
 {
-    m_stream.close();
+    // What is written last may find the disk full.
+    const bool isWritten = std::fflush(m_temporary.file.get()) == 0;
+    m_temporary.file.reset();
     std::error_code failure;
-    if (m_stream)
+    if (isWritten)
     {
-        std::filesystem::rename(m_temporary, m_target, failure);
+        std::filesystem::rename(m_temporary.path, m_target, failure);
     }
-    if (!m_stream || failure)
+    if (!isWritten || failure)
     {
         Fail();
     }
@@ -51,6 +46,6 @@ void ReplacedFile::Commit()
 
 void ReplacedFile::Fail() const
 {
-    throw std::runtime_error(ToUtf8Path(m_target) + ": cannot be written");
+    throw FileError(m_target, "cannot be written");
 }
 } // namespace host

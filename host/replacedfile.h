@@ -1,8 +1,9 @@
 #pragma once
 
 #include <filesystem>
-#include <fstream>
 #include <string_view>
+
+#include "host/opc/temporaryfile.h"
 
 namespace host
 {
@@ -11,7 +12,7 @@ namespace host
 class ReplacedFile
 {
 public:
-    /// Throws std::runtime_error, as all below, with the file's name.
+    /// Throws FileError, as all below.
     explicit ReplacedFile(std::filesystem::path target);
     ReplacedFile(const ReplacedFile&) = delete;
     ReplacedFile& operator=(const ReplacedFile&) = delete;
@@ -24,7 +25,6 @@ private:
     [[noreturn]] void Fail() const;
 
     std::filesystem::path m_target;
-    std::filesystem::path m_temporary;
-    std::ofstream m_stream;
+    opc::TemporaryFile m_temporary;
 };
 } // namespace host

@@ -10,6 +10,7 @@ namespace host
 /// "0x80070490".
 std::string FormatResult(HRESULT result);
 
-/// "Element not found.", without a line end; empty for S_OK.
+/// What an HRESULT says, on one line: of the print ticket calls' own codes their names, of others the
+/// system's text. Empty for S_OK.
 std::string DescribeResult(HRESULT result);
 } // namespace host

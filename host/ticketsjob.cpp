@@ -3,9 +3,12 @@
 #include <optional>
 #include <vector>
 
+#include "base/logging/errors.h"
 #include "base/utility/utf8.h"
 #include "host/opc/packageerror.h"
+#include "host/report/calllist.h"
 #include "host/report/ticketlisting.h"
+#include "host/resulttext.h"
 #include "host/tickets/ticketbytes.h"
 #include "host/ticketservice/printschema.h"
 #include "host/xps/xpsdocument.h"
@@ -69,6 +72,12 @@ private:
     TicketLayer m_default;
     std::vector<std::optional<TicketLayer>> m_levels;
 };
+
+/// The part to look at where a ticket cannot be told.
+const opc::PartName& CulpritOf(const xps::JobPart& part)
+{
+    return part.printTicket ? *part.printTicket : part.name;
+}
 } // namespace
 
 void ListTickets(const opc::Package& package,
@@ -99,8 +108,15 @@ void ListTickets(const opc::Package& package,
         }
         catch (const ticketservice::FormatError& fault)
         {
-            const opc::PartName& culprit = part->printTicket ? *part->printTicket : part->name;
-            throw opc::PackageError(culprit.Text(), fault.what());
+            throw opc::PackageError(package.Path(), CulpritOf(*part).Text(), fault.what());
+        }
+        catch (const base::exception::HresultError& failure)
+        {
+            const HRESULT result = failure.GetHresult();
+            throw opc::PackageError(package.Path(),
+                                    CulpritOf(*part).Text(),
+                                    "there is no effective ticket: " + FormatResult(result) + ": " +
+                                        DescribeResult(result));
         }
     }
 }

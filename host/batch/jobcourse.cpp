@@ -66,6 +66,11 @@ bool TakePages(std::string_view word, Course& course)
     return true;
 }
 
+bool IsEnd(std::string_view word)
+{
+    return word == kFailed || word == kUnusable;
+}
+
 /// "0x80070005".
 std::optional<HRESULT> ParseFailure(std::string_view word)
 {
@@ -124,7 +129,7 @@ Course ParseCourse(std::string_view text)
     {
         ++word;
     }
-    if (word != words.end() && (*word == kFailed || *word == kUnusable))
+    if (word != words.end() && IsEnd(*word))
     {
         course.end = *word == kFailed ? JobEnd::FilterFailed : JobEnd::Unusable;
         ++word;
@@ -136,7 +141,10 @@ Course ParseCourse(std::string_view text)
     }
     if (word != words.end())
     {
-        throw std::runtime_error("expected: " + *word + " cannot be understood");
+        const bool isPastTheEnd = course.end != JobEnd::Done && (IsEnd(*word) || TakePages(*word, course));
+        throw std::runtime_error(
+            "expected: " + *word +
+            (isPastTheEnd ? " stands after the end of the job" : " cannot be understood"));
     }
     if (words.empty())
     {

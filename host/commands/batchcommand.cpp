@@ -3,7 +3,6 @@
 #include <exception>
 #include <iomanip>
 #include <sstream>
-#include <stdexcept>
 #include <string>
 
 #include "host/batch/casetable.h"
@@ -11,6 +10,7 @@
 #include "host/commands/filteranswer.h"
 #include "host/commands/jobground.h"
 #include "host/filebytes.h"
+#include "host/fileerror.h"
 #include "host/filterjob.h"
 #include "host/interrupt.h"
 #include "host/opc/packageerror.h"
@@ -22,6 +22,24 @@ namespace host
 {
 namespace
 {
+bool IsUtf8(std::string_view bytes)
+{
+    return bytes.empty() ||
+           MultiByteToWideChar(
+               CP_UTF8, MB_ERR_INVALID_CHARS, bytes.data(), static_cast<int>(bytes.size()), nullptr, 0) > 0;
+}
+
+/// Throws FileError for a table that is no text, which would have a fault in each of its lines.
+batch::CaseTable ReadTable(const std::filesystem::path& file)
+{
+    const std::string bytes = ReadFileBytes(file);
+    if (!IsUtf8(bytes) || bytes.find('\0') != bytes.npos)
+    {
+        throw FileError(file, "is not a text in UTF-8");
+    }
+    return batch::ReadCaseTable(bytes, file.parent_path());
+}
+
 /// Throws what JobGround and RunFilter throw for anything but the document.
 batch::JobResult RunCase(const batch::Case& row, const Interrupt& interrupt)
 {
@@ -51,7 +69,7 @@ batch::JobResult RunCase(const batch::Case& row, const Interrupt& interrupt)
     catch (const opc::PackageError& fault)
     {
         result.end = batch::JobEnd::Unusable;
-        result.reason = fault.what();
+        result.reason = fault.Reason();
     }
     return result;
 }
@@ -135,8 +153,7 @@ private:
 
 ExitStatus Carry(const BatchCommand& command, Console& console)
 {
-    const batch::CaseTable table =
-        batch::ReadCaseTable(ReadFileBytes(command.input), command.input.parent_path());
+    const batch::CaseTable table = ReadTable(command.input);
     BatchRun run(command, console);
     for (const batch::LineFault& fault : table.faults)
     {
@@ -148,7 +165,7 @@ ExitStatus Carry(const BatchCommand& command, Console& console)
     }
     if (table.cases.empty())
     {
-        throw std::runtime_error(ToUtf8Path(command.input) + ": has no case");
+        throw FileError(command.input, "has no case");
     }
     const Interrupt interrupt;
     for (const batch::Case& row : table.cases)

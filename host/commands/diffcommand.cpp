@@ -1,14 +1,11 @@
 #include "host/commands/diffcommand.h"
 
 #include <array>
-#include <stdexcept>
 #include <string>
 
 #include "base/utility/safecoinit.h"
 #include "host/diff/packagediff.h"
 #include "host/opc/package.h"
-#include "host/opc/packageerror.h"
-#include "host/paths.h"
 #include "host/text.h"
 
 namespace host
@@ -16,25 +13,13 @@ namespace host
 namespace
 {
 using diff::PartState;
-
-opc::Package OpenOther(const std::filesystem::path& path)
-{
-    try
-    {
-        return opc::Package(path);
-    }
-    catch (const opc::PackageError& fault)
-    {
-        throw std::runtime_error(ToUtf8Path(path) + ": " + fault.what());
-    }
-}
 } // namespace
 
 ExitStatus Carry(const DiffCommand& command, Console& console)
 {
     const base::utility::SafeCoInit com;
     const opc::Package one(command.input);
-    const opc::Package other = OpenOther(command.other);
+    const opc::Package other(command.other);
     std::array<std::size_t, 4> counts{};
     diff::ComparePackages(one, other, [&](const diff::PartDifference& part) {
         ++counts[static_cast<std::size_t>(part.state)];

@@ -5,7 +5,7 @@
 
 namespace host
 {
-/// Tells what became of each part from one document to another. Throws opc::PackageError for the first one
-/// and std::runtime_error for the other one, when it cannot be used.
+/// Tells what became of each part from one document to another. Throws opc::PackageError for one that cannot
+/// be used.
 ExitStatus Carry(const DiffCommand& command, Console& console);
 } // namespace host

@@ -2,7 +2,6 @@
 
 #include <vector>
 
-#include "base/logging/errors.h"
 #include "host/console.h"
 #include "host/opc/package.h"
 #include "host/opc/packageerror.h"
@@ -17,7 +16,7 @@ namespace
 {
 std::string Describe(HRESULT result)
 {
-    return FormatResult(result) + ": " + ToOneLine(base::exception::GetErrorText(result));
+    return FormatResult(result) + ": " + ToOneLine(DescribeResult(result));
 }
 } // namespace
 
@@ -39,8 +38,8 @@ void ThrowPackageFault(const std::filesystem::path& input, const FilterOutcome& 
         const std::string fault = xml::FindMarkupFault(package.Read(suspect));
         if (!fault.empty())
         {
-            throw opc::PackageError(suspect.Text(),
-                                    fault + " (the filter answered " + Describe(outcome.result) + ")");
+            throw opc::PackageError(
+                input, suspect.Text(), fault + " (the filter answered " + Describe(outcome.result) + ")");
         }
     }
 }

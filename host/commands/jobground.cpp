@@ -19,6 +19,11 @@ std::filesystem::path ProgramFolder()
     return std::filesystem::path(path.c_str()).parent_path();
 }
 
+std::filesystem::path ModuleOf(const JobSetting& setting)
+{
+    return setting.module.value_or(ProgramFolder() / "pagevalidatefilter.dll");
+}
+
 std::optional<std::wstring> PrinterOf(const JobSetting& setting)
 {
     return setting.printer ? std::optional(base::utility::FromUtf8(*setting.printer)) : std::nullopt;
@@ -26,7 +31,9 @@ std::optional<std::wstring> PrinterOf(const JobSetting& setting)
 
 JobGround::JobGround(const JobSetting& setting)
     : m_library(setting.printer ? std::nullopt : std::optional(ProgramFolder() / "offline" / "prntvpt.dll")),
-      m_userTicket(tickets::MakeUserTicket(setting.userTicket, setting.overrides))
+      m_userTicket(tickets::MakeUserTicket(setting.userTicket,
+                                           setting.overrides,
+                                           setting.privatePrefix.value_or(tickets::kUsualPrivatePrefix)))
 {
     if (setting.device)
     {
@@ -43,7 +50,7 @@ FilterJob JobGround::MakeJob(const std::filesystem::path& input, const JobSettin
 {
     FilterJob job;
     job.input = input;
-    job.module = setting.module.value_or(ProgramFolder() / "pagevalidatefilter.dll");
+    job.module = ModuleOf(setting);
     job.userTicket = m_userTicket;
     job.printer = PrinterOf(setting);
     job.tesselType = setting.tesselType;

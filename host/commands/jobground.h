@@ -14,6 +14,9 @@ namespace host
 /// Where this program and what belongs to it lies.
 std::filesystem::path ProgramFolder();
 
+/// The filter's DLL of a job.
+std::filesystem::path ModuleOf(const JobSetting& setting);
+
 /// The spooler's printer of a job; empty for one that there is only offline.
 std::optional<std::wstring> PrinterOf(const JobSetting& setting);
 

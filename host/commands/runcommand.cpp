@@ -7,6 +7,7 @@
 #include "host/commands/filteranswer.h"
 #include "host/commands/jobground.h"
 #include "host/commands/runreport.h"
+#include "host/commands/writtenfiles.h"
 #include "host/filterjob.h"
 #include "host/interrupt.h"
 #include "host/paths.h"
@@ -152,7 +153,7 @@ FilterOutcome RunAgain(FilterJob job, RunView& view, RunReport& report)
     return RunFilter(job);
 }
 
-ExitStatus Carry(const RunCommand& command, Console& console, RunReport& report)
+ExitStatus RunAndReport(const RunCommand& command, Console& console, RunReport& report)
 {
     const JobGround ground(command.setting);
     report.ShowUserTicket(ground.UserTicket());
@@ -197,10 +198,11 @@ ExitStatus Carry(const RunCommand& command, Console& console, RunReport& report)
 
 ExitStatus Carry(const RunCommand& command, Console& console)
 {
+    RequireFilesOfTheirOwn(command);
     RunReport report(command);
     try
     {
-        return Carry(command, console, report);
+        return RunAndReport(command, console, report);
     }
     catch (const std::exception& failure)
     {

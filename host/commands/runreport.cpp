@@ -1,7 +1,6 @@
 #include "host/commands/runreport.h"
 
-#include <stdexcept>
-#include <system_error>
+#include <exception>
 #include <utility>
 
 #include "host/console.h"
@@ -18,36 +17,6 @@ using report::EscapeHtml;
 
 namespace
 {
-bool IsSameFile(const std::filesystem::path& one, const std::filesystem::path& other)
-{
-    std::error_code missing;
-    if (std::filesystem::equivalent(one, other, missing))
-    {
-        return true;
-    }
-    // Files that are still to be made have their names only, whose case does not count.
-    const std::wstring left = std::filesystem::weakly_canonical(std::filesystem::absolute(one)).wstring();
-    const std::wstring right = std::filesystem::weakly_canonical(std::filesystem::absolute(other)).wstring();
-    return CompareStringOrdinal(left.c_str(), -1, right.c_str(), -1, TRUE) == CSTR_EQUAL;
-}
-
-void RequireFileOfItsOwn(const RunCommand& command)
-{
-    const std::pair<const char*, std::optional<std::filesystem::path>> files[] = {
-        {"the input", command.input},
-        {"the output", command.output},
-        {"the user's ticket", command.setting.userTicket},
-        {"the device's description", command.setting.device},
-        {"the filter", command.setting.module}};
-    for (const auto& [what, path] : files)
-    {
-        if (path && IsSameFile(*command.report, *path))
-        {
-            throw std::runtime_error(ToUtf8Path(*command.report) + ": the report would replace " + what);
-        }
-    }
-}
-
 std::string CodeOfPath(const std::filesystem::path& path)
 {
     return CodeOf(ToUtf8Path(path));
@@ -98,7 +67,6 @@ RunReport::RunReport(const RunCommand& command) : m_command(command)
 {
     if (command.report)
     {
-        RequireFileOfItsOwn(command);
         m_report.emplace(*command.report);
     }
 }

@@ -16,7 +16,7 @@ namespace host
 class RunReport
 {
 public:
-    /// Throws std::runtime_error for a file that cannot be written, or that the run reads or writes itself.
+    /// Throws FileError for a file that cannot be written.
     explicit RunReport(const RunCommand& command);
 
     /// Says what the user's ticket selects. COM must be initialised on the thread.

@@ -4,13 +4,12 @@
 #include <map>
 #include <optional>
 #include <set>
-#include <stdexcept>
 
 #include "host/console.h"
 #include "host/diff/markupdiff.h"
-#include "host/opc/packageerror.h"
-#include "host/paths.h"
+#include "host/opc/relationships.h"
 #include "host/text.h"
+#include "host/xml/elementreader.h"
 #include "host/xml/markuptext.h"
 
 namespace host::diff
@@ -20,18 +19,6 @@ using opc::PartName;
 
 namespace
 {
-std::string ReadPart(const Package& package, const PartName& part)
-{
-    try
-    {
-        return package.Read(part);
-    }
-    catch (const opc::PackageError& fault)
-    {
-        throw std::runtime_error(ToUtf8Path(package.Path()) + ": " + fault.what());
-    }
-}
-
 std::string DescribeBytes(std::string_view one, std::string_view other)
 {
     const auto parted = std::mismatch(one.begin(), one.end(), other.begin(), other.end());
@@ -70,10 +57,10 @@ Entries ListContentTypes(const Package& package)
     return entries;
 }
 
-Entries ListRelationships(const Package& package, const PartName& source)
+Entries ListRelationships(const PartName& source, std::string_view markup)
 {
     Entries entries;
-    const opc::Relationships relationships = package.RelationshipsOf(source);
+    const auto relationships = opc::Relationships::Parse(source, markup);
     for (const opc::Relationship& relationship : relationships.All())
     {
         const bool isInternal = relationship.mode == opc::TargetMode::Internal;
@@ -97,8 +84,8 @@ std::optional<std::string> FindContentDifference(const Package& onePackage,
                                                  const Package& otherPackage,
                                                  const PartName& part)
 {
-    const std::string one = ReadPart(onePackage, part);
-    const std::string other = ReadPart(otherPackage, part);
+    const std::string one = onePackage.Read(part);
+    const std::string other = otherPackage.Read(part);
     if (one == other)
     {
         return std::nullopt;
@@ -107,19 +94,16 @@ std::optional<std::string> FindContentDifference(const Package& onePackage,
     {
         if (const auto source = part.RelationshipsSource())
         {
-            return FindSetDifference(ListRelationships(onePackage, *source),
-                                     ListRelationships(otherPackage, *source));
+            return FindSetDifference(ListRelationships(*source, one), ListRelationships(*source, other));
         }
         return IsXml(onePackage, part) && IsXml(otherPackage, part) ? FindMarkupDifference(one, other)
                                                                     : DescribeBytes(one, other);
     }
-    catch (const xml::MarkupError& fault)
+    catch (const xml::MarkupError&)
     {
-        return DescribeBytes(one, other) + "; one " + ToOneLine(fault.what());
-    }
-    catch (const opc::PackageError& fault)
-    {
-        return DescribeBytes(one, other) + "; " + ToOneLine(fault.what());
+        const std::string ofOne = xml::FindMarkupFault(one);
+        const std::string fault = ofOne.empty() ? "B " + xml::FindMarkupFault(other) : "A " + ofOne;
+        return DescribeBytes(one, other) + "; " + ToOneLine(fault);
     }
 }
 

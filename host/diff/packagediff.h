@@ -32,8 +32,7 @@ struct PartDifference
 /// or cannot be read as such, byte by byte. Items that are no part's do not count. At any time no more than
 /// one part of each package is in memory.
 ///
-/// COM must be initialised on the thread. Throws std::runtime_error, naming the package, for a part that
-/// cannot be decompressed.
+/// COM must be initialised on the thread. Throws opc::PackageError for a part that cannot be decompressed.
 void ComparePackages(const opc::Package& one,
                      const opc::Package& other,
                      const std::function<void(const PartDifference&)>& onPart);

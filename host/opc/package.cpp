@@ -22,6 +22,9 @@ bool IsContentTypesName(std::string_view logicalName)
 class ItemCollector
 {
 public:
+    /// Of a part of this package.
+    explicit ItemCollector(const std::filesystem::path& package) : m_package(package) {}
+
     bool IsEmpty() const noexcept { return m_indices.empty(); }
 
     void Add(const ItemRole& role, std::size_t index)
@@ -31,7 +34,7 @@ public:
         const bool mixes = !IsEmpty() && (isWhole || m_isWhole);
         if (mixes || !m_indices.emplace(number, index).second)
         {
-            throw PackageError(std::string(role.logicalName), "is in the package twice");
+            throw PackageError(m_package, std::string(role.logicalName), "is in the package twice");
         }
         m_stored.itemName = role.logicalName;
         m_isWhole = isWhole;
@@ -39,7 +42,7 @@ public:
         {
             if (m_lastNumber.has_value())
             {
-                throw PackageError(m_stored.itemName, "has two last pieces");
+                throw PackageError(m_package, m_stored.itemName, "has two last pieces");
             }
             m_lastNumber = number;
         }
@@ -51,7 +54,7 @@ public:
         const std::uint64_t highest = m_indices.rbegin()->first;
         if (m_lastNumber != highest || m_indices.size() != highest + 1)
         {
-            throw PackageError(m_stored.itemName, "lacks one of its pieces");
+            throw PackageError(m_package, m_stored.itemName, "lacks one of its pieces");
         }
         for (const auto& [number, index] : m_indices)
         {
@@ -61,6 +64,7 @@ public:
     }
 
 private:
+    const std::filesystem::path& m_package;
     StoredPart m_stored;
     std::map<std::uint32_t, std::size_t> m_indices;
     std::optional<std::uint32_t> m_lastNumber;
@@ -69,7 +73,7 @@ private:
 
 /// Runs the reading of a part's markup so that a fault in it names the part.
 template <typename Action>
-auto ReadingPart(const std::string& name, Action&& act)
+auto ReadingPart(const std::filesystem::path& package, const std::string& name, Action&& act)
 {
     try
     {
@@ -77,21 +81,21 @@ auto ReadingPart(const std::string& name, Action&& act)
     }
     catch (const xml::MarkupError& fault)
     {
-        throw PackageError(name, fault.what());
+        throw PackageError(package, name, fault.what());
     }
 }
 } // namespace
 
-Package::Package(const std::filesystem::path& path) : m_path(path), m_archive(path)
+Package::Package(const std::filesystem::path& path) : m_archive(path)
 {
     std::map<PartName, ItemCollector> parts;
-    ItemCollector contentTypes;
+    ItemCollector contentTypes(Path());
     const auto& items = m_archive.Items();
     for (std::size_t index = 0; index < items.size(); ++index)
     {
         if (StepsUp(items[index].name))
         {
-            throw PackageError(items[index].name, "leads out of the package");
+            throw PackageError(Path(), items[index].name, "leads out of the package");
         }
         const ItemRole role = ParseItemName(items[index].name);
         if (IsContentTypesName(role.logicalName))
@@ -100,7 +104,7 @@ Package::Package(const std::filesystem::path& path) : m_path(path), m_archive(pa
         }
         else if (const auto name = PartName::FromItem(role.logicalName))
         {
-            parts[*name].Add(role, index);
+            parts.try_emplace(*name, Path()).first->second.Add(role, index);
         }
     }
     for (auto& [name, collector] : parts)
@@ -109,7 +113,7 @@ Package::Package(const std::filesystem::path& path) : m_path(path), m_archive(pa
     }
     if (contentTypes.IsEmpty())
     {
-        throw PackageError("/[Content_Types].xml", "is missing from the package");
+        throw PackageError(Path(), "/[Content_Types].xml", "is missing from the package");
     }
     m_contentTypesStream = contentTypes.Finish();
     ReadContentTypes();
@@ -135,7 +139,7 @@ const StoredPart& Package::Find(const PartName& part) const
     const auto found = m_parts.find(part);
     if (found == m_parts.end())
     {
-        throw PackageError(part.Text(), "is missing from the package");
+        throw PackageError(Path(), part.Text(), "is missing from the package");
     }
     return found->second;
 }
@@ -148,7 +152,7 @@ Relationships Package::RelationshipsOf(const PartName& source) const
         return Relationships(source);
     }
     const std::string markup = Read(part);
-    return ReadingPart(part.Text(), [&] { return Relationships::Parse(source, markup); });
+    return ReadingPart(Path(), part.Text(), [&] { return Relationships::Parse(source, markup); });
 }
 
 std::string Package::ReadItems(const StoredPart& stored, std::uint64_t limit) const
@@ -165,6 +169,6 @@ void Package::ReadContentTypes()
 {
     const std::string markup = ReadItems(m_contentTypesStream, kPartLimit);
     m_contentTypes =
-        ReadingPart("/" + m_contentTypesStream.itemName, [&] { return ContentTypes::Parse(markup); });
+        ReadingPart(Path(), "/" + m_contentTypesStream.itemName, [&] { return ContentTypes::Parse(markup); });
 }
 } // namespace host::opc

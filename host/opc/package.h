@@ -51,7 +51,7 @@ public:
     /// Empty when the source has none. Throws PackageError when they cannot be read.
     Relationships RelationshipsOf(const PartName& source) const;
 
-    const std::filesystem::path& Path() const noexcept { return m_path; }
+    const std::filesystem::path& Path() const noexcept { return m_archive.Path(); }
     const ZipArchive& Archive() const noexcept { return m_archive; }
     const std::map<PartName, StoredPart>& Parts() const noexcept { return m_parts; }
     const ContentTypes& Types() const noexcept { return m_contentTypes; }
@@ -62,7 +62,6 @@ private:
     std::string ReadItems(const StoredPart& stored, std::uint64_t limit) const;
     void ReadContentTypes();
 
-    std::filesystem::path m_path;
     ZipArchive m_archive;
     std::map<PartName, StoredPart> m_parts;
     StoredPart m_contentTypesStream;

@@ -1,18 +1,20 @@
 #pragma once
 
-#include <stdexcept>
+#include <filesystem>
 #include <string>
+
+#include "host/fileerror.h"
 
 namespace host::opc
 {
-/// A package that cannot be read or written. The text names the part at fault, where there is one, and says
-/// why: "/Documents/1/FixedDocument.fdoc: is missing from the package".
-class PackageError : public std::runtime_error
+/// A package that cannot be used. The text names the package, the part at fault, where there is one, and says
+/// why: "in.xps: /Documents/1/FixedDocument.fdoc: is missing from the package".
+class PackageError : public FileError
 {
 public:
-    explicit PackageError(const std::string& reason) : std::runtime_error(reason) {}
-    PackageError(const std::string& part, const std::string& reason)
-        : std::runtime_error(part + ": " + reason)
+    using FileError::FileError;
+    PackageError(const std::filesystem::path& package, const std::string& part, const std::string& reason)
+        : FileError(package, part + ": " + reason)
     {
     }
 };

@@ -12,21 +12,25 @@ namespace
 constexpr std::string_view kRelationshipsType = "application/vnd.openxmlformats-package.relationships+xml";
 } // namespace
 
-PackageWriter::PackageWriter(const Package& source, std::filesystem::path target)
-    : m_source(source), m_target(std::move(target)), m_contentTypes(source.Types())
+PackageWriter::PackageWriter(const Package& source, const std::optional<std::filesystem::path>& target)
+    : m_source(source), m_contentTypes(source.Types())
 {
-    if (std::filesystem::exists(m_target) && std::filesystem::equivalent(m_target, source.Path()))
+    if (target && std::filesystem::exists(*target) && std::filesystem::equivalent(*target, source.Path()))
     {
-        throw PackageError("the output would replace the input");
+        throw FileError(*target, "the output would replace the input");
+    }
+    // Where the contents wait: beside what they become, or where the system keeps such files.
+    const std::filesystem::path neighbour =
+        target ? *target : std::filesystem::temp_directory_path() / "package";
+    m_spill = std::make_shared<SpillFile>(neighbour);
+    if (target)
+    {
+        m_archive.emplace(*target);
     }
 }
 
 PartContent PackageWriter::NewContent()
 {
-    if (m_spill == nullptr)
-    {
-        m_spill = std::make_shared<SpillFile>(m_target);
-    }
     return PartContent(m_spill);
 }
 
@@ -47,7 +51,7 @@ void PackageWriter::AddPart(const PartName& part, std::string_view contentType, 
 {
     if (Exists(part))
     {
-        throw PackageError(part.Text(), "is in the package already");
+        throw PackageError(m_source.Path(), part.Text(), "is in the package already");
     }
     Keep(part, std::move(content));
     m_removed.erase(part);
@@ -90,13 +94,12 @@ void PackageWriter::Commit(const WriteListener& listener)
 {
     DropRelationshipsToRemovedParts();
     StoreRelationships();
-    ZipWriter writer(m_target);
-    WriteItems(writer);
+    WriteItems();
     try
     {
-        writer.Close(listener);
+        m_archive.value().Close(listener);
     }
-    catch (const PackageError&)
+    catch (const FileError&)
     {
         // The archive library does not say which item it could not copy.
         m_source.Archive().RequireReadable();
@@ -121,7 +124,7 @@ void PackageWriter::Require(const PartName& part) const
 {
     if (!Exists(part))
     {
-        throw PackageError(part.Text(), "is missing from the package");
+        throw PackageError(m_source.Path(), part.Text(), "is missing from the package");
     }
 }
 
@@ -212,8 +215,9 @@ std::vector<PackageWriter::ItemPlan> PackageWriter::PlanItems(PartContent& conte
     return plan;
 }
 
-void PackageWriter::WriteItems(ZipWriter& writer)
+void PackageWriter::WriteItems()
 {
+    ZipWriter& writer = m_archive.value();
     PartContent contentTypes = NewContent(m_contentTypes.Serialize());
     const std::vector<ItemPlan> plan = PlanItems(contentTypes);
     const auto& items = m_source.Archive().Items();

@@ -23,12 +23,14 @@ namespace host::opc
 ///
 /// Changes are collected, the contents in a temporary file beside the target, and written by Commit. A writer
 /// that is destroyed without Commit, or whose Commit throws, leaves the target as it was and no other file.
-/// Used on one thread.
+/// Without a target there is nothing to commit; the temporary file lies where the system keeps such files.
+/// Used on one thread. What it throws for the target is a FileError that names it.
 class PackageWriter
 {
 public:
-    /// `source` must outlive the writer. Throws PackageError when the target is the source's own file.
-    PackageWriter(const Package& source, std::filesystem::path target);
+    /// `source` must outlive the writer. Throws FileError when the target is the source's own file or when
+    /// there can be no file of its name.
+    PackageWriter(const Package& source, const std::optional<std::filesystem::path>& target);
     PackageWriter(const PackageWriter&) = delete;
     PackageWriter& operator=(const PackageWriter&) = delete;
 
@@ -51,8 +53,8 @@ public:
     /// The relationships of a part, or of the package, to be changed in place; they belong to the writer.
     Relationships& EditRelationships(const PartName& source);
 
-    /// Writes the package. To be called once; throws PackageError when that fails, and what the listener
-    /// throws to stop it.
+    /// Writes the package. To be called once; throws FileError for the target, PackageError for the source,
+    /// and what the listener throws to stop it.
     void Commit(const WriteListener& listener = [](double) {});
 
 private:
@@ -78,11 +80,11 @@ private:
     void StoreRelationships();
     void StoreRelationships(const Relationships& relationships, const PartName& part);
     std::vector<ItemPlan> PlanItems(PartContent& contentTypes);
-    void WriteItems(ZipWriter& writer);
+    void WriteItems();
 
     const Package& m_source;
-    std::filesystem::path m_target;
     std::shared_ptr<SpillFile> m_spill;
+    std::optional<ZipWriter> m_archive;
     std::map<PartName, Change> m_changes;
     std::vector<PartName> m_added;
     std::set<PartName> m_removed;

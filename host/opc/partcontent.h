@@ -21,7 +21,7 @@ public:
     PartContent(PartContent&&) = default;
     PartContent& operator=(PartContent&&) = default;
 
-    /// Throws PackageError when the spill file cannot take it.
+    /// Throws FileError when the spill file cannot take it.
     void Append(std::string_view bytes);
 
     /// Keeps nothing in memory any more: to be called when the content is complete.

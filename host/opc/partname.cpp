@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "host/opc/packageerror.h"
+#include "host/xml/markuptext.h"
 
 namespace host::opc
 {
@@ -197,9 +197,7 @@ PartName PartName::Resolve(std::string_view reference) const
     Resolution resolved = ResolveAgainst(FolderOf(m_text), reference);
     if (resolved.fault != nullptr)
     {
-        const bool isPackage = *this == PackageRoot();
-        throw PackageError(isPackage ? RelationshipsPart().Text() : m_text,
-                           "refers to \"" + std::string(reference) + "\", which " + resolved.fault);
+        throw xml::MarkupError("refers to \"" + std::string(reference) + "\", which " + resolved.fault);
     }
     return PartName(std::move(resolved.text));
 }

@@ -21,8 +21,8 @@ public:
     /// The part that a ZIP item of this name holds; empty when the name cannot be a part's.
     static std::optional<PartName> FromItem(std::string_view itemName);
 
-    /// The part that `reference`, as it stands in this part, points at. Throws PackageError, naming this
-    /// part, for a reference that lies outside the package, climbs out of it or names no part.
+    /// The part that `reference`, as it stands in this part, points at. Throws xml::MarkupError for a
+    /// reference that lies outside the package, climbs out of it or names no part.
     PartName Resolve(std::string_view reference) const;
 
     /// The same; empty where Resolve throws.

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "host/opc/packageerror.h"
 #include "host/xml/elementreader.h"
 #include "host/xml/markuptext.h"
 

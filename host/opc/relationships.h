@@ -38,7 +38,7 @@ public:
     const std::vector<Relationship>& All() const noexcept { return m_all; }
 
     /// The part that the first relationship of this type points at. One to something outside the package does
-    /// not count. Empty when there is none; throws PackageError when its target is no part's name.
+    /// not count. Empty when there is none; throws xml::MarkupError when its target is no part's name.
     std::optional<PartName> FindTarget(std::string_view type) const;
 
     /// Adds a relationship to a part of the package and gives its new id.

@@ -1,10 +1,11 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <filesystem>
-#include <memory>
 #include <string_view>
+
+#include "host/opc/temporaryfile.h"
 
 namespace host::opc
 {
@@ -13,24 +14,21 @@ namespace host::opc
 class SpillFile
 {
 public:
-    /// Creates a file of a new name beside `target`. Throws PackageError when that fails.
+    /// Creates a file of a new name beside `target`. Throws FileError as CreateTemporaryFile does.
     explicit SpillFile(const std::filesystem::path& target);
 
-    /// Writes at the end and gives the offset of the first byte. Throws PackageError when the disk is full.
+    /// Writes at the end and gives the offset of the first byte. Throws FileError when the disk is full.
     std::uint64_t Append(std::string_view bytes);
 
-    /// Reads `size` bytes, which must have been written. Throws PackageError on failure.
+    /// Reads `size` bytes, which must have been written. Throws FileError on failure.
     void Read(std::uint64_t offset, char* buffer, std::size_t size);
 
 private:
-    struct Closer
-    {
-        void operator()(std::FILE* file) const noexcept { std::fclose(file); }
-    };
-
     void Seek(std::uint64_t offset);
+    [[noreturn]] void Fail(const char* what) const;
 
-    std::unique_ptr<std::FILE, Closer> m_file;
+    std::filesystem::path m_target;
+    TemporaryFile m_temporary;
     std::uint64_t m_end = 0;
 };
 } // namespace host::opc

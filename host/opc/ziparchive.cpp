@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <string_view>
+#include <system_error>
 
 #include "host/opc/packageerror.h"
 #include "host/paths.h"
@@ -11,44 +12,46 @@ namespace host::opc
 {
 namespace
 {
-[[noreturn]] void FailToOpen(int code)
+std::string DescribeOpeningFault(const std::filesystem::path& path, int code)
 {
     switch (code)
     {
     case ZIP_ER_NOENT:
-        throw PackageError("there is no such file");
+        return "there is no such file";
     case ZIP_ER_NOZIP:
-        throw PackageError("is not a ZIP archive");
+        return "is not a ZIP archive";
     case ZIP_ER_INCONS:
-        throw PackageError("is a damaged ZIP archive");
+        return "is a damaged ZIP archive";
     default:
-        throw PackageError("cannot be opened as a ZIP archive: " + DescribeZipError(code));
+        break;
     }
+    std::error_code unknown;
+    return std::filesystem::is_directory(path, unknown)
+               ? "is a folder"
+               : "cannot be opened as a ZIP archive: " + DescribeZipError(code);
 }
 
-[[noreturn]] void FailToRead(const ZipItem& item, int code)
+std::string DescribeReadingFault(const ZipItem& item, int code)
 {
     if (code == ZIP_ER_COMPNOTSUPP)
     {
-        throw PackageError(item.name,
-                           "is compressed with method " + std::to_string(item.method) +
-                               ", which is not supported");
+        return "is compressed with method " + std::to_string(item.method) + ", which is not supported";
     }
     if (code == ZIP_ER_NOPASSWD || code == ZIP_ER_ENCRNOTSUPP)
     {
-        throw PackageError(item.name, "is encrypted");
+        return "is encrypted";
     }
-    throw PackageError(item.name, "cannot be decompressed: " + DescribeZipError(code));
+    return "cannot be decompressed: " + DescribeZipError(code);
 }
 } // namespace
 
-ZipArchive::ZipArchive(const std::filesystem::path& path)
+ZipArchive::ZipArchive(const std::filesystem::path& path) : m_path(path)
 {
     int code = 0;
     m_archive.reset(zip_open(ToUtf8Path(path).c_str(), ZIP_RDONLY, &code));
     if (m_archive == nullptr)
     {
-        FailToOpen(code);
+        throw PackageError(m_path, DescribeOpeningFault(m_path, code));
     }
     ReadDirectory();
 }
@@ -61,7 +64,8 @@ void ZipArchive::ReadDirectory()
         zip_stat_t entry;
         if (zip_stat_index(m_archive.get(), index, 0, &entry) != 0)
         {
-            FailToOpen(zip_error_code_zip(zip_get_error(m_archive.get())));
+            const int code = zip_error_code_zip(zip_get_error(m_archive.get()));
+            throw PackageError(m_path, DescribeOpeningFault(m_path, code));
         }
         m_items.push_back(
             {entry.name, entry.size, entry.comp_size, entry.crc, entry.comp_method, entry.mtime});
@@ -91,11 +95,11 @@ void ZipArchive::Append(std::size_t index, std::string& content, std::uint64_t l
         total += static_cast<std::uint64_t>(read);
         if (total > item.size)
         {
-            throw PackageError(item.name, "is longer than its directory entry says");
+            throw PackageError(m_path, item.name, "is longer than its directory entry says");
         }
         if (content.size() + static_cast<std::uint64_t>(read) > limit)
         {
-            throw PackageError(item.name, "is longer than " + std::to_string(limit) + " bytes");
+            throw PackageError(m_path, item.name, "is longer than " + std::to_string(limit) + " bytes");
         }
         content.append(chunk.data(), static_cast<std::size_t>(read));
     }
@@ -105,7 +109,7 @@ void ZipArchive::Append(std::size_t index, std::string& content, std::uint64_t l
     }
     if (total != item.size)
     {
-        throw PackageError(item.name, "is shorter than its directory entry says");
+        throw PackageError(m_path, item.name, "is shorter than its directory entry says");
     }
 }
 
@@ -129,6 +133,11 @@ void ZipArchive::AppendStart(std::size_t index, std::string& content, std::size_
     }
 }
 
+void ZipArchive::FailToRead(const ZipItem& item, int code) const
+{
+    throw PackageError(m_path, item.name, DescribeReadingFault(item, code));
+}
+
 void ZipArchive::RequireReadable() const
 {
     std::array<char, 65536> chunk;
@@ -142,7 +151,7 @@ void ZipArchive::RequireReadable() const
         }
         if (read < 0)
         {
-            throw PackageError(m_items[index].name, "cannot be read from the archive");
+            throw PackageError(m_path, m_items[index].name, "cannot be read from the archive");
         }
     }
 }

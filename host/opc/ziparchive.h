@@ -31,6 +31,7 @@ public:
     /// Throws PackageError when there is no such file or when it is not an archive.
     explicit ZipArchive(const std::filesystem::path& path);
 
+    const std::filesystem::path& Path() const noexcept { return m_path; }
     const std::vector<ZipItem>& Items() const noexcept { return m_items; }
 
     /// Appends an item's decompressed content to `content`. Throws PackageError, naming the item, when it
@@ -62,7 +63,9 @@ private:
 
     void ReadDirectory();
     OpenItem Open(std::size_t index) const;
+    [[noreturn]] void FailToRead(const ZipItem& item, int code) const;
 
+    std::filesystem::path m_path;
     std::unique_ptr<zip_t, Closer> m_archive;
     std::vector<ZipItem> m_items;
 };

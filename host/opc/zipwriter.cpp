@@ -3,7 +3,7 @@
 #include <exception>
 #include <utility>
 
-#include "host/opc/packageerror.h"
+#include "host/fileerror.h"
 #include "host/paths.h"
 
 namespace host::opc
@@ -127,13 +127,13 @@ private:
 };
 } // namespace
 
-ZipWriter::ZipWriter(const std::filesystem::path& target)
+ZipWriter::ZipWriter(const std::filesystem::path& target) : m_target(target)
 {
     int code = 0;
     m_archive.reset(zip_open(ToUtf8Path(target).c_str(), ZIP_CREATE | ZIP_TRUNCATE, &code));
     if (m_archive == nullptr)
     {
-        throw PackageError("the output cannot be created: " + DescribeZipError(code));
+        throw FileError(m_target, "cannot be created: " + DescribeZipError(code));
     }
 }
 
@@ -180,13 +180,13 @@ void ZipWriter::Close(const WriteListener& listener)
     if (zip_close(m_archive.get()) != 0)
     {
         watch.RethrowKept();
-        throw PackageError(std::string("the output cannot be written: ") + zip_strerror(m_archive.get()));
+        throw FileError(m_target, std::string("cannot be written: ") + zip_strerror(m_archive.get()));
     }
     static_cast<void>(m_archive.release());
 }
 
 void ZipWriter::Fail(const std::string& name) const
 {
-    throw PackageError(name, std::string("cannot be written: ") + zip_strerror(m_archive.get()));
+    throw FileError(m_target, name + ": cannot be written: " + zip_strerror(m_archive.get()));
 }
 } // namespace host::opc

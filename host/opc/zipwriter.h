@@ -22,7 +22,8 @@ using WriteListener = std::function<void(double fraction)>;
 class ZipWriter
 {
 public:
-    /// Throws PackageError when the target cannot be an archive. An existing file is replaced by Close.
+    /// Throws FileError, as all below, when the target cannot be an archive. An existing file is replaced by
+    /// Close.
     explicit ZipWriter(const std::filesystem::path& target);
 
     /// Takes an item over as it is stored, without decompressing it. The source must stay open until Close.
@@ -31,7 +32,7 @@ public:
     /// Adds an item that is compressed on closing.
     void Add(const std::string& name, PartContent content, std::time_t modified);
 
-    /// Throws PackageError when the archive cannot be written, and what the listener throws to stop the
+    /// Throws FileError when the archive cannot be written, and what the listener throws to stop the
     /// writing; the target is then as it was.
     void Close(const WriteListener& listener);
 
@@ -49,6 +50,7 @@ private:
     zip_uint64_t AddItem(const std::string& name, Source source);
     [[noreturn]] void Fail(const std::string& name) const;
 
+    std::filesystem::path m_target;
     std::unique_ptr<zip_t, Discarder> m_archive;
 };
 } // namespace host::opc

@@ -3,8 +3,8 @@
 #include <stdexcept>
 #include <string>
 
-#include "base/logging/errors.h"
 #include "host/paths.h"
+#include "host/resulttext.h"
 
 namespace host::pipeline
 {
@@ -26,7 +26,7 @@ LoadedLibrary::LoadedLibrary(const std::filesystem::path& path)
 {
     if (!m_module)
     {
-        Fail(path, "cannot be loaded: " + base::exception::GetErrorText(HRESULT_FROM_WIN32(GetLastError())));
+        Fail(path, "cannot be loaded: " + DescribeResult(HRESULT_FROM_WIN32(GetLastError())));
     }
 }
 
@@ -71,7 +71,7 @@ ComPtr<IPrintPipelineFilter> FilterModule::CreateFilter(CallTrace& trace) const
     }
     if (FAILED(result))
     {
-        Fail(m_path, "creates no filter: " + base::exception::GetErrorText(result));
+        Fail(m_path, "creates no filter: " + DescribeResult(result));
     }
     return filter;
 }

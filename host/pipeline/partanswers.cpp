@@ -24,7 +24,7 @@ std::string ReadMarkup(const PipelineJob& job, const opc::PartName& name, std::u
     }
     catch (const xml::MarkupError& fault)
     {
-        throw opc::PackageError(name.Text(), fault.what());
+        throw opc::PackageError(job.package.Path(), name.Text(), fault.what());
     }
     return markup;
 }

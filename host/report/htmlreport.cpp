@@ -1,11 +1,8 @@
 #include "host/report/htmlreport.h"
 
-#include <stdexcept>
 #include <utility>
 
 #include "embedded/reporttexts.h"
-#include "host/opc/packageerror.h"
-#include "host/paths.h"
 #include "host/replacedfile.h"
 #include "host/report/htmltext.h"
 
@@ -43,21 +40,7 @@ std::string FormatFoot()
 }
 } // namespace
 
-HtmlReport::HtmlReport(std::filesystem::path target) : m_target(std::move(target))
-{
-    if (std::filesystem::is_directory(m_target))
-    {
-        throw std::runtime_error(ToUtf8Path(m_target) + ": is a folder");
-    }
-    try
-    {
-        m_pieces.emplace(m_target);
-    }
-    catch (const opc::PackageError&)
-    {
-        throw std::runtime_error(ToUtf8Path(m_target) + ": cannot be written");
-    }
-}
+HtmlReport::HtmlReport(std::filesystem::path target) : m_target(std::move(target)), m_pieces(m_target) {}
 
 void HtmlReport::AddPage(const PageReport& page, const CallList& calls)
 {
@@ -95,7 +78,7 @@ void HtmlReport::Finish(const std::string& title, const std::vector<SummaryRow>&
 
 HtmlReport::Piece HtmlReport::Keep(std::string_view html)
 {
-    return {m_pieces->Append(html), html.size()};
+    return {m_pieces.Append(html), html.size()};
 }
 
 std::string HtmlReport::Load(const Piece& piece)
@@ -103,7 +86,7 @@ std::string HtmlReport::Load(const Piece& piece)
     std::string html(piece.size, '\0');
     if (piece.size > 0)
     {
-        m_pieces->Read(piece.offset, html.data(), html.size());
+        m_pieces.Read(piece.offset, html.data(), html.size());
     }
     return html;
 }

@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -26,8 +25,7 @@ struct SummaryRow
 class HtmlReport
 {
 public:
-    /// Throws std::runtime_error when there can be no file of this name, as all below do when the disk is
-    /// full.
+    /// Throws FileError when there can be no file of this name, as all below do when the disk is full.
     explicit HtmlReport(std::filesystem::path target);
 
     /// Of a page with details, in the order of the job. COM must be initialised on the thread.
@@ -64,7 +62,7 @@ private:
     std::string FormatFilter() const;
 
     std::filesystem::path m_target;
-    std::optional<opc::SpillFile> m_pieces;
+    opc::SpillFile m_pieces;
     std::vector<Block> m_blocks;
     DecisionCounts m_decisions;
     bool m_hasFailed = false;

@@ -1,7 +1,9 @@
 #include "host/tickets/userticket.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <iterator>
 #include <stdexcept>
 #include <string_view>
 
@@ -14,6 +16,7 @@
 #include "base/xps/printschema/pageorientationdata.h"
 #include "base/xps/printschema/printablemediasizedata.h"
 #include "host/filebytes.h"
+#include "host/opc/partname.h"
 #include "host/paths.h"
 #include "host/tickets/ticketbytes.h"
 
@@ -57,7 +60,8 @@ constexpr const wchar_t* kPrivateNamespace = L"http://schemas.quellmark.example/
 std::optional<std::int32_t> TakeMicrometres(std::string_view& text)
 {
     double millimetres = 0.0;
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), millimetres);
+    const auto [end, error] =
+        std::from_chars(text.data(), text.data() + text.size(), millimetres, std::chars_format::fixed);
     constexpr double largest = 2'000'000.0;
     if (error != std::errc() || !(millimetres > 0.0) || millimetres > largest)
     {
@@ -83,6 +87,24 @@ std::optional<printschema::MediaSize> TakeSize(std::string_view& text)
     }
     const auto height = TakeMicrometres(text);
     return height ? std::optional(printschema::MediaSize{*width, *height}) : std::nullopt;
+}
+
+/// Whether a driver can have this prefix for its own names: it is one that XML allows and that no ticket
+/// needs for something else. Letters beyond ASCII are not told from other characters.
+bool IsPrivatePrefix(std::string_view prefix)
+{
+    const auto isLetter = [](char c) {
+        const char lower = static_cast<char>(c | 0x20);
+        return c == '_' || (lower >= 'a' && lower <= 'z') || static_cast<unsigned char>(c) >= 0x80;
+    };
+    const auto isInner = [&](char c) {
+        return isLetter(c) || c == '-' || c == '.' || (c >= '0' && c <= '9');
+    };
+    constexpr std::string_view taken[] = {"psf", "psk", "xsi", "xsd"};
+    return !prefix.empty() && isLetter(prefix.front()) &&
+           std::all_of(prefix.begin(), prefix.end(), isInner) &&
+           opc::ToLowerAscii(prefix.substr(0, 3)) != "xml" &&
+           std::find(std::begin(taken), std::end(taken), prefix) == std::end(taken);
 }
 
 /// A ticket that is to be edited.
@@ -112,7 +134,7 @@ public:
         }
         else
         {
-            media.SetOptionId(Find(media, "--media", text));
+            media.SetOptionId(Find(media, "--media", text, ", nor a size in millimetres as 210x297"));
         }
         Replace(media);
     }
@@ -126,6 +148,11 @@ public:
         {
             Refuse("--limits", text, "is not MINWxMINH-MAXWxMAXH in millimetres");
         }
+        if (minimum->widthMicrometres > maximum->widthMicrometres ||
+            minimum->heightMicrometres > maximum->heightMicrometres)
+        {
+            Refuse("--limits", text, "has a lower sheet that is wider or higher than the upper one");
+        }
         DeclarePrivateNamespace();
         printschema::PrintableMediaSizeData limits;
         limits.SetFeatureId(limits.GetFeatureIdOfScope(printschema::Scope::Page));
@@ -136,13 +163,14 @@ public:
 private:
     static std::int32_t Find(const printschema::PrintTicketFunctionOption& feature,
                              const std::string& option,
-                             const std::string& name)
+                             const std::string& name,
+                             const std::string& otherwise = {})
     {
         const std::int32_t id =
             feature.GetOptionSchema().IndexOf(printschema::NamespaceId::Keywords, FromUtf8(name));
         if (id < 0)
         {
-            Refuse(option, name, "is no such option of the Print Schema");
+            Refuse(option, name, "is no such option of the Print Schema" + otherwise);
         }
         return id;
     }
@@ -180,10 +208,16 @@ void RequirePrintTicket(const ComPtr<IXMLDOMDocument2>& ticket)
 }
 } // namespace
 
-std::string MakeUserTicket(const std::optional<std::filesystem::path>& file, const TicketOverrides& overrides)
+std::string MakeUserTicket(const std::optional<std::filesystem::path>& file,
+                           const TicketOverrides& overrides,
+                           const std::string& privatePrefix)
 {
+    if (!IsPrivatePrefix(privatePrefix))
+    {
+        Refuse("--ns-prefix", privatePrefix, "is no prefix that XML leaves to a driver");
+    }
     std::string bytes = file ? ReadFileBytes(*file) : std::string(kBuiltInTicket);
-    printschema::SetPrivatePrefix(FromUtf8(overrides.privatePrefix).c_str());
+    printschema::SetPrivatePrefix(FromUtf8(privatePrefix).c_str());
     ComPtr<IXMLDOMDocument2> ticket;
     try
     {

@@ -19,13 +19,16 @@ struct TicketOverrides
     std::optional<std::string> media;
     /// In millimetres, as "76.2x127-215.9x355.6".
     std::optional<std::string> limits;
-    /// The driver's private namespace prefix, without its colon.
-    std::string privatePrefix = "ns0000";
 };
 
+/// The driver's private namespace prefix where its property bag has none.
+inline constexpr const char* kUsualPrivatePrefix = "ns0000";
+
 /// The user's print ticket, from a file or the built-in one, with the overrides written into it; as bytes.
-/// COM must be initialised on the thread. Throws std::runtime_error for a file that is no print ticket and
-/// for an override that cannot be understood, with the reason.
+/// The driver's private prefix is without its colon. COM must be initialised on the thread. Throws
+/// std::runtime_error for a file that is no print ticket and for an override or a prefix that cannot be
+/// understood, with the reason.
 std::string MakeUserTicket(const std::optional<std::filesystem::path>& file,
-                           const TicketOverrides& overrides);
+                           const TicketOverrides& overrides,
+                           const std::string& privatePrefix = kUsualPrivatePrefix);
 } // namespace host::tickets

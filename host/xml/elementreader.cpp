@@ -76,8 +76,13 @@ void ReadElements(std::string_view markup, const std::function<void(const Elemen
 
 void ReadMarkup(std::string_view markup, const ElementReceiver& onElement, const TextReceiver& onText)
 {
+    const std::string text = DecodeMarkup(markup);
+    if (text.find_first_not_of(" \t\r\n") == text.npos)
+    {
+        throw MarkupError("is empty");
+    }
     ElementListener listener(onElement, onText);
-    const std::string fault = SaxReader().Read(DecodeMarkup(markup), listener);
+    const std::string fault = SaxReader().Read(text, listener);
     if (!fault.empty())
     {
         throw MarkupError("is not well-formed: " + fault);

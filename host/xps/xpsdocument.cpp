@@ -20,12 +20,19 @@ std::optional<PartName> FindTarget(const opc::Package& package,
                                    std::string_view Vocabulary::*type)
 {
     const opc::Relationships relationships = package.RelationshipsOf(source);
-    for (const Vocabulary& vocabulary : kVocabularies)
+    try
     {
-        if (auto target = relationships.FindTarget(vocabulary.*type))
+        for (const Vocabulary& vocabulary : kVocabularies)
         {
-            return target;
+            if (auto target = relationships.FindTarget(vocabulary.*type))
+            {
+                return target;
+            }
         }
+    }
+    catch (const xml::MarkupError& fault)
+    {
+        throw PackageError(package.Path(), source.RelationshipsPart().Text(), fault.what());
     }
     return std::nullopt;
 }
@@ -36,7 +43,8 @@ PartName FindSequence(const opc::Package& package)
     auto sequence = FindTarget(package, root, &Vocabulary::fixedRepresentation);
     if (!sequence.has_value())
     {
-        throw PackageError(root.RelationshipsPart().Text(), "names no fixed document sequence");
+        throw PackageError(
+            package.Path(), root.RelationshipsPart().Text(), "names no fixed document sequence");
     }
     return std::move(*sequence);
 }
@@ -171,7 +179,7 @@ JobPart XpsDocument::Enter(JobPartKind kind, const PartName& name)
 {
     if (!m_passed.insert(name).second)
     {
-        throw PackageError(name.Text(), "stands in the document twice");
+        throw PackageError(m_package.Path(), name.Text(), "stands in the document twice");
     }
     JobPart part{kind, name, FindPrintTicket(m_package, name)};
     if (part.printTicket.has_value())
@@ -197,7 +205,7 @@ void XpsDocument::ListReferences(const PartName& part,
     }
     catch (const xml::MarkupError& fault)
     {
-        throw PackageError(part.Text(), fault.what());
+        throw PackageError(m_package.Path(), part.Text(), fault.what());
     }
     std::reverse(references.begin(), references.end());
 }
@@ -206,7 +214,8 @@ void XpsDocument::RequirePart(const PartName& part, const PartName& referrer) co
 {
     if (!m_package.Has(part))
     {
-        throw PackageError(part.Text(),
+        throw PackageError(m_package.Path(),
+                           part.Text(),
                            "is missing from the package, and " + referrer.Text() + " refers to it");
     }
 }

@@ -78,7 +78,7 @@ class ReportFileTest(ProgramTestCase):
         for report, what in table:
             message = self.assert_refused(2, "run", "in.xps", "-o", "out.xps", "--user-ticket", "user.xml", "--report", report)
             self.assertTrue(message.endswith(f"{report.rpartition('/')[2]}: the report would replace {what}"), message)
-        for report, fault in ((".", ": is a folder"), ("none/report.html", ": cannot be written")):
+        for report, fault in ((".", ": is a folder"), ("none/report.html", ": cannot be created")):
             message = self.assert_refused(2, "run", "in.xps", "-o", "out.xps", "--report", report)
             self.assertTrue(message.endswith(fault), message)
         self.assertEqual({name: Path(WORK, name).read_bytes() for name in self.files()}, before)

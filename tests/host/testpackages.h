@@ -3,12 +3,13 @@
 #include <filesystem>
 #include <fstream>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include <gtest/gtest.h>
 
+#include "host/fileerror.h"
 #include "host/opc/package.h"
-#include "host/opc/packageerror.h"
 #include "host/opc/partname.h"
 #include "support/table.h"
 
@@ -27,8 +28,9 @@ inline opc::PartName Part(const std::string& name)
 
 inline const std::string kNoFault = "(no fault)";
 
-/// The text of the failure that `act` throws, kNoFault where it throws none.
-template <typename Failure = opc::PackageError, typename Action>
+/// The text of the failure that `act` throws, without the file that it is about; kNoFault where it throws
+/// none.
+template <typename Failure = FileError, typename Action>
 std::string FaultOf(Action&& act)
 {
     try
@@ -37,6 +39,10 @@ std::string FaultOf(Action&& act)
     }
     catch (const Failure& fault)
     {
+        if constexpr (std::is_base_of_v<FileError, Failure>)
+        {
+            return fault.Reason();
+        }
         return fault.what();
     }
     return kNoFault;

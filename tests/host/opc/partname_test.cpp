@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "host/opc/itemname.h"
-#include "host/opc/packageerror.h"
+#include "host/xml/markuptext.h"
 #include "tests/host/testpackages.h"
 
 namespace host::opc
@@ -50,9 +50,9 @@ TEST(PartName, ResolvesReferencesAgainstThePartTheyStandIn)
         const std::string& reference = row.at(0);
         const std::string& target = row.at(1);
         std::string result;
-        const std::string fault = FaultOf([&] { result = page.Resolve(reference).Text(); });
+        const std::string fault = FaultOf<xml::MarkupError>([&] { result = page.Resolve(reference).Text(); });
         const bool leadsToAPart = target[0] == '/';
-        const std::string refusal = page.Text() + ": refers to \"" + reference + "\", which " + target;
+        const std::string refusal = "refers to \"" + reference + "\", which " + target;
         EXPECT_EQ(leadsToAPart ? result : fault, leadsToAPart ? target : refusal) << fault;
         EXPECT_EQ(page.TryResolve(reference).has_value(), leadsToAPart) << reference;
     }

@@ -1,6 +1,7 @@
 #include "host/pipeline/documentconsumer.h"
 
 #include <memory>
+#include <stdexcept>
 
 #include <gtest/gtest.h>
 
@@ -241,9 +242,10 @@ TEST(DocumentConsumer, KeepsTheHostsOwnFailure)
     Job job;
     const auto page = job.PageAt(3);
     job.consumer =
-        MakeCom<DocumentConsumer>(job.state, [](const SentPart&) { throw opc::PackageError("at fault"); });
+        MakeCom<DocumentConsumer>(job.state, [](const SentPart&) { throw std::runtime_error("at fault"); });
     EXPECT_EQ(job.Send(page), E_FAIL);
-    EXPECT_EQ(FaultOf([&] { std::rethrow_exception(job.trace.GetHostFailure()); }), "at fault");
+    EXPECT_EQ(FaultOf<std::runtime_error>([&] { std::rethrow_exception(job.trace.GetHostFailure()); }),
+              "at fault");
 }
 } // namespace
 } // namespace host::pipeline

@@ -52,8 +52,8 @@ TEST(ElementReader, SaysWhyMarkupCannotBeRead)
     const std::pair<std::string, const char*> faults[] = {
         {"<a>\n<b></a>", "is not well-formed: line 2, column "},
         {"<?xml version='1.0'?>\n\n<a", "is not well-formed: line 3, column "},
-        {"", "is not well-formed: "},
-        {"  \n", "is not well-formed: "},
+        {"", "is empty"},
+        {"  \n", "is empty"},
         {"text", "is not well-formed: "},
         {"<a b='\xFF'/>", "is not well-formed: "},
         {"<a>&b;</a>", "is not well-formed: "},

@@ -1,0 +1,84 @@
+#include "host/opc/temporaryfile.h"
+
+#include <random>
+#include <string>
+#include <system_error>
+
+#include "host/fileerror.h"
+
+#ifdef _WIN32
+#include <fcntl.h>
+#include <io.h>
+#include <share.h>
+#include <sys/stat.h>
+#else
+#include <fcntl.h>
+#include <unistd.h>
+#endif
+
+namespace host::opc
+{
+namespace
+{
+std::filesystem::path NewName(const std::filesystem::path& target)
+{
+    std::filesystem::path name = target;
+    name += ".";
+    name += std::to_string(std::random_device()());
+    name += ".tmp";
+    return name;
+}
+
+/// Null when the file exists or cannot be created.
+std::FILE* OpenNew(const std::filesystem::path& path, OnClose onClose)
+{
+#ifdef _WIN32
+    const int deletion = onClose == OnClose::Delete ? _O_TEMPORARY : 0;
+    const int mode = _O_RDWR | _O_CREAT | _O_EXCL | _O_BINARY | deletion;
+    int descriptor = -1;
+    _wsopen_s(&descriptor, path.c_str(), mode, _SH_DENYRW, _S_IREAD | _S_IWRITE);
+    return descriptor < 0 ? nullptr : _fdopen(descriptor, "w+b");
+#else
+    const int descriptor = open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    if (descriptor < 0)
+    {
+        return nullptr;
+    }
+    if (onClose == OnClose::Delete)
+    {
+        unlink(path.c_str());
+    }
+    return fdopen(descriptor, "w+b");
+#endif
+}
+
+void RequirePlaceForAFile(const std::filesystem::path& target)
+{
+    std::error_code unknown;
+    const std::filesystem::file_type type = std::filesystem::status(target, unknown).type();
+    if (type == std::filesystem::file_type::directory)
+    {
+        throw FileError(target, "is a folder");
+    }
+    if (type != std::filesystem::file_type::regular && type != std::filesystem::file_type::not_found)
+    {
+        throw FileError(target, "is not a file that can be replaced");
+    }
+}
+} // namespace
+
+TemporaryFile CreateTemporaryFile(const std::filesystem::path& target, OnClose onClose)
+{
+    RequirePlaceForAFile(target);
+    constexpr int attempts = 8;
+    for (int attempt = 0; attempt < attempts; ++attempt)
+    {
+        const std::filesystem::path path = NewName(target);
+        if (UniqueFile file(OpenNew(path, onClose)); file != nullptr)
+        {
+            return {std::move(file), path};
+        }
+    }
+    throw FileError(target, "cannot be created");
+}
+} // namespace host::opc
