@@ -148,7 +148,7 @@ FilterOutcome Play(const FilterJob& job,
 /// Looks at what the filter left behind once it was let go of, and writes the output where all went well.
 void Settle(const FilterJob& job,
             const pipeline::FilterModule& module,
-            pipeline::PipelineJobPtr shared,
+            const pipeline::PipelineJobPtr& shared,
             FilterOutcome& outcome)
 {
     outcome.keptObjects = static_cast<std::size_t>(shared.use_count()) - 1;
@@ -175,12 +175,12 @@ FilterOutcome RunFilter(const FilterJob& job)
     const tickets::Printer printer(job.printer);
     pipeline::CallTrace trace(job.onCall);
     const pipeline::FilterModule module(job.module);
-    auto shared = std::make_shared<pipeline::PipelineJob>(package, &writer, trace);
+    const auto shared = std::make_shared<pipeline::PipelineJob>(package, &writer, trace);
     shared->acceptsMalformed = job.acceptsMalformed;
     // A filter may hold documents of MSXML until it goes, when its own thread is done with COM.
     const base::utility::SafeCoInit com;
     FilterOutcome outcome = Play(job, printer, module, shared);
-    Settle(job, module, std::move(shared), outcome);
+    Settle(job, module, shared, outcome);
     return outcome;
 }
 } // namespace host

@@ -52,7 +52,8 @@ Entries ListContentTypes(const Package& package)
     Entries entries;
     for (const auto& [subject, contentType] : package.Types().List())
     {
-        entries.emplace(opc::ToLowerAscii(subject) + " " + contentType, subject + " " + contentType);
+        const std::string type = " " + contentType;
+        entries.emplace(opc::ToLowerAscii(subject) + type, subject + type);
     }
     return entries;
 }

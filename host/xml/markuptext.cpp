@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <optional>
 
 namespace host::xml
 {
@@ -119,20 +120,36 @@ std::string ToUtf8(std::string_view bytes)
     return std::string(bytes);
 }
 
-/// The encoding that an XML declaration names, in lower case; empty when it names none.
-std::string DeclaredEncoding(std::string_view declaration)
+std::string_view WithoutLeadingBlanks(std::string_view text)
 {
-    const std::size_t name = declaration.find("encoding");
-    const std::size_t open = declaration.find_first_of("\"'", std::min(name, declaration.size()));
-    if (open == std::string_view::npos)
+    return text.substr(std::min(text.find_first_not_of(kBlanks), text.size()));
+}
+
+/// The encoding that an XML declaration names, in lower case; none when it names none. `text` is what follows
+/// its target.
+std::optional<std::string> ReadEncoding(std::string_view text)
+{
+    std::optional<std::string> encoding;
+    while (!(text = WithoutLeadingBlanks(text)).empty())
     {
-        return {};
+        const std::string_view name = text.substr(0, text.find_first_of(" \t\r\n="));
+        text = WithoutLeadingBlanks(text.substr(name.size()));
+        const std::string_view quoted = text.starts_with('=') ? WithoutLeadingBlanks(text.substr(1)) : "";
+        const bool isQuoted = quoted.starts_with('"') || quoted.starts_with('\'');
+        const std::size_t end = isQuoted ? quoted.find(quoted.front(), 1) : std::string_view::npos;
+        if (end == std::string_view::npos)
+        {
+            throw MarkupError("has a malformed XML declaration");
+        }
+        if (name == "encoding")
+        {
+            encoding = std::string(quoted.substr(1, end - 1));
+            std::transform(encoding->begin(), encoding->end(), encoding->begin(), [](char c) {
+                return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+            });
+        }
+        text = quoted.substr(end + 1);
     }
-    const std::size_t close = declaration.find(declaration[open], open + 1);
-    std::string encoding(declaration.substr(open + 1, close - open - 1));
-    std::transform(encoding.begin(), encoding.end(), encoding.begin(), [](char c) {
-        return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    });
     return encoding;
 }
 
@@ -147,10 +164,17 @@ void BlankDeclaration(std::string& text)
     {
         throw MarkupError("has an XML declaration without end");
     }
-    const std::string encoding = DeclaredEncoding(std::string_view(text).substr(0, end));
-    if (!encoding.empty() && encoding != "utf-8" && encoding != "utf-16")
+    // As much as the module takes, and far more than a declaration needs.
+    constexpr std::size_t longest = 1024;
+    const std::string_view declaration = std::string_view(text).substr(5, end - 5);
+    if (declaration.size() + 2 > longest)
     {
-        throw MarkupError("is encoded in " + encoding + ", neither in UTF-8 nor in UTF-16");
+        throw MarkupError("has an XML declaration of more than " + std::to_string(longest) + " characters");
+    }
+    const auto encoding = ReadEncoding(declaration);
+    if (encoding && *encoding != "utf-8" && *encoding != "utf-16")
+    {
+        throw MarkupError("is encoded in " + *encoding + ", neither in UTF-8 nor in UTF-16");
     }
     std::replace_if(
         text.begin(),
@@ -239,7 +263,7 @@ bool DeclaresDocumentType(std::string_view text)
 {
     while (true)
     {
-        text.remove_prefix(std::min(text.find_first_not_of(kBlanks), text.size()));
+        text = WithoutLeadingBlanks(text);
         const std::string_view rest = SkipMiscellany(text);
         if (rest.size() == text.size())
         {
