@@ -328,8 +328,9 @@ def cycle(rng, document):
     tag = "DocumentReference" if source == sequence else "PageContent"
     entry = f'<{tag} Source="/{target}"/>' * times
     content = document.get(source)
+    reference = f'Source="/{target}"'.encode()
     document.put(source, below_root(content, entry) if rng.random() < 0.5 else
-                 re.sub(rb'Source="[^"]*"', b'Source="/' + target.encode() + b'"', content))
+                 re.sub(rb'Source="[^"]*"', lambda _: reference, content))
 
 
 def climbing_names(rng, document):

@@ -339,6 +339,9 @@ class Judge:
             worker.start()
         for worker in workers:
             worker.join()
+        left = self.options.count - sum(sum(count.values()) for count in self.counts.values())
+        if left:
+            self.failures.append((-1, "all", f"{left} inputs were not run", ""))
         appeared = listing(self.prefix / "drive_c") - before
         secret.unlink()
         if appeared:

@@ -225,8 +225,8 @@ void PrologScanner::TakeInDeclaration(char16_t character)
     m_text += character;
     if (m_text.ends_with(u"?>"))
     {
-        m_text.resize(m_text.size() - 2);
-        m_verdict = NamesUnicodeOrNothing(m_text) ? m_verdict : PrologVerdict::Refused;
+        const auto declaration = std::u16string_view(m_text).substr(0, m_text.size() - 2);
+        m_verdict = NamesUnicodeOrNothing(declaration) ? m_verdict : PrologVerdict::Refused;
         EndMarkup();
     }
     else if (m_text.size() == kLongestDeclaration)
