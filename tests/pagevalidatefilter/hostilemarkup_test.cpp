@@ -1,6 +1,6 @@
 #include <filesystem>
 #include <fstream>
-#include <iterator>
+#include <sstream>
 
 #include "pagevalidatefilter/pagevalidatexpsfilter.h"
 #include "support/pipelinetest.h"
@@ -74,10 +74,10 @@ TEST_F(HostileMarkup, OfEveryKindEndsWithAResult)
     for (const auto& entry : std::filesystem::directory_iterator(HOSTILE_MARKUP))
     {
         SCOPED_TRACE(entry.path());
-        std::ifstream file(entry.path(), std::ios::binary);
+        std::ostringstream markup;
+        markup << std::ifstream(entry.path(), std::ios::binary).rdbuf();
         Job job;
-        (entry.path().extension() == ".page" ? job.page
-                                             : job.pageTicket) = {std::istreambuf_iterator<char>(file), {}};
+        (entry.path().extension() == ".page" ? job.page : job.pageTicket) = markup.str();
         static_cast<void>(Run(job));
         ++count;
     }

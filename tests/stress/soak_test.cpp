@@ -94,9 +94,7 @@ private:
         }
         if (m_made == 100 || m_made == 1000 || m_made == m_pages)
         {
-            // A page that is refitted makes two more in each ticket by which it asks for an area.
-            const auto ofRequests = 4 * static_cast<std::size_t>(m_made) / 2;
-            holdings.emplace(m_made, MeasureHoldings(m_attributes + ofRequests));
+            holdings.emplace(m_made, MeasureHoldings(m_attributes));
         }
         if (m_made < m_pages)
         {
