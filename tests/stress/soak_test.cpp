@@ -32,7 +32,7 @@ ULONG CountHandles()
 {
     DWORD count = 0;
     GetProcessHandleCount(GetCurrentProcess(), &count);
-    const HANDLE fresh = CreateEventW(nullptr, FALSE, FALSE, nullptr);
+    HANDLE fresh = CreateEventW(nullptr, FALSE, FALSE, nullptr);
     CloseHandle(fresh);
     return count == 0 ? HandleToULong(fresh) / 4 : count;
 }
@@ -120,8 +120,8 @@ TEST(Soak, ALongJobHoldsNoMoreAtItsEndThanAfterItsFirstPages)
     // what it never frees of an attribute with a namespace: three blocks.
     constexpr ULONG handleRoom = 2;
     constexpr std::size_t blockRoom = 20;
-    constexpr std::size_t byteRoom = 2 * 1024;
-    constexpr std::size_t privateRoom = 1024 * 1024;
+    constexpr std::size_t byteRoom = 2048;
+    constexpr std::size_t privateRoom = 1'048'576;
     constexpr std::size_t blocksOfAttribute = 3;
     constexpr std::size_t bytesOfAttribute = 94;
     constexpr std::size_t privateOfAttribute = 190;

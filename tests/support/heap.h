@@ -39,7 +39,7 @@ inline HeapUse MeasureHeaps()
     std::vector<HANDLE> heaps(GetProcessHeaps(0, nullptr));
     heaps.resize(GetProcessHeaps(static_cast<DWORD>(heaps.size()), heaps.data()));
     HeapUse use;
-    for (const HANDLE heap : heaps)
+    for (HANDLE heap : heaps)
     {
         use = use + MeasureHeap(heap);
     }

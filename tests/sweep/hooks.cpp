@@ -47,11 +47,14 @@ void* MakeEntry(const Hook* hook)
     std::uint8_t* const entry = room + used;
     used += kEntrySize;
     const auto thunk = reinterpret_cast<std::uintptr_t>(&SweepThunk);
+    // NOLINTBEGIN(bugprone-not-null-terminated-result,bugprone-sizeof-expression): instructions and
+    // addresses.
     std::memcpy(entry, "\x49\xBB", 2);
     std::memcpy(entry + 2, &hook, sizeof(hook));
     std::memcpy(entry + 10, "\x48\xB8", 2);
     std::memcpy(entry + 12, &thunk, sizeof(thunk));
     std::memcpy(entry + 20, "\xFF\xE0", 2);
+    // NOLINTEND(bugprone-not-null-terminated-result,bugprone-sizeof-expression)
     return entry;
 }
 } // namespace
