@@ -47,6 +47,23 @@ function(measure_coverage target)
     endif()
 endfunction()
 
+# Gives a target the headers that most sources include, precompiled once: those of cmake/precompiled/NAME.h. The
+# second compiler reads every header where it is included, so that each must go on to compile alone; counted lines
+# need flags that precompiled headers do not share.
+function(precompile_headers target name)
+    if(MEASURE_COVERAGE OR (MINGW AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang"))
+        return()
+    endif()
+    if(NOT TARGET precompiled_${name})
+        set(source ${PROJECT_BINARY_DIR}/precompiled/${name}.cpp)
+        file(CONFIGURE OUTPUT ${source} CONTENT "")
+        add_library(precompiled_${name} OBJECT ${source})
+        target_link_libraries(precompiled_${name} PRIVATE platform ${ARGN})
+        target_precompile_headers(precompiled_${name} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/precompiled/${name}.h)
+    endif()
+    target_precompile_headers(${target} REUSE_FROM precompiled_${name})
+endfunction()
+
 # A program or DLL of the project, PROGRAM or SHARED. The second compiler stops before the link: it is asked
 # for its opinion of the sources only.
 function(add_binary name kind)
