@@ -1,6 +1,7 @@
 #include "ticketservice/documentwriter.h"
 
-#include <algorithm>
+#include <map>
+#include <set>
 
 #include "base/logging/log.h"
 
@@ -56,18 +57,18 @@ class Prefixes
 {
 public:
     explicit Prefixes(const Document& document)
-        : m_bindings{{"psf", std::string(kFrameworkNamespace)},
-                     {"psk", std::string(kKeywordsNamespace)},
-                     {"xsi", std::string(kSchemaInstanceNamespace)},
-                     {"xsd", std::string(kSchemaNamespace)}}
     {
+        Bind({"psf", std::string(kFrameworkNamespace)});
+        Bind({"psk", std::string(kKeywordsNamespace)});
+        Bind({"xsi", std::string(kSchemaInstanceNamespace)});
+        Bind({"xsd", std::string(kSchemaNamespace)});
         for (const PrefixBinding& preferred : document.prefixes)
         {
             // The default namespace stays out of use, so that a name without prefix is in no namespace.
             const bool isUsable = !preferred.prefix.empty() && !preferred.namespaceUri.empty();
-            if (isUsable && preferred.prefix != "xml" && !IsTaken(preferred.prefix))
+            if (isUsable && preferred.prefix != "xml" && !m_taken.contains(preferred.prefix))
             {
-                m_bindings.push_back(preferred);
+                Bind(preferred);
             }
         }
         CoverNamesIn(document.root);
@@ -85,7 +86,7 @@ public:
         {
             return "xml:" + name.local;
         }
-        return Find(name.namespaceUri)->prefix + ":" + name.local;
+        return m_byNamespace.at(name.namespaceUri) + ":" + name.local;
     }
 
     std::string Write(const Content& content, Place place) const
@@ -95,18 +96,12 @@ public:
     }
 
 private:
-    bool IsTaken(std::string_view prefix) const
+    void Bind(const PrefixBinding& binding)
     {
-        return std::any_of(m_bindings.begin(), m_bindings.end(), [&](const PrefixBinding& each) {
-            return each.prefix == prefix;
-        });
-    }
-
-    std::vector<PrefixBinding>::const_iterator Find(std::string_view namespaceUri) const
-    {
-        return std::find_if(m_bindings.begin(), m_bindings.end(), [&](const PrefixBinding& each) {
-            return each.namespaceUri == namespaceUri;
-        });
+        m_bindings.push_back(binding);
+        m_taken.insert(binding.prefix);
+        // The first prefix of a namespace is the one that its names are written with.
+        m_byNamespace.emplace(binding.namespaceUri, binding.prefix);
     }
 
     void CoverNamesIn(const Element& element)
@@ -135,21 +130,24 @@ private:
     void Cover(const ExpandedName& name)
     {
         const bool isBound = name.namespaceUri.empty() || name.namespaceUri == kXmlNamespace ||
-                             Find(name.namespaceUri) != m_bindings.end();
+                             m_byNamespace.contains(name.namespaceUri);
         if (isBound)
         {
             return;
         }
-        int number = 0;
         std::string prefix;
         do
         {
-            prefix = FormatString("ns%04d", number++);
-        } while (IsTaken(prefix));
-        m_bindings.push_back({prefix, name.namespaceUri});
+            prefix = FormatString("ns%04d", m_nextNumber++);
+        } while (m_taken.contains(prefix));
+        Bind({prefix, name.namespaceUri});
     }
 
+    // In the order of their declarations.
     std::vector<PrefixBinding> m_bindings;
+    std::set<std::string> m_taken;
+    std::map<std::string, std::string> m_byNamespace;
+    int m_nextNumber = 0;
 };
 
 void WriteAttribute(std::string& xml, const std::string& name, const std::string& escapedValue)

@@ -1,6 +1,7 @@
 #include "ticketservice/merge.h"
 
 #include <algorithm>
+#include <map>
 #include <set>
 #include <tuple>
 #include <utility>
@@ -35,15 +36,22 @@ Document Merge(Document base, Document delta, Scope scope)
         KeepScope(*ticket, scope);
         KeepFirstOfSiblings(*ticket);
     }
+    std::vector<Element>& settings = base.root.children;
+    std::map<std::tuple<Kind, ExpandedName>, std::size_t> known;
+    for (std::size_t index = 0; index < settings.size(); ++index)
+    {
+        known.emplace(std::tuple(settings[index].kind, settings[index].name), index);
+    }
     for (Element& setting : delta.root.children)
     {
-        if (Element* const replaced = FindChild(base.root, setting.kind, setting.name))
+        const auto replaced = known.find({setting.kind, setting.name});
+        if (replaced != known.end())
         {
-            *replaced = std::move(setting);
+            settings[replaced->second] = std::move(setting);
         }
         else
         {
-            base.root.children.push_back(std::move(setting));
+            settings.push_back(std::move(setting));
         }
     }
     RemoveOrphans(base.root, references);

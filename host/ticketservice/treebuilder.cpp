@@ -59,17 +59,24 @@ void RequireVersion(Element& root)
 
 void TreeBuilder::StartPrefix(std::string prefix, std::string namespaceUri)
 {
-    m_bindings.push_back({std::move(prefix), std::move(namespaceUri)});
+    if (m_open.empty())
+    {
+        m_document.prefixes.push_back({prefix, namespaceUri});
+    }
+    m_bindings[std::move(prefix)].push_back(std::move(namespaceUri));
 }
 
 void TreeBuilder::EndPrefix(std::string_view prefix)
 {
-    const auto last = std::find_if(m_bindings.rbegin(), m_bindings.rend(), [&](const PrefixBinding& each) {
-        return each.prefix == prefix;
-    });
-    if (last != m_bindings.rend())
+    const auto bound = m_bindings.find(prefix);
+    if (bound == m_bindings.end())
     {
-        m_bindings.erase(std::next(last).base());
+        return;
+    }
+    bound->second.pop_back();
+    if (bound->second.empty())
+    {
+        m_bindings.erase(bound);
     }
 }
 
@@ -93,7 +100,6 @@ void TreeBuilder::StartElement(const ExpandedName& name, const std::vector<xml::
     if (m_open.empty())
     {
         RequireVersion(element);
-        m_document.prefixes = m_bindings;
     }
     m_open.push_back(std::move(element));
 }
@@ -173,15 +179,13 @@ std::optional<ExpandedName> TreeBuilder::Resolve(std::string_view lexicalName) c
     const std::string_view prefix = hasPrefix ? lexicalName.substr(0, colon) : std::string_view();
     const std::string_view local = hasPrefix ? lexicalName.substr(colon + 1) : lexicalName;
     // Without a prefix it takes the default namespace, as QNames in content do.
-    const auto binding = std::find_if(m_bindings.rbegin(), m_bindings.rend(), [&](const PrefixBinding& each) {
-        return each.prefix == prefix;
-    });
+    const auto bound = m_bindings.find(prefix);
     const bool isName = !local.empty() && local.find_first_of(": \t\r\n") == std::string_view::npos;
-    if (!isName || binding == m_bindings.rend())
+    if (!isName || bound == m_bindings.end())
     {
         return std::nullopt;
     }
-    return ExpandedName{binding->namespaceUri, std::string(local)};
+    return ExpandedName{bound->second.back(), std::string(local)};
 }
 
 ExpandedName TreeBuilder::ResolveOrThrow(std::string_view lexicalName) const

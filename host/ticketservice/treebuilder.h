@@ -1,5 +1,7 @@
 #pragma once
 
+#include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -35,8 +37,9 @@ private:
 
     Kind m_rootKind;
     Document m_document;
-    /// Of the elements that are open; the last of a prefix counts.
-    std::vector<PrefixBinding> m_bindings = {{"", ""}, {"xml", std::string(kXmlNamespace)}};
+    /// The namespaces that the open elements bind each prefix to; the last one counts.
+    std::map<std::string, std::vector<std::string>, std::less<>> m_bindings = {
+        {"", {""}}, {"xml", {std::string(kXmlNamespace)}}};
     /// From the root to the innermost open element.
     std::vector<Element> m_open;
     /// How many elements are open that are left out, all of them inside the innermost open one.
