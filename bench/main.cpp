@@ -60,10 +60,7 @@ void RunMarkup(int rounds, const Words& files)
 /// Prints the turned page.
 void RunTurn(const std::string& file)
 {
-    for (const std::string& piece : MarkupPage(ReadFile(file)).turned)
-    {
-        std::cout << piece;
-    }
+    std::cout << MarkupPage(ReadFile(file)).turned;
 }
 
 /// Runs the module, its DLL over the offline ticket service, over a job, once it has warmed up.

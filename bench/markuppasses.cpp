@@ -1,9 +1,9 @@
 #include "bench/markuppasses.h"
 
-#include <ostream>
+#include <sstream>
+#include <string_view>
 #include <utility>
 
-#include "base/io/piecebuffer.h"
 #include "base/io/printreadstreamtoistream.h"
 #include "base/io/printstreambuffer.h"
 #include "base/logging/errors.h"
@@ -41,21 +41,6 @@ public:
     }
 };
 
-/// Takes a page in the pieces in which it was written.
-class PieceStream final : public base::utility::ComObject<IPrintWriteStream>
-{
-public:
-    STDMETHODIMP WriteBytes(const void* buffer, ULONG count, ULONG* written) override
-    {
-        pieces.emplace_back(static_cast<const char*>(buffer), count);
-        *written = count;
-        return S_OK;
-    }
-    STDMETHODIMP_(void) Close() override {}
-
-    std::vector<std::string> pieces;
-};
-
 ComPtr<IStream> Open(const std::string& page)
 {
     const auto bytes = MakeCom<support::MemoryReadStream>(page);
@@ -73,17 +58,19 @@ void Parse(const std::string& page, ISAXContentHandler& handler)
     ThrowIfFailed(reader->parse(base::utility::Variant(Open(page).Get()).Get()));
 }
 
-void Rewrite(const std::string& page, IPrintWriteStream* target)
+void Write(std::string_view markup, support::MemoryWriteStream& target)
+{
+    base::io::PrintStreamBuffer buffer(&target);
+    buffer.sputn(markup.data(), static_cast<std::streamsize>(markup.size()));
+}
+
+void Rewrite(const std::string& page, support::MemoryWriteStream& target)
 {
     constexpr float turnDegrees = 270.0F;
-    base::io::PrintStreamBuffer buffer(target);
-    base::io::PieceBuffer pieces(buffer);
-    std::ostream output(&pieces);
-    {
-        const auto convertor = MakeCom<base::xps::FixedPageSaxConvertor>(output, turnDegrees, 1.0F);
-        base::xps::ParseMarkup(*Open(page).Get(), *convertor);
-    }
-    output.flush();
+    std::ostringstream output;
+    const auto convertor = MakeCom<base::xps::FixedPageSaxConvertor>(output, turnDegrees, 1.0F);
+    base::xps::ParseMarkup(*Open(page).Get(), *convertor);
+    Write(output.view(), target);
 }
 
 void RunParse(const MarkupPage& page)
@@ -106,25 +93,20 @@ ComPtr<support::MemoryWriteStream> MakeTarget(const MarkupPage& page)
 void RunFloor(const MarkupPage& page)
 {
     RunAttributes(page);
-    base::io::PrintStreamBuffer buffer(MakeTarget(page).Get());
-    std::ostream output(&buffer);
-    for (const std::string& piece : page.turned)
-    {
-        output << piece;
-    }
+    Write(page.turned, *MakeTarget(page));
 }
 
 void RunRewrite(const MarkupPage& page)
 {
-    Rewrite(page.markup, MakeTarget(page).Get());
+    Rewrite(page.markup, *MakeTarget(page));
 }
 } // namespace
 
 MarkupPage::MarkupPage(std::string source) : markup(std::move(source))
 {
-    const auto stream = MakeCom<PieceStream>();
-    Rewrite(markup, stream.Get());
-    turned = stream->pieces;
+    const auto stream = MakeCom<support::MemoryWriteStream>();
+    Rewrite(markup, *stream);
+    turned = stream->bytes;
 }
 
 const std::vector<MarkupPass> kMarkupPasses = {

@@ -5,13 +5,13 @@
 
 namespace bench
 {
-/// A page's markup, and the turned page in the pieces in which the rewrite writes it.
+/// A page's markup, and that of the turned page.
 struct MarkupPage
 {
     explicit MarkupPage(std::string source);
 
     std::string markup;
-    std::vector<std::string> turned;
+    std::string turned;
 };
 
 /// A way through a page's markup.

@@ -3,6 +3,7 @@
 #include <atomic>
 #include <deque>
 #include <functional>
+#include <limits>
 #include <map>
 #include <mutex>
 #include <string>
@@ -121,6 +122,9 @@ public:
     /// Every write stream that was handed out.
     std::vector<ComPtr<MemoryWriteStream>> writeStreams;
 
+    /// How many bytes a stream that is made from now on gives or takes in one call.
+    ULONG longestTransfer = std::numeric_limits<ULONG>::max();
+
     /// Is told of every call in place of its being written down, for jobs too long for that. None fails then.
     std::function<void(const std::string& name)> onCall;
 
@@ -154,6 +158,7 @@ template <typename Stream, typename... Arguments>
 ComPtr<Stream> MakeRecorded(PipelineRecord& record, const std::string& name, Arguments&&... arguments)
 {
     auto stream = MakeCom<Stream>(std::forward<Arguments>(arguments)...);
+    stream->longest = record.longestTransfer;
     stream->gate = [&record, name](const std::string& method) { return record.Enter(method + " " + name); };
     return stream;
 }
@@ -503,9 +508,12 @@ public:
 class Pipeline
 {
 public:
-    /// A user's ticket without content asks for nothing.
-    explicit Pipeline(const std::string& userTicket)
+    /// A user's ticket without content asks for nothing. A stream gives or takes at most `longestTransfer`
+    /// bytes in one call.
+    explicit Pipeline(const std::string& userTicket,
+                      ULONG longestTransfer = std::numeric_limits<ULONG>::max())
     {
+        record.longestTransfer = longestTransfer;
         bag->SetObject(L"DriverPropertyBag", ComPtr<IUnknown>(driverBag.Get()));
         bag->SetObject(L"PerUserPrintTicket",
                        ComPtr<IUnknown>(MakeCom<TicketFactory>(record, userTicket).Get()));

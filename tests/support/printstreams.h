@@ -36,7 +36,7 @@ inline StreamGate Answering(HRESULT hr)
     return [hr](const std::string&) { return hr; };
 }
 
-/// A print stream over bytes in memory. Reads come in pieces of at most `longestRead` bytes.
+/// A print stream over bytes in memory. A call gives at most `longest` bytes.
 class MemoryReadStream final : public base::utility::ComObject<IPrintReadStream>, LifeCounted
 {
 public:
@@ -62,7 +62,7 @@ public:
         {
             const auto start = std::min(static_cast<std::size_t>(position), m_bytes.size());
             *read = static_cast<ULONG>(
-                m_bytes.copy(static_cast<char*>(buffer), std::min(requested, longestRead), start));
+                m_bytes.copy(static_cast<char*>(buffer), std::min(requested, longest), start));
             position += *read;
             *endOfFile = start + *read == m_bytes.size();
         }
@@ -70,7 +70,7 @@ public:
     }
 
     LONGLONG position = 0;
-    ULONG longestRead = std::numeric_limits<ULONG>::max();
+    ULONG longest = std::numeric_limits<ULONG>::max();
     int seeks = 0;
     int reads = 0;
     StreamGate gate = Answering(S_OK);
@@ -79,7 +79,7 @@ private:
     std::string m_bytes;
 };
 
-/// A print stream that keeps what it is given, at most `longestWrite` bytes at a time, and then answers
+/// A print stream that keeps what it is given, at most `longest` bytes a call, and then answers
 /// `writeResult`.
 class MemoryWriteStream final : public base::utility::ComObject<IPrintWriteStream>, LifeCounted
 {
@@ -90,7 +90,7 @@ public:
         {
             return hr;
         }
-        *written = std::min(longestWrite, count);
+        *written = std::min(longest, count);
         bytes.append(static_cast<const char*>(buffer), *written);
         return writeResult;
     }
@@ -102,7 +102,7 @@ public:
 
     std::string bytes;
     HRESULT writeResult = S_OK;
-    ULONG longestWrite = std::numeric_limits<ULONG>::max();
+    ULONG longest = std::numeric_limits<ULONG>::max();
     int closes = 0;
     StreamGate gate = Answering(S_OK);
 };

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <limits>
 
 #include "host/pipeline/filtermodule.h"
 #include "support/pipeline.h"
@@ -125,8 +126,10 @@ void CheckEnd(const Pipeline& pipeline, Outcome& outcome)
 
 void RunWholeJob(const LoadedLibrary& module, const Fault& fault, Outcome& outcome)
 {
+    // Prime, so that a short call ends where nothing else does.
+    constexpr ULONG kShort = 61;
     Watch& watch = Watch::Get();
-    Pipeline pipeline(UserTicket());
+    Pipeline pipeline(UserTicket(), fault.areStreamsShort ? kShort : std::numeric_limits<ULONG>::max());
     AddWholeJob(pipeline);
     pipeline.driverBag->prefix = base::utility::Bstr(L"ns0000");
     watch.Adopt(pipeline.communicator.Get(), FindInterface(__uuidof(IInterFilterCommunicator)));
@@ -151,14 +154,17 @@ void RunWholeJob(const LoadedLibrary& module, const Fault& fault, Outcome& outco
         step("StartOperation", [&] { return filter->StartOperation(); });
         CheckEnd(pipeline, outcome);
         outcome.sent = SentParts(pipeline);
+        for (const auto& stream : pipeline.record.writeStreams)
+        {
+            outcome.written.push_back(stream->bytes);
+        }
         step("ShutdownOperation", [&] { return filter->ShutdownOperation(); });
     }
     watch.Disarm();
     outcome.points = watch.Points();
 }
 
-/// The job after that, which must run whatever happened. Its shutdown fails: so the runtime library has made
-/// by now, in every run, what it keeps for a thread that has seen an exception.
+/// The job after that, which must run whatever happened. Its shutdown fails.
 void RunNextJob(const LoadedLibrary& module, Outcome& outcome)
 {
     Pipeline pipeline(A4(""));

@@ -18,8 +18,9 @@ struct Outcome
     bool isReported = false;
     /// Whether the ticket provider was closed by the end of the operation, not only with the filter.
     bool isProviderClosed = false;
-    /// The parts that were sent.
+    /// The parts that were sent, and what was written into new ones.
     std::vector<std::string> sent;
+    std::vector<std::string> written;
     std::vector<Watch::Point> points;
     /// What was not as it has to be after any job, and in the one that followed it.
     std::vector<std::string> faults;
@@ -33,6 +34,8 @@ struct Fault
     std::size_t point = 0;
     /// All memory from there on.
     bool isForGood = false;
+    /// Every stream gives or takes a few bytes in one call, however many it is asked for.
+    bool areStreamsShort = false;
 };
 
 /// Loads the module, runs a job that takes every way through it, then a small one, and unloads it.

@@ -32,6 +32,7 @@ struct Options
     std::size_t point = 0;
     bool isForGood = false;
     bool isSample = false;
+    bool areStreamsShort = false;
     // Every so many points, from this one on.
     std::size_t first = 1;
     std::size_t step = 1;
@@ -95,8 +96,12 @@ void WatchForHanging()
     }
 }
 
-Outcome Run(const sweep::Fault& fault)
+// All jobs of a run of this program have the same kind of streams.
+bool g_areStreamsShort = false;
+
+Outcome Run(std::size_t point = 0, bool isForGood = false)
 {
+    const sweep::Fault fault{point, isForGood, g_areStreamsShort};
     ++g_run;
     g_point = fault.point;
     return sweep::RunJob(fault);
@@ -122,7 +127,7 @@ std::string Describe(std::size_t number, bool isForGood, const Watch::Point& poi
 int RunPoint(std::size_t number, bool isForGood, const Outcome& good)
 {
     const Watch::Point& point = good.points[number - 1];
-    const auto faults = sweep::Judge(Run({number, isForGood}), good, point);
+    const auto faults = sweep::Judge(Run(number, isForGood), good, point);
     if (!faults.empty())
     {
         PrintFaults(Describe(number, isForGood, point) + ":", faults);
@@ -179,9 +184,10 @@ int Sweep(const Options& options, const Outcome& good)
     return failing;
 }
 
-Options Parse(const std::vector<std::string>& arguments)
+Options Parse(std::vector<std::string> arguments)
 {
     Options options;
+    options.areStreamsShort = std::erase(arguments, "--short") != 0;
     const std::string mode = arguments.empty() ? "" : arguments.front();
     options.isSample = mode == "--sample";
     options.isForGood = mode == "--point" && arguments.back() == "--for-good";
@@ -199,6 +205,7 @@ Options Parse(const std::vector<std::string>& arguments)
 /// faultsweep --part I N           points I, I + N and so on: for N programs at once
 /// faultsweep --sample             all points of small kinds, one of each other, and a few more
 /// faultsweep --point N [--for-good]   this point, and what it is; with no memory from there on
+/// With --short, every stream gives or takes a few bytes in one call.
 int main(int argc, char** argv)
 {
     const Options options = Parse({argv + 1, argv + argc});
@@ -211,8 +218,13 @@ int main(int argc, char** argv)
     std::thread(&WatchForHanging).detach();
 
     // The first job makes what the system's libraries keep.
-    const Outcome first = Run({});
-    const Outcome good = first.faults.empty() ? Run({}) : first;
+    const Outcome first = Run();
+    g_areStreamsShort = options.areStreamsShort;
+    Outcome good = first.faults.empty() ? Run() : first;
+    if (good.written != first.written)
+    {
+        good.faults.emplace_back("other bytes are written through short streams");
+    }
     if (good.result != S_OK || !good.faults.empty() || options.point > good.points.size())
     {
         PrintFaults("without a failure:", good.faults);

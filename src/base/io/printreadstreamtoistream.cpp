@@ -10,8 +10,7 @@ STDMETHODIMP PrintReadStreamToIStream::Read(void* buffer, ULONG count, ULONG* by
     }
     if (count != 0)
     {
-        // Before anything fails: MSXML in Wine 8 takes that many bytes before it looks at the result, and a
-        // failing stream may leave the count alone.
+        // Before anything fails: MSXML in Wine 8 takes that many bytes before it looks at the result.
         *bytesRead = 0;
     }
     if (const HRESULT stamped = StampAccess(); FAILED(stamped))
@@ -22,8 +21,18 @@ STDMETHODIMP PrintReadStreamToIStream::Read(void* buffer, ULONG count, ULONG* by
     {
         return S_OK;
     }
+    auto* const bytes = static_cast<BYTE*>(buffer);
+    HRESULT hr = S_OK;
+    ULONG read = 0;
     BOOL endOfFile = FALSE;
-    return m_pStream->ReadBytes(buffer, count, bytesRead, &endOfFile);
+    do
+    {
+        // A failing stream may leave the count alone.
+        read = 0;
+        hr = m_pStream->ReadBytes(bytes + *bytesRead, count - *bytesRead, &read, &endOfFile);
+        *bytesRead += read;
+    } while (SUCCEEDED(hr) && read != 0 && endOfFile == FALSE && *bytesRead < count);
+    return hr;
 }
 
 STDMETHODIMP PrintReadStreamToIStream::Seek(LARGE_INTEGER move,

@@ -15,7 +15,8 @@ public:
     {
     }
 
-    /// Unlike other streams this one insists on `bytesRead`.
+    /// Calls the print stream until it has given all, is at its end, or fails: the SAX reader of Wine takes a
+    /// short read for the end. Unlike other streams this one insists on `bytesRead`.
     STDMETHODIMP Read(void* buffer, ULONG count, ULONG* bytesRead) noexcept override;
     STDMETHODIMP Seek(LARGE_INTEGER move, DWORD origin, ULARGE_INTEGER* newPosition) noexcept override;
     STDMETHODIMP Stat(STATSTG* statstg, DWORD flag) noexcept override;

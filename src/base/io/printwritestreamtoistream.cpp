@@ -34,9 +34,17 @@ HRESULT PrintWriteStreamToIStream::WriteAndCount(const void* buffer,
     {
         return S_OK;
     }
-    // A failing stream may leave the count alone, and what stood there before was not written.
+    const auto* const bytes = static_cast<const BYTE*>(buffer);
     *bytesWritten = 0;
-    const HRESULT hr = m_pStream->WriteBytes(buffer, count, bytesWritten);
+    HRESULT hr = S_OK;
+    ULONG taken = 0;
+    do
+    {
+        // A failing stream may leave the count alone.
+        taken = 0;
+        hr = m_pStream->WriteBytes(bytes + *bytesWritten, count - *bytesWritten, &taken);
+        *bytesWritten += taken;
+    } while (SUCCEEDED(hr) && taken != 0 && *bytesWritten < count);
     m_size += *bytesWritten;
     return hr;
 }

@@ -15,19 +15,20 @@ public:
     {
     }
 
-    /// Unlike other streams this one insists on `bytesWritten`.
+    /// Calls the print stream until it has taken all, takes nothing any more, or fails: MSXML writes each
+    /// piece once and looks at no count. Unlike other streams this one insists on `bytesWritten`.
     STDMETHODIMP Write(const void* buffer, ULONG count, ULONG* bytesWritten) noexcept override;
     STDMETHODIMP Stat(STATSTG* statstg, DWORD flag) noexcept override;
 
-    /// What came of all writes: the first failure, or STG_E_MEDIUMFULL after one that took less than it was
-    /// given. For whoever hands this to a writer that does not look.
+    /// The first failure of all writes; STG_E_MEDIUMFULL when the print stream did not take all. For callers
+    /// that hand this to a writer which does not look.
     [[nodiscard]] HRESULT GetResult() const noexcept { return m_result; }
 
 private:
     [[nodiscard]] HRESULT WriteAndCount(const void* buffer, ULONG count, ULONG* bytesWritten) noexcept;
 
     utility::ComPtr<IPrintWriteStream> m_pStream;
-    // Of all bytes written, also by writes that failed half-way.
+    // In bytes, those of failed writes included.
     ULONGLONG m_size = 0;
     HRESULT m_result = S_OK;
 };

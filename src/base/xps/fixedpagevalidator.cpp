@@ -1,11 +1,13 @@
 #include "base/xps/fixedpagevalidator.h"
 
 #include <atomic>
+#include <new>
+#include <sstream>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <utility>
 
-#include "base/io/piecebuffer.h"
 #include "base/io/printreadstreamtoistream.h"
 #include "base/io/printstreambuffer.h"
 #include "base/io/printwritestreamtoistream.h"
@@ -85,6 +87,21 @@ ComPtr<IStream> ReadFromStart(IPrintReadStream* reader)
     auto stream = utility::MakeCom<io::PrintReadStreamToIStream>(reader);
     ThrowIfFailed(stream->Seek(LARGE_INTEGER{}, STREAM_SEEK_SET, nullptr));
     return ComPtr<IStream>::Adopt(stream.Detach());
+}
+
+/// Throws std::overflow_error when the stream fails, std::runtime_error when it takes nothing any more.
+void WriteAll(std::string_view text, IPrintWriteStream& stream)
+{
+    io::PrintStreamBuffer buffer(&stream);
+    while (!text.empty())
+    {
+        const std::streamsize written = buffer.sputn(text.data(), static_cast<std::streamsize>(text.size()));
+        if (written == 0)
+        {
+            exception::Throw<std::runtime_error>("the page's markup could not be written.");
+        }
+        text.remove_prefix(static_cast<std::size_t>(written));
+    }
 }
 
 /// Takes the page's ticket off the page; an empty one where it has none.
@@ -176,21 +193,22 @@ void FixedPageValidator::ReplacePrintTicket()
 
 void FixedPageValidator::RewriteMarkup()
 {
-    ComPtr<IPrintReadStream> reader;
-    ThrowIfFailed(m_pPage->GetStream(reader.Receive()));
-    const ComPtr<IStream> markup = ReadFromStart(reader.Get());
-    io::ScopedWriteStream writer;
-    ThrowIfFailed(m_pPage->GetWriteStream(writer.Receive()));
-
-    io::PrintStreamBuffer buffer(writer.Get());
-    io::PieceBuffer pieces(buffer);
-    std::ostream output(&pieces);
-    ParseMarkup(*markup, *CreateContentHandler(output));
-    output.flush();
+    // Nothing is written before the old markup was read to its end: it may turn out to be malformed there.
+    std::ostringstream output;
+    {
+        ComPtr<IPrintReadStream> reader;
+        ThrowIfFailed(m_pPage->GetStream(reader.Receive()));
+        const ComPtr<IStream> markup = ReadFromStart(reader.Get());
+        ParseMarkup(*markup, *CreateContentHandler(output));
+    }
     if (!output)
     {
-        exception::Throw<std::runtime_error>("the page's markup could not be written.");
+        // A stream over memory fails for no other reason.
+        throw std::bad_alloc();
     }
+    io::ScopedWriteStream writer;
+    ThrowIfFailed(m_pPage->GetWriteStream(writer.Receive()));
+    WriteAll(output.view(), *writer.Get());
     writer.Close();
 }
 

@@ -77,6 +77,16 @@ TEST_F(PrintStreamAdapters, ReadAndSeekThroughToThePrintStream)
     EXPECT_EQ(reading->Seek(LARGE_INTEGER{.QuadPart = 1}, STREAM_SEEK_CUR, nullptr), S_OK);
     EXPECT_EQ(reader->position, 8);
 
+    reader->position = 5;
+    reader->longest = 3;
+    EXPECT_EQ(reading->Read(buffer, 4, &count), S_OK);
+    EXPECT_EQ(std::string(buffer, count), "5678");
+    reader->reads = 0;
+    EXPECT_EQ(reading->Read(buffer, 4, &count), S_OK);
+    EXPECT_EQ(std::string(buffer, count), "9");
+    // It was told of the end.
+    EXPECT_EQ(reader->reads, 1);
+
     reader->gate = Answering(E_ACCESSDENIED);
     EXPECT_EQ(reading->Read(buffer, 1, &count), E_ACCESSDENIED);
     EXPECT_EQ(count, 0U);
@@ -123,26 +133,30 @@ TEST_F(PrintStreamAdapters, CountWhatAWriterTookAndKeepItsFirstFailure)
     {
         std::string text;
         HRESULT answer;
+        ULONG longest;
         ULONG taken;
         HRESULT kept;
     } writes[] = {
-        {"", S_OK, 9, S_OK},
-        {"abc", S_OK, 9, S_OK},
-        {"defg", S_OK, 2, STG_E_MEDIUMFULL},
-        {"hijk", E_ACCESSDENIED, 1, STG_E_MEDIUMFULL},
+        {"", S_OK, 9, 0, S_OK},
+        {"abc", S_OK, 9, 3, S_OK},
+        {"defgh", S_OK, 2, 5, S_OK},
+        {"ij", S_OK, 0, 0, STG_E_MEDIUMFULL},
+        {"klmn", E_ACCESSDENIED, 1, 1, STG_E_MEDIUMFULL},
     };
-    for (const auto& [text, answer, taken, kept] : writes)
+    for (const auto& [text, answer, longest, taken, kept] : writes)
     {
         writer->writeResult = answer;
-        writer->longestWrite = taken;
+        writer->longest = longest;
+        count = 0;
         EXPECT_EQ(writing->Write(text.data(), static_cast<ULONG>(text.size()), &count), answer);
+        EXPECT_EQ(count, taken) << text;
         EXPECT_EQ(writing->GetResult(), kept) << text;
     }
-    EXPECT_EQ(writer->bytes, "abcdeh");
+    EXPECT_EQ(writer->bytes, "abcdefghk");
     EXPECT_EQ(writer->closes, 0);
     Description description;
     ASSERT_EQ(writing->Stat(&description, STATFLAG_DEFAULT), S_OK);
-    EXPECT_EQ(description.cbSize.QuadPart, 6U);
+    EXPECT_EQ(description.cbSize.QuadPart, 9U);
     EXPECT_STREQ(description.pwcsName, L"PrintWriteStream");
 
     // A stream that fails may leave the count alone.

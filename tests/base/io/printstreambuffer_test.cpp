@@ -42,7 +42,7 @@ TEST_F(BufferTest, WritesEverythingStraightThroughAndFailsTheStreamWhereThatFail
     EXPECT_EQ(writable->closes, 0);
 
     writable->writeResult = STG_E_MEDIUMFULL;
-    writable->longestWrite = 3;
+    writable->longest = 3;
     EXPECT_EQ(MessageOf<std::overflow_error>([&] { writing.sputn("abcde", 5); }),
               "IPrintWriteStream::WriteBytes failed.");
     EXPECT_EQ(writing.sputc('x'), kEnd);
@@ -58,7 +58,7 @@ TEST_F(BufferTest, ReadsAcrossShortReadsAndLooksAtACharacterWithoutTakingIt)
     EXPECT_EQ(reading.sgetc(), 0xFF);
     EXPECT_EQ(readable->position, 0);
     EXPECT_EQ(reading.sbumpc(), 0xFF);
-    readable->longestRead = 2;
+    readable->longest = 2;
     std::istream input(&reading);
     std::string line;
     std::getline(input, line);
@@ -86,7 +86,7 @@ TEST_F(BufferTest, RefusesTheOtherDirection)
 
 TEST_F(BufferTest, SeeksForwardFromWhereItStands)
 {
-    readable->longestRead = 3'000;
+    readable->longest = 3'000;
     EXPECT_EQ(reading.pubseekoff(10'010, std::ios::cur, std::ios::in), 10'010);
     EXPECT_EQ(reading.sbumpc(), 'e');
     // Beyond the end it stops at the end.

@@ -62,7 +62,7 @@ std::string FileContent(const char* path)
 void Parse(const std::string& markup, ISAXContentHandler& handler)
 {
     const auto source = MakeCom<MemoryReadStream>(markup);
-    source->longestRead = 1000;
+    source->longest = 1000;
     const auto stream = MakeCom<io::PrintReadStreamToIStream>(source.Get());
     ParseMarkup(*stream, handler);
 }

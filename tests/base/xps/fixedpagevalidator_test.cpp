@@ -159,8 +159,9 @@ TEST_F(FixedPageValidatorTest, KeepsAnyOtherScalingAndTheSizeOfACustomTarget)
     }
 }
 
-TEST_F(FixedPageValidatorTest, ReplacesTheTicketBeforeTheMarkup)
+TEST_F(FixedPageValidatorTest, ReplacesTheTicketBeforeTheMarkupThroughStreamsThatGiveAndTakeLittleAtATime)
 {
+    pipeline->record.longestTransfer = 7;
     mediaSize.SetSize({420000, 297000});
     const auto page = Process(Ticket(
         MediaFeature("ISOA3Rotated", 420000, 297000) + Feature("PageMediaType", "Plain") +
@@ -186,6 +187,15 @@ TEST_F(FixedPageValidatorTest, ReplacesTheTicketBeforeTheMarkup)
               R"( xml:lang="en" xmlns="http://schemas.microsoft.com/xps/2005/06">)"
               R"(<Canvas RenderTransform="0.00,-1.00,1.00,0.00,0.00,200.00"><Path Data="M 0,0 L 9,9"></Path>)"
               "</Canvas></FixedPage>");
+}
+
+TEST_F(FixedPageValidatorTest, WritesNothingOfAPageThatIsMalformedAtItsEnd)
+{
+    mediaSize.SetSize({420000, 297000});
+    const auto page = MakeCom<PagePart>(pipeline->record, "page", kPage + std::string("</Canvas>"));
+    EXPECT_EQ(support::HresultOf([&] { MakeValidator(pipeline->consumer.Get(), page.Get()).Process(); }),
+              E_FAIL);
+    EXPECT_EQ(pipeline->record.Count("GetWriteStream page"), 0);
 }
 
 TEST_F(FixedPageValidatorTest, GivesAPageWithoutATicketANewOne)
