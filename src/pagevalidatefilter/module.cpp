@@ -5,6 +5,7 @@
 #include "base/utility/comptr.h"
 #include "pagevalidatefilter/classfactory.h"
 #include "pagevalidatefilter/modulecount.h"
+#include "pagevalidatefilter/runtimestate.h"
 
 using base::utility::ComPtr;
 using pagevalidatefilter::ClassFactory;
@@ -29,11 +30,16 @@ STDAPI DllCanUnloadNow()
     return pagevalidatefilter::g_moduleCount != 0 ? S_FALSE : S_OK;
 }
 
-extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, void*)
+extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, void* processEnds)
 {
     if (reason == DLL_PROCESS_ATTACH)
     {
         DisableThreadLibraryCalls(module);
+        return pagevalidatefilter::AttachRuntime() ? TRUE : FALSE;
+    }
+    if (reason == DLL_PROCESS_DETACH && processEnds == nullptr)
+    {
+        pagevalidatefilter::DetachRuntime();
     }
     return TRUE;
 }

@@ -161,10 +161,6 @@ void Watch::Forget()
         {
             std::free(reinterpret_cast<void*>(what.second)); // NOLINT(performance-no-int-to-ptr)
         }
-        else if (what.first == kThreadSlot)
-        {
-            TlsFree(static_cast<DWORD>(what.second));
-        }
     }
     held.clear();
     m_origins.clear();

@@ -80,7 +80,6 @@ struct Interface
 // Kinds of what changes hands that are known here.
 inline const std::string kMemory = "memory";
 inline const std::string kReference = "reference";
-inline const std::string kThreadSlot = "thread slot";
 
 /// Stands round one module and sees each call that it makes: counts those that may fail, lets a chosen one
 /// fail, and keeps book of what changes hands. For the one thread that the module is used on.

@@ -1,0 +1,121 @@
+#include <cstdio>
+#include <optional>
+#include <string>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "base/utility/safecoinit.h"
+#include "stress/job.h"
+#include "support/heap.h"
+
+// Here nothing may hold the module: each test loads it, and it is gone afterwards.
+namespace stress
+{
+namespace
+{
+using host::pipeline::FilterModule;
+using host::pipeline::LoadedLibrary;
+
+/// What the process holds. Wine 8 counts neither handles nor TLS indexes, but gives out the lowest that is
+/// free.
+struct Holdings
+{
+    long long handles;
+    long long tlsIndexes;
+    long long heapBlocks;
+    long long heapBytes;
+};
+
+Holdings MeasureHoldings()
+{
+    HANDLE handle = CreateEventW(nullptr, FALSE, FALSE, nullptr);
+    CloseHandle(handle);
+    const DWORD index = TlsAlloc();
+    TlsFree(index);
+    const tests::HeapUse heap = tests::MeasureHeaps();
+    return {static_cast<long long>(HandleToULong(handle)) / 4,
+            index,
+            static_cast<long long>(heap.blocks),
+            static_cast<long long>(heap.bytes)};
+}
+
+Holdings operator-(const Holdings& one, const Holdings& other)
+{
+    return {one.handles - other.handles,
+            one.tlsIndexes - other.tlsIndexes,
+            one.heapBlocks - other.heapBlocks,
+            one.heapBytes - other.heapBytes};
+}
+
+void RunTurnedPage(IPrintPipelineFilter& filter)
+{
+    support::Pipeline pipeline(support::Ticket(support::MediaFeature("ISOA4")));
+    pipeline.Add<support::SequencePart>("sequence");
+    pipeline.Add<support::DocumentPart>("document");
+    pipeline.Add<support::PagePart>("page", PageOf("M 0,0 L 1,1"), Oriented("Landscape"));
+    EXPECT_EQ(pipeline.Initialize(filter), S_OK);
+    EXPECT_EQ(filter.StartOperation(), S_OK);
+    EXPECT_EQ(pipeline.record.Count("SendFixedPage page"), 1);
+}
+
+/// Loads the module and runs a job on this thread and one on a thread that ends.
+void LoadAndUse()
+{
+    const FilterModule module(FILTER_MODULE);
+    host::pipeline::CallTrace trace;
+    RunTurnedPage(*module.CreateFilter(trace));
+    std::thread([&] { RunTurnedPage(*module.CreateFilter(trace)); }).join();
+    EXPECT_TRUE(module.CanUnload());
+}
+
+/// What the process holds more at the end than after the first ten times.
+Holdings GrowthOf(const char* what, int times, bool isUnloaded)
+{
+    std::optional<FilterModule> kept;
+    if (!isUnloaded)
+    {
+        kept.emplace(FILTER_MODULE);
+    }
+    Holdings first{};
+    for (int time = 1; time <= times; ++time)
+    {
+        LoadAndUse();
+        EXPECT_EQ(GetModuleHandleW(L"pagevalidatefilter.dll") == nullptr, isUnloaded);
+        if (time == 10)
+        {
+            first = MeasureHoldings();
+        }
+    }
+    const Holdings growth = MeasureHoldings() - first;
+    std::printf("%s, %d times: %+lld handles, %+lld TLS indexes, %+lld heap blocks of %+lld bytes\n",
+                what,
+                times,
+                growth.handles,
+                growth.tlsIndexes,
+                growth.heapBlocks,
+                growth.heapBytes);
+    return growth;
+}
+
+TEST(Unload, LeavesNothingBehind)
+{
+    // The system's libraries stay: winspool.drv in Wine 8 leaves a handle open each time that it goes.
+    const LoadedLibrary libraries[] = {LoadedLibrary(OFFLINE_TICKET_LIBRARY),
+                                       LoadedLibrary(L"winspool.drv"),
+                                       LoadedLibrary(L"gdiplus.dll"),
+                                       LoadedLibrary(L"msxml6.dll")};
+    const base::utility::SafeCoInit com;
+    const int times = Amount(2000, 60);
+    // The DOM in Wine keeps memory of each job. What the module leaves comes on top.
+    const Holdings kept = GrowthOf("loaded and used", times, false);
+    const Holdings unloaded = GrowthOf("loaded, used and unloaded", times, true);
+    constexpr long long blockRoom = 10;
+    constexpr long long byteRoom = 2048;
+    EXPECT_LE(unloaded.handles, 0);
+    EXPECT_LE(unloaded.tlsIndexes, 0);
+    EXPECT_LE(unloaded.heapBlocks, kept.heapBlocks + blockRoom);
+    EXPECT_LE(unloaded.heapBytes, kept.heapBytes + byteRoom);
+}
+} // namespace
+} // namespace stress
