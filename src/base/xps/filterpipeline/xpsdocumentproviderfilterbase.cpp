@@ -43,8 +43,10 @@ void XpsDocumentProviderFilterBase::RunOperation()
 
 void XpsDocumentProviderFilterBase::EndOperation()
 {
-    // What the operation came to is its own result, not this one's.
+    // The operation's result is not changed by a failure to close.
     static_cast<void>(m_pPrintTicketProvider->Close());
+    // COM may be gone from the thread when the filter is released.
+    m_pPrintTicketProvider->ReleaseTickets();
 }
 
 void XpsDocumentProviderFilterBase::CancelOperation() {}

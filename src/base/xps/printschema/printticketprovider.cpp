@@ -116,6 +116,12 @@ HRESULT PrintTicketProvider::Close()
     return PTCloseProvider(std::exchange(m_provider, nullptr));
 }
 
+void PrintTicketProvider::ReleaseTickets() noexcept
+{
+    m_tickets = {};
+    m_emptyTicket = {};
+}
+
 HRESULT PrintTicketProvider::LoadTicket(IUnknown* object)
 {
     return AtBoundary([&] {

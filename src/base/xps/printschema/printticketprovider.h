@@ -34,6 +34,9 @@ public:
     /// Does nothing when the provider is not open.
     [[nodiscard]] virtual HRESULT Close();
 
+    /// Releases the ticket documents, while COM still runs on the thread that made them.
+    void ReleaseTickets() noexcept;
+
     /// Takes the received ticket from an object that is an IStream, and drops all that was derived.
     [[nodiscard]] virtual HRESULT LoadTicket(IUnknown* object);
 

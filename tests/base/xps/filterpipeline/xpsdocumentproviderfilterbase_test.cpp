@@ -26,6 +26,7 @@ class ListingFilter final : public XpsDocumentProviderFilterBase
 {
 public:
     explicit ListingFilter(support::PipelineRecord& record) : m_record(record) {}
+    using XpsDocumentProviderFilterBase::GetPrintTicketProvider;
     using XpsDocumentProviderFilterBase::RunOperation;
 
 protected:
@@ -125,6 +126,18 @@ TEST_F(PartLoop, DoesNotStartWithoutWhatTheTicketsAreOpenedWith)
         EXPECT_EQ(Start(), result);
         EXPECT_EQ(pipeline->record.Count("RequestReader"), 0);
     }
+}
+
+TEST_F(PartLoop, KeepsNoTicketDocumentBeyondTheOperation)
+{
+    pipeline->driverBag->tesselType = 'L';
+    pipeline->Add<support::SequencePart>("sequence");
+    const auto filter = Initialized();
+    EXPECT_EQ(filter->StartOperation(), S_OK);
+    ComPtr<IXMLDOMDocument2> ticket;
+    EXPECT_EQ(filter->GetPrintTicketProvider().GetReceivedTicket(ticket.Receive()), S_OK);
+    EXPECT_FALSE(ticket);
+    EXPECT_EQ(filter->GetPrintTicketProvider().GetLevelTicket(kPTJobScope, ticket.Receive()), E_PENDING);
 }
 
 TEST_F(PartLoop, NeedsAReader)
