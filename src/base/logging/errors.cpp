@@ -40,6 +40,12 @@ std::string GetErrorText(HRESULT hr)
     return "Unknown error 0x" + std::string(digits, end) + "\n";
 }
 
+HRESULT GetLastFailure() noexcept
+{
+    const HRESULT hr = HRESULT_FROM_WIN32(GetLastError());
+    return FAILED(hr) ? hr : E_FAIL;
+}
+
 void ThrowIfFailed(HRESULT hr, SourceLocation where)
 {
     if (FAILED(hr))

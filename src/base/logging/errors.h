@@ -77,6 +77,9 @@ private:
 /// system "Unknown error 0x", the value in hexadecimal and a line feed.
 std::string GetErrorText(HRESULT hr);
 
+/// The thread's last Win32 error as a failing HRESULT; E_FAIL where a function failed without setting one.
+[[nodiscard]] HRESULT GetLastFailure() noexcept;
+
 /// Throws HresultError for a failing HRESULT. Success is any other one: print-ticket calls succeed with
 /// codes of their own.
 void ThrowIfFailed(HRESULT hr, SourceLocation where = SourceLocation::Current());

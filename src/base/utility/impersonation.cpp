@@ -1,5 +1,7 @@
 #include "base/utility/impersonation.h"
 
+#include "base/logging/errors.h"
+
 namespace base::utility
 {
 namespace
@@ -10,7 +12,7 @@ HRESULT Assume(HANDLE token) noexcept
     {
         return HRESULT_FROM_WIN32(ERROR_INVALID_HANDLE);
     }
-    return SetThreadToken(nullptr, token) ? S_OK : HRESULT_FROM_WIN32(GetLastError());
+    return SetThreadToken(nullptr, token) ? S_OK : exception::GetLastFailure();
 }
 } // namespace
 

@@ -19,13 +19,12 @@ int CheckedLength(std::size_t length)
     return static_cast<int>(length);
 }
 
-// Malformed text is converted too, with replacement characters: nothing comes of a failure only.
+// Malformed text is converted too, with replacement characters: the count is 0 for a failure only.
 void RequireConverted(int count)
 {
     if (count == 0)
     {
-        const HRESULT hr = HRESULT_FROM_WIN32(GetLastError());
-        exception::ThrowIfFailed(FAILED(hr) ? hr : E_FAIL);
+        exception::ThrowIfFailed(exception::GetLastFailure());
     }
 }
 

@@ -21,15 +21,23 @@ std::wstring_view FromFirstNot(std::wstring_view text, std::wstring_view skipped
     return text;
 }
 
-/// Of a number outside the range of a double: whether it lies on the side of zero.
+/// Whether a number outside the range of a double is too close to zero for it, and not too far away.
 bool IsTooSmall(std::string_view number)
 {
-    const auto exponent = number.find_first_of("eE");
-    if (exponent != std::string_view::npos)
+    const std::size_t mantissaEnd = std::min(number.find_first_of("eE"), number.size());
+    const std::string_view mantissa = number.substr(0, mantissaEnd);
+    const auto point = static_cast<long long>(std::min(mantissa.find('.'), mantissa.size()));
+    const auto firstDigit = static_cast<long long>(mantissa.find_first_of("123456789"));
+
+    std::string_view digits = number.substr(std::min(mantissaEnd + 1, number.size()));
+    if (digits.starts_with('+'))
     {
-        return number.substr(exponent + 1).starts_with('-');
+        digits.remove_prefix(1);
     }
-    return number.find_first_of("123456789") > number.find('.');
+    long long exponent = 0;
+    const std::errc error = std::from_chars(digits.data(), digits.data() + digits.size(), exponent).ec;
+    // An exponent that no mantissa makes up for decides alone.
+    return error == std::errc::result_out_of_range ? digits.starts_with('-') : point + exponent < firstDigit;
 }
 
 // In one pass: moving what follows for each character would take minutes where there are a million.

@@ -50,6 +50,14 @@ TEST(ThrowIfFailed, PassesEverySuccessAndLocatesAFailureAtTheCaller)
     EXPECT_EQ(exception::SourceLocation::Current().line, __LINE__);
 }
 
+TEST(GetLastFailure, FailsWhereNoErrorWasSet)
+{
+    SetLastError(ERROR_ACCESS_DENIED);
+    EXPECT_EQ(exception::GetLastFailure(), E_ACCESSDENIED);
+    SetLastError(ERROR_SUCCESS);
+    EXPECT_EQ(exception::GetLastFailure(), E_FAIL);
+}
+
 TEST(AtBoundary, MapsEachKindOfExceptionInItsOrder)
 {
     EXPECT_EQ(AtBoundary([] { return S_FALSE; }), S_FALSE);

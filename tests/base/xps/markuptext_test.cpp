@@ -42,6 +42,10 @@ TEST(ToNumber, TakesTheLeadingNumberAndNothingElse)
         {L"-1e999", -infinity},
         {L"1e-999", 0.0},
         {std::wstring(400, L'9'), infinity},
+        {std::wstring(400, L'9') + L"e-5", infinity},
+        {L"0." + std::wstring(400, L'0') + L"1e+5", 0.0},
+        {L"-1e99999999999999999999", -infinity},
+        {L"1e-99999999999999999999", 0.0},
         {L"0." + std::wstring(400, L'0') + L"1", 0.0},
     };
     for (const auto& [text, expected] : cases)

@@ -84,6 +84,11 @@ ComPtr<IXMLDOMNode> ItemOf(IXMLDOMNodeList* nodes, long index)
 {
     ComPtr<IXMLDOMNode> node;
     ThrowIfFailed(nodes->get_item(index, node.Receive()));
+    if (!node)
+    {
+        // Some lists follow the document: it has lost a node since they were counted.
+        ThrowIfFailed(E_UNEXPECTED);
+    }
     return node;
 }
 

@@ -275,6 +275,11 @@ TEST_F(PrintTicketProviderTest, TakesTheReceivedTicketFromTheStartOfItsStream)
 TEST_F(PrintTicketProviderTest, TakesAPartWithoutTicketAsOneThatAsksForNothing)
 {
     OpenAndApplyAll(Feature("PageOrientation", "Landscape"));
+    // What the page before it asked for is forgotten.
+    page->ticket = PartWith(Feature("PageOrientation", "Portrait"));
+    EXPECT_EQ(Apply(kPTPageScope, defaultTicket.Get()), S_OK);
+    EXPECT_EQ(OptionOf(kPTPageScope, "psk:PageOrientation"), "psk:Portrait");
+    page->ticket = {};
     for (const HRESULT answer : {support::kElementNotFound, S_OK, S_FALSE})
     {
         page->withoutTicket = answer;
