@@ -4,6 +4,7 @@
 
 #include "base/logging/log.h"
 #include "base/utility/utf8.h"
+#include "base/xps/printschema/dom.h"
 #include "base/xps/printschema/namespaceprefixes.h"
 #include "support/failures.h"
 #include "support/heap.h"
@@ -340,6 +341,14 @@ TEST_F(PrintSchemaHandlerTest, NamesNewElementsByTheirNamespace)
         EXPECT_EQ(Count(bare, "//f:ScoredProperty[@name='psk:Width']/f:Value[.='7' and " + attributes + "]"),
                   1);
     }
+}
+
+TEST(ItemOf, FailsBeyondTheEndOfAListThatHasBecomeShorter)
+{
+    const Document ticket = MakeTicket("");
+    ComPtr<IXMLDOMNodeList> children;
+    ASSERT_EQ(ticket->get_childNodes(children.Receive()), S_OK);
+    EXPECT_EQ(HresultOf([&] { ItemOf(children.Get(), CountOf(children.Get())); }), E_UNEXPECTED);
 }
 } // namespace
 } // namespace base::xps::printschema
