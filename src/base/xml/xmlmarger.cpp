@@ -1,6 +1,7 @@
 #include "base/xml/xmlmarger.h"
 
 #include <algorithm>
+#include <map>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -10,7 +11,6 @@
 #include "base/utility/bstr.h"
 #include "base/utility/comptr.h"
 #include "base/utility/variant.h"
-#include "base/xml/attributewalk.h"
 
 namespace base::xml
 {
@@ -62,39 +62,12 @@ ComPtr<IXMLDOMElement> RootOf(IXMLDOMDocument2* document)
     return root;
 }
 
-/// What an element itself declares a prefix to stand for, by the name of the declaring attribute.
-NamespaceDeclarations DeclarationsOf(IXMLDOMElement* element)
+/// Gives a root, which has `present`, the declarations of another that it lacks. Answers with those that it
+/// has under another meaning, which is not to be touched.
+NamespaceDeclarations AddMissing(IXMLDOMElement* base,
+                                 NamespaceDeclarations& present,
+                                 const NamespaceDeclarations& wanted)
 {
-    NamespaceDeclarations declarations;
-    VisitAttributes(element, [&](IXMLDOMNode* attribute) {
-        // Nobody asks for a default namespace here.
-        if (attribute == nullptr)
-        {
-            return true;
-        }
-        Bstr name;
-        ThrowIfFailed(attribute->get_nodeName(name.Receive()));
-        if (name.View().starts_with(L"xmlns:"))
-        {
-            Bstr uri;
-            ThrowIfFailed(attribute->get_text(uri.Receive()));
-            declarations.emplace(name.View(), uri.View());
-        }
-        return true;
-    });
-    return declarations;
-}
-
-void Declare(IXMLDOMElement* element, const std::wstring& name, const std::wstring& uri)
-{
-    ThrowIfFailed(element->setAttribute(Bstr(name).Get(), utility::Variant(Bstr(uri)).Get()));
-}
-
-/// Gives a root the declarations of another that it lacks. Answers with those that it has under another
-/// meaning, which is not to be touched.
-NamespaceDeclarations AddMissing(IXMLDOMElement* base, const NamespaceDeclarations& wanted)
-{
-    const NamespaceDeclarations present = DeclarationsOf(base);
     NamespaceDeclarations conflicting;
     for (const auto& [name, uri] : wanted)
     {
@@ -102,6 +75,7 @@ NamespaceDeclarations AddMissing(IXMLDOMElement* base, const NamespaceDeclaratio
         if (known == present.end())
         {
             Declare(base, name, uri);
+            present.emplace(name, uri);
         }
         else if (known->second != uri)
         {
@@ -111,22 +85,151 @@ NamespaceDeclarations AddMissing(IXMLDOMElement* base, const NamespaceDeclaratio
     return conflicting;
 }
 
-void AppendClone(IXMLDOMNode* parent, IXMLDOMNode* original, const NamespaceDeclarations& conflicting)
+/// A whole copy without a parent, in which the conflicting prefixes have the meaning that is given here.
+ComPtr<IXMLDOMElement> CloneWith(const NamespaceDeclarations& conflicting, IXMLDOMNode* original)
 {
     ComPtr<IXMLDOMNode> clone;
     ThrowIfFailed(original->cloneNode(VARIANT_TRUE, clone.Receive()));
     ComPtr<IXMLDOMElement> element;
     ThrowIfFailed(clone->QueryInterface(__uuidof(IXMLDOMElement), element.ReceiveUntyped()));
     // Before the clone has a parent: a prefix that is in scope cannot be declared anew.
+    const NamespaceDeclarations own = DeclarationsOf(element.Get());
     for (const auto& [name, uri] : conflicting)
     {
-        if (!DeclarationsOf(element.Get()).contains(name))
+        if (!own.contains(name))
         {
             Declare(element.Get(), name, uri);
         }
     }
+    return element;
+}
+
+void AppendClone(IXMLDOMNode* parent, IXMLDOMNode* original, const NamespaceDeclarations& conflicting)
+{
     ComPtr<IXMLDOMNode> appended;
-    ThrowIfFailed(parent->appendChild(clone.Get(), appended.Receive()));
+    ThrowIfFailed(parent->appendChild(CloneWith(conflicting, original).Get(), appended.Receive()));
+}
+
+/// What an element's "name" attribute says.
+struct QualifiedName
+{
+    // As the declaring attribute is named; empty for a name without prefix.
+    std::wstring declaration;
+    std::wstring local;
+};
+
+QualifiedName NameOf(IXMLDOMNode* element)
+{
+    ComPtr<IXMLDOMNode> attribute;
+    ThrowIfFailed(element->selectSingleNode(Bstr(L"@name").Get(), attribute.Receive()));
+    if (!attribute)
+    {
+        return {};
+    }
+    Bstr text;
+    ThrowIfFailed(attribute->get_text(text.Receive()));
+    const std::wstring name(text.View());
+    const std::size_t colon = name.find(L':');
+    return colon == std::wstring::npos
+               ? QualifiedName{{}, name}
+               : QualifiedName{L"xmlns:" + name.substr(0, colon), name.substr(colon + 1)};
+}
+
+/// The namespace of a name of this element, which stands right below a root with these declarations; empty
+/// for none.
+std::wstring NamespaceOf(const QualifiedName& name, IXMLDOMNode* element, const NamespaceDeclarations& ofRoot)
+{
+    ComPtr<IXMLDOMElement> declaring;
+    ThrowIfFailed(element->QueryInterface(__uuidof(IXMLDOMElement), declaring.ReceiveUntyped()));
+    const NamespaceDeclarations own = DeclarationsOf(declaring.Get());
+    for (const NamespaceDeclarations* scope : {&own, &ofRoot})
+    {
+        const auto bound = scope->find(name.declaration);
+        if (bound != scope->end())
+        {
+            return bound->second;
+        }
+    }
+    return {};
+}
+
+/// Writes names with another prefix, in an element and all below it: in "name" attributes and in values that
+/// are qualified names.
+void ChangePrefix(IXMLDOMElement* element, const std::wstring& from, const std::wstring& to)
+{
+    const std::wstring path = L"descendant-or-self::*/@name | descendant::*[not(*) and "
+                              L"@*[local-name() = 'type' and substring-after(., ':') = 'QName']]";
+    ComPtr<IXMLDOMNodeList> names;
+    ThrowIfFailed(element->selectNodes(Bstr(path).Get(), names.Receive()));
+    long count = 0;
+    ThrowIfFailed(names->get_length(&count));
+    for (long index = 0; index < count; ++index)
+    {
+        ComPtr<IXMLDOMNode> node;
+        ThrowIfFailed(names->get_item(index, node.Receive()));
+        Bstr text;
+        ThrowIfFailed(node->get_text(text.Receive()));
+        if (text.View().starts_with(from))
+        {
+            ThrowIfFailed(node->put_text(Bstr(to + std::wstring(text.View().substr(from.size()))).Get()));
+        }
+    }
+}
+
+std::wstring PrefixOf(const QualifiedName& name)
+{
+    return name.declaration.substr(name.declaration.find(L':') + 1) + L':';
+}
+
+/// Leaves out of `wanted`, children of the target's root, those that the base has under another prefix; where
+/// that is so because the base's root uses the target's prefix for something else, the base's element is
+/// given that prefix, declared anew, and stays wanted.
+void MatchRenamed(IXMLDOMNode* baseRoot,
+                  const NamespaceDeclarations& ofBase,
+                  Elements& wanted,
+                  const NamespaceDeclarations& ofTarget,
+                  const NamespaceDeclarations& conflicting)
+{
+    std::map<std::wstring, ComPtr<IXMLDOMNode>> byLocalName;
+    for (const ComPtr<IXMLDOMNode>& element : wanted)
+    {
+        byLocalName.emplace(NameOf(element.Get()).local, element);
+    }
+    for (const ComPtr<IXMLDOMNode>& present : ChildElementsOf(baseRoot))
+    {
+        const QualifiedName name = NameOf(present.Get());
+        const auto twin = byLocalName.find(name.local);
+        if (twin == byLocalName.end())
+        {
+            continue;
+        }
+        const QualifiedName wantedName = NameOf(twin->second.Get());
+        const std::wstring uri = NamespaceOf(wantedName, twin->second.Get(), ofTarget);
+        if (name.declaration == wantedName.declaration || uri.empty() ||
+            NamespaceOf(name, present.Get(), ofBase) != uri)
+        {
+            continue;
+        }
+        if (!conflicting.contains(wantedName.declaration))
+        {
+            std::erase_if(wanted,
+                          [&](const ComPtr<IXMLDOMNode>& each) { return each.Get() == twin->second.Get(); });
+            continue;
+        }
+        const ComPtr<IXMLDOMElement> renamed = CloneWith({{wantedName.declaration, uri}}, present.Get());
+        ChangePrefix(renamed.Get(), PrefixOf(name), PrefixOf(wantedName));
+        ComPtr<IXMLDOMNode> replaced;
+        ThrowIfFailed(baseRoot->replaceChild(renamed.Get(), present.Get(), replaced.Receive()));
+    }
+}
+
+/// Whether a Feature's Option carries properties or parameters.
+bool IsComplete(const Elements& childrenOfFeature)
+{
+    return std::any_of(
+        childrenOfFeature.begin(), childrenOfFeature.end(), [](const ComPtr<IXMLDOMNode>& child) {
+            return HasLocalName(child.Get(), L"Option") && !ChildElementsOf(child.Get()).empty();
+        });
 }
 } // namespace
 
@@ -145,24 +248,27 @@ void XmlMarger::Merge(IXMLDOMDocument2* base, IXMLDOMDocument2* target) const
     if (baseRoot && targetRoot)
     {
         // Clones bear qualified names in attribute values, which only declarations of prefixes resolve.
-        const NamespaceDeclarations conflicting =
-            AddMissing(baseRoot.Get(), DeclarationsOf(targetRoot.Get()));
-        MergeChildren(baseRoot.Get(), targetRoot.Get(), conflicting);
+        NamespaceDeclarations ofBase = DeclarationsOf(baseRoot.Get());
+        const NamespaceDeclarations ofTarget = DeclarationsOf(targetRoot.Get());
+        const NamespaceDeclarations conflicting = AddMissing(baseRoot.Get(), ofBase, ofTarget);
+        Elements wanted = ChildElementsOf(targetRoot.Get());
+        MatchRenamed(baseRoot.Get(), ofBase, wanted, ofTarget, conflicting);
+        Complete(baseRoot.Get(), wanted, conflicting);
     }
 }
 
-void XmlMarger::MergeChildren(IXMLDOMNode* base,
-                              IXMLDOMNode* target,
-                              const NamespaceDeclarations& conflicting) const
+void XmlMarger::Complete(IXMLDOMNode* base,
+                         const Nodes& wanted,
+                         const NamespaceDeclarations& conflicting) const
 {
     Elements unmatched = ChildElementsOf(base);
-    if (HoldsElement(unmatched, L"Value"))
+    const bool isFeature = HasLocalName(base, L"Feature");
+    if (HoldsElement(unmatched, L"Value") || (isFeature && IsComplete(unmatched)))
     {
         return;
     }
-    const bool isFeature = HasLocalName(base, L"Feature");
     bool hasOption = HoldsElement(unmatched, L"Option");
-    for (const ComPtr<IXMLDOMNode>& child : ChildElementsOf(target))
+    for (const ComPtr<IXMLDOMNode>& child : wanted)
     {
         const auto match =
             std::find_if(unmatched.begin(), unmatched.end(), [&](const ComPtr<IXMLDOMNode>& candidate) {
@@ -172,7 +278,7 @@ void XmlMarger::MergeChildren(IXMLDOMNode* base,
         {
             const ComPtr<IXMLDOMNode> matched = *match;
             unmatched.erase(match);
-            MergeChildren(matched.Get(), child.Get(), conflicting);
+            Complete(matched.Get(), ChildElementsOf(child.Get()), conflicting);
             continue;
         }
         const bool isOption = HasLocalName(child.Get(), L"Option");

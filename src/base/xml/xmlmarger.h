@@ -1,15 +1,13 @@
 #pragma once
 
-#include <map>
-#include <string>
+#include <vector>
 
+#include "base/utility/comptr.h"
+#include "base/xml/namespaces.h"
 #include "platform/msxml6.h"
 
 namespace base::xml
 {
-/// What prefixes stand for, by the name of the declaring attribute, as "xmlns:psk".
-using NamespaceDeclarations = std::map<std::wstring, std::wstring>;
-
 /// Tells which nodes of two trees stand for the same item.
 class XmlNodeComparator
 {
@@ -31,8 +29,13 @@ protected:
 /// The root elements correspond to each other. A child element of the target is matched by the first base
 /// child, not matched yet, that the comparator calls the same; matched pairs are completed in turn, and a
 /// child without a match is appended whole, and the prefixes that the target's root declares keep their
-/// meaning in it. Made for print tickets: a Feature selects one Option, so that one that has an Option gains
-/// no second, and nothing is added below a node that carries a Value.
+/// meaning in it.
+///
+/// Made for print tickets: a Feature selects one Option, so that one that has an Option gains no second; a
+/// Feature whose Option has content of its own is complete, as its numbers belong together; and nothing is
+/// added below a node that carries a Value. A child of the root that bears the same name under another
+/// prefix, as the print ticket provider chooses prefixes anew, counts as present. It is given the target's
+/// prefix where the base's root uses that for something else.
 class XmlMarger
 {
 public:
@@ -43,9 +46,10 @@ public:
     void Merge(IXMLDOMDocument2* base, IXMLDOMDocument2* target) const;
 
 private:
-    void MergeChildren(IXMLDOMNode* base,
-                       IXMLDOMNode* target,
-                       const NamespaceDeclarations& conflicting) const;
+    using Nodes = std::vector<utility::ComPtr<IXMLDOMNode>>;
+
+    /// `wanted` are children of the target.
+    void Complete(IXMLDOMNode* base, const Nodes& wanted, const NamespaceDeclarations& conflicting) const;
 
     const XmlNodeComparator& m_comparator;
 };

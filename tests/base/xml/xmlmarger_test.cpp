@@ -98,6 +98,32 @@ TEST(XmlMargerTest, FindsEveryDeclarationWhateverElseTheRootBears)
     }
 }
 
+TEST(XmlMargerTest, KnowsAnElementOfTheRootUnderAnotherPrefix)
+{
+    const std::string driver = "http://schemas.quellmark.example/printing/2005/08/printticket";
+    const std::string own =
+        "<psf:Feature name='own:JobCompress'><psf:Option name='own:Type9'>"
+        "<psf:Property name='own:P'><psf:Value xsi:type='xsd:QName'>own:V</psf:Value>"
+        "</psf:Property><psf:Property name='psk:Q'><psf:Value>own:W</psf:Value></psf:Property>"
+        "</psf:Option></psf:Feature><psf:Feature name='psk:A'/>";
+    const auto merged = [&](const std::string& declarations) {
+        std::string ticket = support::Ticket(own);
+        const std::string ns0000 = "xmlns:ns0000=\"" + driver + "\"";
+        ticket.replace(ticket.find(ns0000), ns0000.size(), declarations + " xmlns:own='" + driver + "'");
+        const Document base = LoadDocument(ticket);
+        for (int round = 0; round < 2; ++round)
+        {
+            Merge(base.Get(), support::LoadFile("marger/driver.xml").Get());
+            EXPECT_EQ(CountFeatures(base, driver, "JobCompress"), 1) << TextOf(base);
+        }
+        return Join(base, "//f:Feature[.//f:Property]//@name | //f:Value");
+    };
+    EXPECT_EQ(merged(""), "own:JobCompress own:Type9 own:P own:V psk:Q own:W");
+    // The target's prefix is taken: the element is known by it all the same.
+    EXPECT_EQ(merged("xmlns:ns0000='urn:other'"),
+              "ns0000:JobCompress ns0000:Type9 ns0000:P ns0000:V psk:Q own:W");
+}
+
 TEST(XmlMargerTest, RefusesNullAndLetsEmptyDocumentsBe)
 {
     const Document some = MakeTicket(support::Feature("A", "One"));

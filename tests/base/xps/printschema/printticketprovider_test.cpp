@@ -341,6 +341,42 @@ TEST_F(PrintTicketProviderTest, ClosesOnceAndIsOpenedAnew)
         "PTOpenProvider, PTCloseProvider, PTOpenProvider, PTCloseProvider, PTOpenProvider, PTCloseProvider");
 }
 
+TEST_F(PrintTicketProviderTest, HoldsLimitsOnceAndAsTheTicketGivesThem)
+{
+    // Where another vendor's names have the driver's prefix, the service writes the driver's with another.
+    for (const bool isRenamed : {false, true})
+    {
+        const std::string prefix = isRenamed ? "own:" : "ns0000:";
+        std::string ticket =
+            Ticket(Feature(prefix + "PagePrintableMediaSize",
+                           prefix + "PrintableMediaSize",
+                           support::Integers("Property", prefix, "MaxWidth=70000 MaxHeight=100000")));
+        if (isRenamed)
+        {
+            ticket.replace(ticket.find("xmlns:ns0000"), 12, "xmlns:ns0000=\"urn:other\" xmlns:own");
+        }
+        const auto stream = MakeCom<MemoryReadStream>(ticket);
+        ASSERT_EQ(provider->Open(stream.Get(), Bstr(L"printer").Get(), support::UserToken()), S_OK);
+        for (const EPrintTicketScope level : {kPTJobScope, kPTDocumentScope, kPTPageScope})
+        {
+            ASSERT_EQ(Apply(level, defaultTicket.Get()), S_OK);
+            const Document effective = LevelTicket(level);
+            PrintableMediaSizeData printable;
+            printable.Read(PrintSchemaDocumentHandler::ForPrintTicket(effective));
+            EXPECT_EQ(printable.GetLimits(), (MediaSizeLimits{{0, 0}, {70000, 100000}}))
+                << isRenamed << level;
+            for (const char* const feature : {"PagePrintableMediaSize", "JobCompress", "PageScaling"})
+            {
+                EXPECT_EQ(
+                    support::Count(effective,
+                                   std::string("//f:Feature[substring-after(@name, ':')='") + feature + "']"),
+                    1)
+                    << feature << level;
+            }
+        }
+    }
+}
+
 TEST_F(PrintTicketProviderTest, FreesThePlatformsMessages)
 {
     // Longer than what the system keeps for the next string.
