@@ -1,10 +1,15 @@
 #include "support/ticketplatform.h"
 
 #include <atomic>
+#include <fstream>
+#include <iterator>
 #include <mutex>
+#include <stdexcept>
 #include <utility>
 
 #include <prntvpt.h>
+
+#include "host/ticketservice/ticketservice.h"
 
 namespace support
 {
@@ -17,11 +22,16 @@ std::mutex g_gateLock;
 std::atomic<int> g_openProviders{0};
 
 template <typename Function>
-Function* Offline(WORD ordinal)
+Function* Offline(const char* name)
 {
     static const HMODULE library = LoadLibraryW(OFFLINE_TICKET_LIBRARY);
-    return reinterpret_cast<Function*>(
-        reinterpret_cast<void (*)()>(GetProcAddress(library, MAKEINTRESOURCEA(ordinal))));
+    return reinterpret_cast<Function*>(reinterpret_cast<void (*)()>(GetProcAddress(library, name)));
+}
+
+template <typename Function>
+Function* Offline(WORD ordinal)
+{
+    return Offline<Function>(MAKEINTRESOURCEA(ordinal));
 }
 
 /// Fails when the call is to fail.
@@ -39,7 +49,20 @@ HRESULT Enter(const std::string& name)
 void TicketPlatform::Reset()
 {
     SetGate({});
+    SetDevice({});
     g_openProviders = 0;
+}
+
+void TicketPlatform::SetDevice(const std::string& file)
+{
+    std::ifstream opened(file, std::ios::binary);
+    const std::string description{std::istreambuf_iterator<char>(opened), {}};
+    const HRESULT hr = Offline<decltype(SetDeviceDescription)>("SetDeviceDescription")(
+        file.empty() ? nullptr : description.data(), static_cast<ULONG>(description.size()), nullptr);
+    if (FAILED(hr))
+    {
+        throw std::runtime_error(file + ": no device");
+    }
 }
 
 void TicketPlatform::SetGate(Gate gate)
@@ -61,7 +84,12 @@ using support::Offline;
 STDAPI PTOpenProvider(PCWSTR printerName, DWORD version, HPTPROVIDER* provider)
 {
     HRESULT hr = Enter("PTOpenProvider");
-    if (SUCCEEDED(hr))
+    if (FAILED(hr))
+    {
+        // As a failing platform may: the handle stands for nothing.
+        *provider = reinterpret_cast<HPTPROVIDER>(1);
+    }
+    else
     {
         hr = Offline<decltype(PTOpenProvider)>(2)(printerName, version, provider);
         g_openProviders += SUCCEEDED(hr) ? 1 : 0;

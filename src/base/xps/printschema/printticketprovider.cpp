@@ -96,7 +96,10 @@ HRESULT PrintTicketProvider::Open(IPrintReadStream* ticketStream, BSTR printerNa
         }
         const utility::Impersonation user(m_userToken);
         ThrowIfFailed(user.GetResult());
-        ThrowIfFailed(PTOpenProvider(printerName, kProviderVersion, &m_provider));
+        // A failing call may write a handle too, which stands for nothing.
+        HPTPROVIDER provider = nullptr;
+        ThrowIfFailed(PTOpenProvider(printerName, kProviderVersion, &provider));
+        m_provider = provider;
         const auto stream = utility::MakeCom<io::PrintReadStreamToIStream>(ticketStream);
         return LoadTicket(stream.Get());
     });
@@ -219,14 +222,15 @@ void PrintTicketProvider::ApplyPartTicket(EPrintTicketScope level, Part* part, I
 {
     RequirePointers(part);
     const Document delta = LoadPartTicket(*part);
-    if (delta)
+    if (!delta)
     {
-        ApplyTicket(level, delta.Get(), target, nullptr);
-        return;
+        Drop(level);
+        if (level != kPTJobScope)
+        {
+            Derive(static_cast<EPrintTicketScope>(level + 1));
+        }
     }
-    Drop(level);
-    Derive(level);
-    Complete(TicketOf(level).Get(), target);
+    ApplyTicket(level, delta ? delta.Get() : EmptyTicket(), target, nullptr);
 }
 
 void PrintTicketProvider::ApplyTicket(EPrintTicketScope level,
@@ -275,12 +279,17 @@ void PrintTicketProvider::Derive(EPrintTicketScope level)
             continue;
         }
         const Document base = BaseOf(derived);
-        if (!m_emptyTicket)
-        {
-            m_emptyTicket = xml::XmlUtility::LoadDocumentFromString(kEmptyPrintTicket);
-        }
-        TicketOf(derived) = Merge(base.Get(), m_emptyTicket.Get(), derived);
+        TicketOf(derived) = Merge(base.Get(), EmptyTicket(), derived);
     }
+}
+
+IXMLDOMDocument2* PrintTicketProvider::EmptyTicket()
+{
+    if (!m_emptyTicket)
+    {
+        m_emptyTicket = xml::XmlUtility::LoadDocumentFromString(kEmptyPrintTicket);
+    }
+    return m_emptyTicket.Get();
 }
 
 PrintTicketProvider::Document& PrintTicketProvider::TicketOf(EPrintTicketScope level)

@@ -74,13 +74,14 @@ private:
     Document Merge(IXMLDOMDocument2* base, IXMLDOMDocument2* delta, EPrintTicketScope scope);
     void Drop(EPrintTicketScope highestLevel);
     void Derive(EPrintTicketScope level);
+    IXMLDOMDocument2* EmptyTicket();
     Document& TicketOf(EPrintTicketScope level);
     const Document& BaseOf(EPrintTicketScope level) const;
     void RequireOpen() const;
 
     // By level, page, document, job, each below its base; the last is the ticket as received.
     std::array<Document, 4> m_tickets;
-    // The delta of parts without a ticket, once there was one; never changed.
+    // The delta of levels without a ticket, loaded when it is first needed; never changed.
     Document m_emptyTicket;
     HPTPROVIDER m_provider = nullptr;
     HANDLE m_userToken = INVALID_HANDLE_VALUE;

@@ -1,8 +1,11 @@
 #include "base/xps/printschema/printticketprovider.h"
 
+#include <algorithm>
+#include <array>
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -31,6 +34,34 @@ using TicketPart = ComPtr<IPartPrintTicket>;
 constexpr EPrintTicketScope kNoLevel = static_cast<EPrintTicketScope>(3);
 constexpr auto kNoDelta = static_cast<HRESULT>(E_DELTA_PRINTTICKET_FORMAT);
 constexpr HRESULT kBadToken = __HRESULT_FROM_WIN32(ERROR_INVALID_HANDLE);
+
+/// A document whose root cannot be had: of the DOM's own making, with one method of its table replaced.
+class UnreadableDocument
+{
+public:
+    UnreadableDocument()
+    {
+        void**& table = *reinterpret_cast<void***>(m_document.Get());
+        std::copy_n(table, m_table.size(), m_table.begin());
+        m_table[kGetDocumentElement] = reinterpret_cast<void*>(&Refuse);
+        m_original = std::exchange(table, m_table.data());
+    }
+    UnreadableDocument(const UnreadableDocument&) = delete;
+    UnreadableDocument& operator=(const UnreadableDocument&) = delete;
+    ~UnreadableDocument() { *reinterpret_cast<void***>(m_document.Get()) = m_original; }
+
+    IXMLDOMDocument2* Get() const { return m_document.Get(); }
+
+private:
+    static constexpr std::size_t kGetDocumentElement = 45;
+
+    static HRESULT STDMETHODCALLTYPE Refuse(void*, IXMLDOMElement**) { return E_ACCESSDENIED; }
+
+    const Document m_document = support::MakeTicket("");
+    // All of IXMLDOMDocument2.
+    std::array<void*, 82> m_table{};
+    void** m_original = nullptr;
+};
 
 /// Every path leaves the thread with its own token, the provider closed and nothing behind, and made all of
 /// its calls of the platform in the user's name.
@@ -339,6 +370,31 @@ TEST_F(PrintTicketProviderTest, ClosesOnceAndIsOpenedAnew)
     EXPECT_EQ(
         CallsFrom("PTOpenProvider"),
         "PTOpenProvider, PTCloseProvider, PTOpenProvider, PTCloseProvider, PTOpenProvider, PTCloseProvider");
+}
+
+TEST_F(PrintTicketProviderTest, KeepsNoTicketThatCouldNotBeCompleted)
+{
+    OpenAndApplyAll();
+    const UnreadableDocument target;
+    Merges();
+    EXPECT_EQ(Apply(kPTPageScope, target.Get()), E_ACCESSDENIED);
+    EXPECT_EQ(Merges(), "0");
+    // It is derived anew.
+    EXPECT_EQ(TryGet(kPTPageScope), S_OK);
+    EXPECT_EQ(Merges(), "0");
+}
+
+TEST_F(PrintTicketProviderTest, HoldsNothingAfterAFailingOpen)
+{
+    std::string calls;
+    support::TicketPlatform::SetGate([&](const std::string& name) {
+        calls += name + " ";
+        return E_ACCESSDENIED;
+    });
+    EXPECT_EQ(Open(), E_ACCESSDENIED);
+    EXPECT_EQ(provider->GetCapabilities(defaultTicket.Get(), Document().Receive()), E_PENDING);
+    EXPECT_EQ(provider->Close(), S_OK);
+    EXPECT_EQ(calls, "PTOpenProvider ");
 }
 
 TEST_F(PrintTicketProviderTest, HoldsLimitsOnceAndAsTheTicketGivesThem)
