@@ -163,7 +163,8 @@ void EndOperation(Call& call, const HandOver& what)
 const char* StageOfQuery(const Call& call)
 {
     const std::wstring_view query = call.Argument<const wchar_t*>(1);
-    if (!query.starts_with(L"//"))
+    // Parameters are looked for on the way to something else.
+    if (!query.starts_with(L"//") || query.find(L":Parameter") != query.npos)
     {
         return Watch::Get().GetStage();
     }
@@ -171,6 +172,7 @@ const char* StageOfQuery(const Call& call)
     constexpr std::pair<const wchar_t*, const char*> stages[] = {
         {L"PrintCapabilities", kRequested},
         {L"PageImageableSize", kRequested},
+        {L"Option | ", "an option is looked for"},
         {L"Property[@name = \"psk:MediaSize", "a media size is read"},
         {L":MinWidth", "a printable limit is read"},
         {L":MinHeight", "a printable limit is read"},

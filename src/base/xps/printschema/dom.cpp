@@ -66,6 +66,24 @@ bool ReadAttribute(IXMLDOMNode* node, const wchar_t* name, Bstr& value)
     return true;
 }
 
+std::wstring NameAttributeOf(IXMLDOMNode* element)
+{
+    Bstr name;
+    ReadAttribute(element, L"name", name);
+    return std::wstring(name.View());
+}
+
+std::set<std::wstring> NamesOf(IXMLDOMNodeList* elements)
+{
+    std::set<std::wstring> names;
+    const long count = CountOf(elements);
+    for (long index = 0; index < count; ++index)
+    {
+        names.insert(NameAttributeOf(ItemOf(elements, index).Get()));
+    }
+    return names;
+}
+
 Bstr ReadTypedValue(IXMLDOMNode* element)
 {
     Variant value;

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <set>
+#include <string>
+
 #include "base/utility/bstr.h"
 #include "base/utility/comptr.h"
 #include "platform/msxml6.h"
@@ -14,6 +17,10 @@ bool AreEqual(const utility::Bstr& left, const utility::Bstr& right);
 /// The value of a node's attribute; false, and nothing read, for a node without attributes or without this
 /// one.
 bool ReadAttribute(IXMLDOMNode* node, const wchar_t* name, utility::Bstr& value);
+
+/// An element's "name" attribute; empty without one.
+std::wstring NameAttributeOf(IXMLDOMNode* element);
+std::set<std::wstring> NamesOf(IXMLDOMNodeList* elements);
 
 /// The text of an element, those of its descendants joined.
 utility::Bstr ReadTypedValue(IXMLDOMNode* element);

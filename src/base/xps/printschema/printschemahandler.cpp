@@ -234,11 +234,16 @@ HRESULT PrintSchemaHandler::FindFirstOption(const std::vector<Qname>& features,
 {
     return AtDomBoundary([&]() -> HRESULT {
         RequirePointers(feature, option);
+        // Without a document, or without a prefix that names need, every candidate would fail.
+        static_cast<void>(Document());
+        static_cast<void>(GetPrefix(NamespaceId::Keywords));
         for (const Qname& candidate : features)
         {
             for (const NamespaceId optionId : optionNamespaces)
             {
-                if (const std::optional<std::wstring> name = FindOption(candidate, optionId))
+                std::optional<std::wstring> name;
+                // A candidate whose query fails is passed over like one that the document lacks.
+                if (HasSucceeded(AtDomBoundary([&] { name = FindOption(candidate, optionId); })) && name)
                 {
                     *feature = candidate;
                     *option = {optionId, *name};
@@ -341,21 +346,19 @@ HRESULT PrintSchemaHandler::RemoveFeature(const wchar_t* localName, NamespaceId 
         ThrowIfFailed(builder.AddFeature(GetPrefix(id).Get(), localName));
         Bstr query;
         ThrowIfFailed(builder.GetQuery(query.Receive()));
-        for (;;)
+        ComPtr<IXMLDOMNodeList> features;
+        ThrowIfFailed(Document().selectNodes(query.Get(), features.Receive()));
+        if (CountOf(features.Get()) == 0)
         {
-            ComPtr<IXMLDOMNode> feature;
-            ThrowIfFailed(SelectSingleNode(query.Get(), feature.Receive()));
-            if (!feature)
-            {
-                return S_FALSE;
-            }
-            ThrowIfFailed(RemoveNode(feature.Get()));
-            ComPtr<IXMLDOMNodeList> parameterInits;
-            ThrowIfFailed(SelectNodesByLocalName(L"ParameterInit", parameterInits.Receive()));
-            ComPtr<IXMLDOMNodeList> parameterRefs;
-            ThrowIfFailed(SelectNodesByLocalName(L"ParameterRef", parameterRefs.Receive()));
-            ThrowIfFailed(RemoveOrphanParameterInits(parameterRefs.Get(), parameterInits.Get()));
+            return S_FALSE;
         }
+        ThrowIfFailed(RemoveAllNodes(features.Get()));
+        ComPtr<IXMLDOMNodeList> parameterInits;
+        ThrowIfFailed(SelectNodesByLocalName(L"ParameterInit", parameterInits.Receive()));
+        ComPtr<IXMLDOMNodeList> parameterRefs;
+        ThrowIfFailed(SelectNodesByLocalName(L"ParameterRef", parameterRefs.Receive()));
+        ThrowIfFailed(RemoveOrphanParameterInits(parameterRefs.Get(), parameterInits.Get()));
+        return S_FALSE;
     });
 }
 
@@ -368,13 +371,13 @@ HRESULT PrintSchemaHandler::RemoveOrphanParameterInits(IXMLDOMNodeList* paramete
         {
             return RemoveAllNodes(parameterInits);
         }
+        // A set, as a user's ticket may have thousands of both.
+        const std::set<std::wstring> referredTo = NamesOf(parameterRefs);
         const long count = CountOf(parameterInits);
         for (long index = 0; index < count; ++index)
         {
             const ComPtr<IXMLDOMNode> parameterInit = ItemOf(parameterInits, index);
-            Bstr name;
-            ReadAttribute(parameterInit.Get(), L"name", name);
-            if (!FindNamed(parameterRefs, name))
+            if (!referredTo.contains(NameAttributeOf(parameterInit.Get())))
             {
                 ThrowIfFailed(RemoveNode(parameterInit.Get()));
             }

@@ -80,7 +80,8 @@ public:
 
     /// The first of these features, each tried with these option namespaces in ascending order, that selects
     /// an option of that namespace. An option without one of the known prefixes counts for any namespace, the
-    /// fallback prefix for the private one.
+    /// fallback prefix for the private one. A candidate whose query fails counts as one that is not there;
+    /// only running out of memory ends the search.
     [[nodiscard]] HRESULT FindFirstOption(const std::vector<Qname>& features,
                                           const std::set<NamespaceId>& optionNamespaces,
                                           Qname* feature,
