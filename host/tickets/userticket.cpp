@@ -13,6 +13,7 @@
 #include "base/utility/variant.h"
 #include "base/xps/printschema/mediasizedata.h"
 #include "base/xps/printschema/namespaceprefixes.h"
+#include "base/xps/printschema/namespaceuris.h"
 #include "base/xps/printschema/pageorientationdata.h"
 #include "base/xps/printschema/printablemediasizedata.h"
 #include "host/filebytes.h"
@@ -47,9 +48,6 @@ constexpr const char* kBuiltInTicket =
     R"(</psf:ScoredProperty>)"
     R"(</psf:Option></psf:Feature>)"
     R"(</psf:PrintTicket>)";
-
-// The driver's private names, where a ticket does not say itself what they stand for.
-constexpr const wchar_t* kPrivateNamespace = L"http://schemas.quellmark.example/printing/2005/08/printticket";
 
 [[noreturn]] void Refuse(const std::string& option, const std::string& text, const std::string& wanted)
 {
@@ -192,7 +190,7 @@ private:
         if (!declared)
         {
             ThrowIfFailed(
-                root->setAttribute(Bstr(name.c_str()).Get(), Variant(Bstr(kPrivateNamespace)).Get()));
+                root->setAttribute(Bstr(name.c_str()).Get(), Variant(Bstr(printschema::kPrivateUri)).Get()));
         }
     }
 

@@ -16,6 +16,7 @@
 #include "base/logging/log.h"
 #include "base/utility/bstr.h"
 #include "base/utility/variant.h"
+#include "base/xml/namespaces.h"
 #include "base/xml/xmlutility.h"
 #include "base/xps/fixedpagesaxconvertor.h"
 #include "base/xps/markupreader.h"
@@ -24,6 +25,9 @@
 #include "base/xps/printschema/emptyticket.h"
 #include "base/xps/printschema/mediasizeresolver.h"
 #include "base/xps/printschema/mediasizetable.h"
+#include "base/xps/printschema/namespaceprefixes.h"
+#include "base/xps/printschema/namespaceuris.h"
+#include "base/xps/printschema/ticketrewrite.h"
 
 namespace base::xps
 {
@@ -78,6 +82,7 @@ struct OldTicket
 {
     ComPtr<IXMLDOMDocument2> document;
     std::wstring name;
+    bool isOfPage = false;
 };
 
 /// A part's bytes from their start: whether every reader of a part has a position of its own, the pipeline
@@ -104,21 +109,33 @@ void WriteAll(std::string_view text, IPrintWriteStream& stream)
     }
 }
 
-/// Takes the page's ticket off the page; an empty one where it has none.
-OldTicket DetachTicket(IFixedPage& page)
+/// The page's ticket; an empty one where it has none.
+OldTicket LoadOldTicket(IFixedPage& page)
 {
     ComPtr<IPartPrintTicket> part;
     if (!printschema::HasSucceeded(page.GetPrintTicket(part.Receive())) || !part)
     {
-        return {xml::XmlUtility::LoadDocumentFromString(printschema::kEmptyPrintTicket), L".xml"};
+        return {xml::XmlUtility::LoadDocumentFromString(printschema::kEmptyPrintTicket), L".xml", false};
     }
     ComPtr<IPrintReadStream> reader;
     ThrowIfFailed(part->GetStream(reader.Receive()));
     auto document = FixedPageValidator::LoadTicket(reader.Get());
     Bstr name;
     ThrowIfFailed(part->GetUri(name.Receive()));
-    ThrowIfFailed(page.DeleteResource(name.Get()));
-    return {std::move(document), std::wstring(name.View())};
+    return {std::move(document), std::wstring(name.View()), true};
+}
+
+/// What the driver's private prefix stands for in the ticket that the options were read from.
+std::wstring FindPrivateNamespace(printschema::PrintTicketProvider& provider)
+{
+    ComPtr<IXMLDOMDocument2> ticket;
+    ThrowIfFailed(provider.GetLevelTicket(kPTPageScope, ticket.Receive()));
+    ComPtr<IXMLDOMElement> root;
+    ThrowIfFailed(ticket->get_documentElement(root.Receive()));
+    const xml::NamespaceDeclarations declarations = xml::DeclarationsOf(root.Get());
+    const std::wstring_view prefix = printschema::GetPrivatePrefix().View();
+    const auto bound = declarations.find(L"xmlns:" + std::wstring(prefix.substr(0, prefix.find(L':'))));
+    return bound == declarations.end() ? printschema::kPrivateUri : bound->second;
 }
 } // namespace
 
@@ -131,7 +148,8 @@ FixedPageValidator::FixedPageValidator(printschema::PrintTicketProvider& provide
                                        const printschema::ScalingData& scaling,
                                        const printschema::PrintableMediaSizeData& printableMediaSize,
                                        printschema::ImageableAreaReader& imageableAreas)
-    : m_pPage(page),
+    : m_provider(provider),
+      m_pPage(page),
       m_pConsumer(consumer),
       m_mediaSize(mediaSize),
       m_orientation(orientation),
@@ -177,8 +195,13 @@ void FixedPageValidator::Process()
 
 void FixedPageValidator::ReplacePrintTicket()
 {
-    const OldTicket old = DetachTicket(*m_pPage.Get());
+    const OldTicket old = LoadOldTicket(*m_pPage.Get());
+    // Before the page loses its ticket: what cannot be rewritten stays where it is.
     WriteAccessors(old.document);
+    if (old.isOfPage)
+    {
+        ThrowIfFailed(m_pPage->DeleteResource(Bstr(old.name).Get()));
+    }
 
     ComPtr<IPartPrintTicket> part;
     io::ScopedWriteStream writer;
@@ -275,13 +298,10 @@ void FixedPageValidator::FitToTarget()
 
 void FixedPageValidator::WriteAccessors(const ComPtr<IXMLDOMDocument2>& ticket) const
 {
-    const auto handler = PrintSchemaDocumentHandler::ForPrintTicket(ticket);
-    const printschema::PrintTicketFunctionOption* accessors[] = {&m_mediaSize, &m_orientation, &m_scaling};
-    for (const auto* accessor : accessors)
-    {
-        // Writing appends, and a ticket holds a feature once.
-        accessor->Remove(handler);
-        accessor->Write(handler);
-    }
+    const printschema::PrintTicketFunctionOption* const accessors[] = {
+        &m_mediaSize, &m_orientation, &m_scaling};
+    const bool hasPrivateOption = m_scaling.GetOptionQname().namespaceId == printschema::NamespaceId::Private;
+    printschema::RewriteTicket(
+        ticket, accessors, hasPrivateOption ? FindPrivateNamespace(m_provider) : std::wstring());
 }
 } // namespace base::xps

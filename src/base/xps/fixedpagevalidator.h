@@ -60,6 +60,7 @@ private:
     void FitToTarget();
     void WriteAccessors(const utility::ComPtr<IXMLDOMDocument2>& ticket) const;
 
+    printschema::PrintTicketProvider& m_provider;
     utility::ComPtr<IFixedPage> m_pPage;
     utility::ComPtr<IXpsDocumentConsumer> m_pConsumer;
     printschema::MediaSizeData m_mediaSize;

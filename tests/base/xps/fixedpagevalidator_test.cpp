@@ -39,7 +39,8 @@ ComPtr<IXMLDOMDocument2> Load(const std::string& markup)
     return FixedPageValidator::LoadTicket(MakeCom<support::MemoryReadStream>(markup).Get());
 }
 
-/// A job with one ticket for all levels, given as text. Its printer tells nothing of itself.
+/// A job with one ticket for all levels, given as text. Its printer tells nothing of itself until it is
+/// opened.
 class GivenTickets final : public printschema::PrintTicketProvider
 {
 public:
@@ -49,7 +50,6 @@ public:
         *ticket = Load(text).Detach();
         return S_OK;
     }
-    HRESULT GetCapabilities(IXMLDOMDocument2*, IXMLDOMDocument2**) override { return E_NOTIMPL; }
 
     std::string text = Ticket(MediaFeature("ISOA4", 210000, 297000));
     /// That were asked for.
@@ -121,6 +121,28 @@ TEST_F(FixedPageValidatorTest, DecidesByOrientationSheetAndLimits)
         EXPECT_EQ(mediaSize.GetSize(), sheet);
         EXPECT_EQ(orientation.GetOptionId(), std::stoi(row[1]));
     }
+}
+
+TEST_F(FixedPageValidatorTest, LeavesThePageATicketThatItCannotRewrite)
+{
+    mediaSize.SetSize(kA3);
+    EXPECT_EQ(support::HresultOf([&] { Process("<other/>"); }), E_FAIL);
+    EXPECT_EQ(CallsFrom("GetPrintTicket page"), "GetPrintTicket page, GetStream ticket, GetUri ticket");
+}
+
+TEST_F(FixedPageValidatorTest, DeclaresThePrivateNamespaceOfTheTicketThatHolds)
+{
+    constexpr std::int32_t kImageableOntoImageable = 7;
+    const std::string mine = "urn:mine";
+    tickets.text.replace(tickets.text.find("http://schemas.quellmark.example/printing/2005/08/printticket"),
+                         std::string("http://schemas.quellmark.example/printing/2005/08/printticket").size(),
+                         mine);
+    mediaSize.SetSize(kA3);
+    scaling.SetOptionId(kImageableOntoImageable);
+    Process();
+    EXPECT_EQ(NewTicket(),
+              "psk:ISOA4 297000 210000 psk:Portrait ns0000:FitApplicationImageableSizeToImageableSize");
+    EXPECT_NE(Written(0).find("xmlns:ns0000=\"" + mine + "\""), std::string::npos) << Written(0);
 }
 
 TEST_F(FixedPageValidatorTest, LeavesASheetOfNoKnownOrientationUnturned)

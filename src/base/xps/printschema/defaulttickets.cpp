@@ -6,6 +6,7 @@
 #include "base/logging/log.h"
 #include "base/utility/bstr.h"
 #include "base/utility/driverpropertybag.h"
+#include "base/xps/printschema/namespaceuris.h"
 
 namespace base::xps::printschema
 {
@@ -37,7 +38,7 @@ constexpr const wchar_t* kTicketFormat =
     LR"( xmlns:xsi="http://www.w3.org/2001/XMLSchema-instance")"
     LR"( xmlns:psf="http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework")"
     LR"( xmlns:psk="http://schemas.microsoft.com/windows/2003/08/printing/printschemakeywords")"
-    LR"( xmlns:ns0000="http://schemas.quellmark.example/printing/2005/08/printticket">)"
+    LR"( xmlns:ns0000="%s">)"
 
     LR"(<psf:Feature name="psk:PageScaling">)"
     LR"(<psf:Option name="psk:FitApplicationMediaSizeToPageMediaSize"/>)"
@@ -110,6 +111,7 @@ std::wstring DefaultPrintTicketOf(LONG pageDescriptionType)
     });
     const OutputSettings& selected = known == kKnown.end() ? kUsual : *known;
     return logging::FormatWString(kTicketFormat,
+                                  kPrivateUri,
                                   selected.compression,
                                   selected.thresholdBytes,
                                   selected.alignmentBytes,

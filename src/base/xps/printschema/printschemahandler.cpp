@@ -8,6 +8,7 @@
 #include "base/utility/variant.h"
 #include "base/xps/printschema/dom.h"
 #include "base/xps/printschema/namespaceprefixes.h"
+#include "base/xps/printschema/namespaceuris.h"
 
 namespace base::xps::printschema
 {
@@ -19,14 +20,6 @@ using utility::Variant;
 
 namespace
 {
-// The published names, which are compared as plain text: the pages that spell them with https are in error.
-constexpr wchar_t kFrameworkUri[] =
-    L"http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework";
-constexpr wchar_t kKeywordsUri[] =
-    L"http://schemas.microsoft.com/windows/2003/08/printing/printschemakeywords";
-constexpr wchar_t kSchemaInstanceUri[] = L"http://www.w3.org/2001/XMLSchema-instance";
-constexpr wchar_t kSchemaUri[] = L"http://www.w3.org/2001/XMLSchema";
-
 // As the runtime's own conversion has it: blanks before the digits are skipped, what follows them is ignored,
 // and a number out of range becomes the nearest one in range.
 std::int32_t ToInteger(const Bstr& text)
