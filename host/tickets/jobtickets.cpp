@@ -60,7 +60,13 @@ printschema::ImageableArea ReadArea(printschema::PrintTicketProvider& provider)
     ThrowIfFailed(provider.GetLevelTicket(kPTPageScope, ticket.Receive()));
     const auto handler = printschema::PrintSchemaDocumentHandler::ForPrintTicket(ticket);
     const auto media = ReadFeature<printschema::MediaSizeData>(handler);
-    return printschema::ImageableAreaReader(provider).Read(media.GetMediaSizeEntry());
+    const auto orientation = ReadFeature<printschema::PageOrientationData>(handler);
+    const auto area = printschema::ImageableAreaReader(provider).Read(media.GetMediaSizeEntry(), orientation);
+    if (!area)
+    {
+        ThrowIfFailed(printschema::kNotFound);
+    }
+    return *area;
 }
 } // namespace
 

@@ -70,7 +70,8 @@ public:
     base::utility::ComPtr<IXMLDOMDocument2> GetEffective();
 
     /// Where the printer can print on the sheet of the effective ticket, as the page is read: with a
-    /// landscape orientation the sheet's width is the page's height. To be called at a page.
+    /// landscape orientation the sheet's width is the page's height. To be called at a page. Throws
+    /// HresultError where the printer does not tell.
     base::xps::printschema::ImageableArea ReadImageableArea();
 
     /// The same of a ticket by itself, from its bytes, whatever was entered.

@@ -125,6 +125,11 @@ OldTicket LoadOldTicket(IFixedPage& page)
     return {std::move(document), std::wstring(name.View()), true};
 }
 
+printschema::ImageableArea WholeSheet(printschema::MediaSize sheet)
+{
+    return {0, 0, sheet.widthMicrometres, sheet.heightMicrometres};
+}
+
 /// What the driver's private prefix stands for in the ticket that the options were read from.
 std::wstring FindPrivateNamespace(printschema::PrintTicketProvider& provider)
 {
@@ -286,10 +291,14 @@ void FixedPageValidator::FitToTarget()
     using printschema::ScalingData;
     if (m_scaling.GetOptionId() == ScalingData::kFitMediaSizeToMediaSize)
     {
-        const auto source = m_imageableAreas.Read(m_mediaSize.GetMediaSizeEntry());
-        const auto target = m_imageableAreas.Read(m_targetMedia);
+        const auto source = m_imageableAreas.Read(m_mediaSize.GetMediaSizeEntry(), m_orientation);
+        const auto target = m_imageableAreas.Read(m_targetMedia, m_orientation);
+        // A measured area is never held against a whole sheet.
+        const bool areMeasured = source && target;
         m_scaling.SetOptionId(ScalingData::kCustom);
-        m_scaling.SetScale(FitOnto(source, target));
+        m_scaling.SetScale(areMeasured
+                               ? FitOnto(*source, *target)
+                               : FitOnto(WholeSheet(m_mediaSize.GetSize()), WholeSheet(m_targetMedia.size)));
     }
     m_mediaSize.SetFromEntry(printschema::MediaSizeTable::Shared().Lookup(m_targetMedia.value));
     // The table knows no size for a custom sheet.

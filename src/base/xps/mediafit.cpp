@@ -7,8 +7,7 @@ namespace base::xps
 {
 namespace
 {
-/// Drops the fraction. What no number of a ticket can hold, an area without extent for example, becomes the
-/// nearest one that can be held, or 0.
+/// Drops the fraction. What no number of a ticket can hold becomes the nearest one that can be held, or 0.
 std::int32_t Truncate(double value) noexcept
 {
     using Limits = std::numeric_limits<std::int32_t>;
@@ -21,6 +20,12 @@ std::int32_t Truncate(double value) noexcept
         return Limits::min();
     }
     return value >= Limits::max() ? Limits::max() : static_cast<std::int32_t>(value);
+}
+
+/// An open length, as that of a roll, fits any other.
+double Ratio(std::int32_t source, std::int32_t target) noexcept
+{
+    return source > 0 ? static_cast<double>(target) / source : std::numeric_limits<double>::infinity();
 }
 
 std::int32_t RoundHalfAwayFromZero(double value) noexcept
@@ -47,9 +52,11 @@ bool MustTurn(std::int32_t orientationOption, bool sheetIsPortrait) noexcept
 printschema::PageScale FitOnto(const printschema::ImageableArea& source,
                                const printschema::ImageableArea& target) noexcept
 {
-    const double widthRatio = static_cast<double>(target.widthMicrometres) / source.widthMicrometres;
-    const double heightRatio = static_cast<double>(target.heightMicrometres) / source.heightMicrometres;
-    const double factor = widthRatio < heightRatio ? widthRatio : heightRatio;
+    const double widthRatio = Ratio(source.widthMicrometres, target.widthMicrometres);
+    const double heightRatio = Ratio(source.heightMicrometres, target.heightMicrometres);
+    const double smaller = widthRatio < heightRatio ? widthRatio : heightRatio;
+    // A sheet without any extent has nothing to be scaled.
+    const double factor = std::isinf(smaller) ? 1.0 : smaller;
     const std::int32_t percent = Truncate(factor * 100.0);
     return {Offset(source.leftMicrometres, target.leftMicrometres, factor),
             Offset(source.topMicrometres, target.topMicrometres, factor),

@@ -1,5 +1,6 @@
 #include "base/xps/fixedpagevalidator.h"
 
+#include <optional>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -8,6 +9,7 @@
 
 #include <gtest/gtest.h>
 
+#include "base/utility/bstr.h"
 #include "base/utility/safecoinit.h"
 #include "support/failures.h"
 #include "support/pipelinetest.h"
@@ -79,7 +81,7 @@ protected:
                                   orientation,
                                   scaling,
                                   printable,
-                                  areas);
+                                  *areas);
     }
 
     /// The text that was written into a new ticket part or a page.
@@ -95,7 +97,7 @@ protected:
 
     const utility::SafeCoInit com;
     GivenTickets tickets;
-    printschema::ImageableAreaReader areas{tickets};
+    std::optional<printschema::ImageableAreaReader> areas{tickets};
     printschema::MediaSizeData mediaSize;
     printschema::PageOrientationData orientation;
     ScalingData scaling;
@@ -120,6 +122,26 @@ TEST_F(FixedPageValidatorTest, DecidesByOrientationSheetAndLimits)
         // The accessors that it is given are the caller's.
         EXPECT_EQ(mediaSize.GetSize(), sheet);
         EXPECT_EQ(orientation.GetOptionId(), std::stoi(row[1]));
+    }
+}
+
+TEST_F(FixedPageValidatorTest, FitsImageableAreasAsTheNewTicketHasThem)
+{
+    for (const auto& row : support::LoadTable("fits.txt"))
+    {
+        SCOPED_TRACE(row[0] + " " + row[1] + " " + row[2]);
+        Renew();
+        support::TicketPlatform::SetDevice("devices/" + row[0] + ".xml");
+        const auto received = MakeCom<support::MemoryReadStream>(tickets.text);
+        ASSERT_EQ(tickets.Open(received.Get(), utility::Bstr(L"printer").Get(), support::UserToken()), S_OK);
+        areas.emplace(tickets);
+        MediaSize sheet;
+        std::istringstream(row[1]) >> sheet.widthMicrometres >> sheet.heightMicrometres;
+        mediaSize.SetSize(sheet);
+        orientation.SetOptionId(std::stoi(row[2]));
+        Process(Ticket({}));
+        EXPECT_EQ(NewTicket(), row[3]);
+        EXPECT_EQ(tickets.Close(), S_OK);
     }
 }
 

@@ -2,6 +2,8 @@
 
 #include <cstdint>
 
+#include "base/xps/printschema/mediasize.h"
+
 namespace base::xps::printschema
 {
 /// The part of a sheet that the printer can print on, from the sheet's top left corner.
@@ -14,4 +16,20 @@ struct ImageableArea
 
     bool operator==(const ImageableArea&) const = default;
 };
+
+/// PageImageableSize of print capabilities: a sheet, as someone sees it who holds the page so that it can be
+/// read, and what of it can be printed on.
+struct ImageableSize
+{
+    MediaSize sheet;
+    ImageableArea area;
+
+    bool operator==(const ImageableSize&) const = default;
+};
+
+/// The same, seen after the sheet was turned clockwise a number of quarter turns.
+ImageableSize TurnClockwise(ImageableSize size, int quarters) noexcept;
+
+/// Whether two sheets are the same but for rounding: printers count in units of their own.
+bool IsSameSheet(MediaSize first, MediaSize second) noexcept;
 } // namespace base::xps::printschema

@@ -1,5 +1,6 @@
 #include "base/xps/printschema/imageableareareader.h"
 
+#include <initializer_list>
 #include <utility>
 
 #include "base/logging/boundary.h"
@@ -7,8 +8,9 @@
 #include "base/logging/log.h"
 #include "base/utility/bstr.h"
 #include "base/xml/xmlutility.h"
-#include "base/xps/printschema/mediasizedata.h"
+#include "base/xps/printschema/namespaceuris.h"
 #include "base/xps/printschema/ticketdocument.h"
+#include "base/xps/printschema/ticketrewrite.h"
 
 namespace base::xps::printschema
 {
@@ -32,20 +34,44 @@ std::wstring TextOf(IXMLDOMDocument2* ticket)
     return std::wstring(text.View());
 }
 
-/// What tells a sheet from others.
-std::wstring NameOf(const MediaSizeEntry& media)
+/// What tells a sheet and an orientation from others.
+std::wstring NameOf(const MediaSizeEntry& media, const PageOrientationData& orientation)
 {
-    return media.name.localName +
-           logging::FormatWString(
-               L" %d %d %d", media.value, media.size.widthMicrometres, media.size.heightMicrometres);
+    return media.name.localName + logging::FormatWString(L" %d %d %d %d",
+                                                         media.value,
+                                                         media.size.widthMicrometres,
+                                                         media.size.heightMicrometres,
+                                                         orientation.GetOptionId());
 }
 
-std::int32_t ReadNumber(const PrintSchemaHandler& capabilities, const wchar_t* name)
+/// How often the portrait page on the upright sheet is to be turned clockwise to be seen as in this
+/// orientation: Landscape has the content lie turned counter-clockwise, and so the sheet turned clockwise.
+int QuarterTurnsOf(const PageOrientationData& orientation)
+{
+    switch (orientation.GetOptionId())
+    {
+    case PageOrientationData::kLandscape:
+        return 1;
+    case PageOrientationData::kReversePortrait:
+        return 2;
+    case PageOrientationData::kReverseLandscape:
+        return 3;
+    default:
+        return 0;
+    }
+}
+
+MediaSize Turned(MediaSize size)
+{
+    return {size.heightMicrometres, size.widthMicrometres};
+}
+
+std::int32_t ReadNumber(const PrintSchemaHandler& capabilities, std::initializer_list<const wchar_t*> levels)
 {
     const std::wstring framework(capabilities.GetPrefix(NamespaceId::Framework).View());
     const std::wstring keywords(capabilities.GetPrefix(NamespaceId::Keywords).View());
     std::wstring path;
-    for (const wchar_t* level : {L"PageImageableSize", L"ImageableArea", name})
+    for (const wchar_t* level : levels)
     {
         path.append(path.empty() ? L"//" : L"/")
             .append(framework)
@@ -58,54 +84,97 @@ std::int32_t ReadNumber(const PrintSchemaHandler& capabilities, const wchar_t* n
     ThrowIfFailed(capabilities.GetValueInteger(path.c_str(), &value));
     return value;
 }
+
+ImageableSize ReadSize(const PrintSchemaHandler& capabilities)
+{
+    const auto sheet = [&](const wchar_t* name) {
+        return ReadNumber(capabilities, {L"PageImageableSize", name});
+    };
+    const auto area = [&](const wchar_t* name) {
+        return ReadNumber(capabilities, {L"PageImageableSize", L"ImageableArea", name});
+    };
+    return {{sheet(L"ImageableSizeWidth"), sheet(L"ImageableSizeHeight")},
+            {area(L"OriginWidth"), area(L"OriginHeight"), area(L"ExtentWidth"), area(L"ExtentHeight")}};
+}
 } // namespace
 
-ImageableArea ImageableAreaReader::Read(const MediaSizeEntry& media)
+std::optional<ImageableArea> ImageableAreaReader::Read(const MediaSizeEntry& media,
+                                                       const PageOrientationData& orientation)
 {
     ComPtr<IXMLDOMDocument2> pageTicket;
     ThrowIfFailed(m_provider.GetLevelTicket(kPTPageScope, pageTicket.Receive()));
-    std::wstring request = TextOf(pageTicket.Get()) + NameOf(media);
-    if (const auto known = m_byPage.Find(request))
+    std::wstring request = TextOf(pageTicket.Get()) + NameOf(media, orientation);
+    Answer answer;
+    if (const Answer* known = m_byPage.Find(request))
     {
-        return *known;
+        answer = *known;
     }
-    const ImageableArea area = ReadUnder(pageTicket.Get(), media);
-    m_byPage.Add(std::move(request), area);
-    return area;
+    else
+    {
+        answer = ReadUnder(pageTicket.Get(), media, orientation);
+        m_byPage.Add(std::move(request), answer);
+    }
+    return answer ? std::optional(answer->area) : std::nullopt;
 }
 
-ImageableArea ImageableAreaReader::ReadUnder(IXMLDOMDocument2* pageTicket, const MediaSizeEntry& media)
+ImageableAreaReader::Answer ImageableAreaReader::ReadUnder(IXMLDOMDocument2* pageTicket,
+                                                           const MediaSizeEntry& media,
+                                                           const PageOrientationData& orientation)
+{
+    MediaSizeData sheet(media);
+    int quarters = QuarterTurnsOf(orientation);
+    const MediaSize seen = quarters % 2 == 0 ? sheet.GetSize() : Turned(sheet.GetSize());
+    Answer answer = AskFor(pageTicket, sheet, orientation);
+    if (answer && IsSameSheet(answer->sheet, seen))
+    {
+        return answer;
+    }
+    if (sheet.IsPortrait() && quarters == 0)
+    {
+        return std::nullopt;
+    }
+    if (!sheet.IsPortrait())
+    {
+        // Portrait on the turned sheet lies on the upright one as Landscape does.
+        sheet.Rotate();
+        ++quarters;
+    }
+    answer = AskFor(pageTicket, sheet, PageOrientationData());
+    if (answer && IsSameSheet(answer->sheet, sheet.GetSize()))
+    {
+        return TurnClockwise(*answer, quarters % 4);
+    }
+    return std::nullopt;
+}
+
+ImageableAreaReader::Answer ImageableAreaReader::AskFor(IXMLDOMDocument2* pageTicket,
+                                                        const MediaSizeData& media,
+                                                        const PageOrientationData& orientation)
 {
     const ComPtr<IXMLDOMDocument2> ticket = CopyOf(pageTicket);
-    const auto handler = PrintSchemaDocumentHandler::ForPrintTicket(ticket);
-    const MediaSizeData mediaSize(media);
-    mediaSize.Remove(handler);
-    mediaSize.Write(handler);
+    const PrintTicketFunctionOption* const accessors[] = {&media, &orientation};
+    RewriteTicket(ticket, accessors, kPrivateUri);
 
     std::wstring text = TextOf(ticket.Get());
-    if (const auto known = m_byTicket.Find(text))
+    if (const Answer* known = m_byTicket.Find(text))
     {
         return *known;
     }
-    const ImageableArea area = Ask(ticket.Get(), media.size);
-    m_byTicket.Add(std::move(text), area);
-    return area;
+    const Answer answer = Ask(ticket.Get());
+    m_byTicket.Add(std::move(text), answer);
+    return answer;
 }
 
-ImageableArea ImageableAreaReader::Ask(IXMLDOMDocument2* ticket, MediaSize sheet)
+ImageableAreaReader::Answer ImageableAreaReader::Ask(IXMLDOMDocument2* ticket)
 {
-    const ImageableArea wholeSheet{0, 0, sheet.widthMicrometres, sheet.heightMicrometres};
-    ImageableArea area;
+    ImageableSize size;
     const HRESULT asked = exception::AtBoundary([&] {
         ComPtr<IXMLDOMDocument2> document;
         ThrowIfFailed(m_provider.GetCapabilities(ticket, document.Receive()));
-        const auto capabilities = PrintSchemaDocumentHandler::ForPrintCapabilities(document);
-        area = {ReadNumber(capabilities, L"OriginWidth"),
-                ReadNumber(capabilities, L"OriginHeight"),
-                ReadNumber(capabilities, L"ExtentWidth"),
-                ReadNumber(capabilities, L"ExtentHeight")};
+        size = ReadSize(PrintSchemaDocumentHandler::ForPrintCapabilities(document));
         return S_OK;
     });
-    return HasSucceeded(asked) ? area : wholeSheet;
+    const bool hasExtent = size.area.widthMicrometres > 0 && size.area.heightMicrometres > 0;
+    return HasSucceeded(asked) && hasExtent ? Answer(size) : std::nullopt;
 }
 } // namespace base::xps::printschema

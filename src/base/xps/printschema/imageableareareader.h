@@ -1,7 +1,11 @@
 #pragma once
 
+#include <optional>
+
 #include "base/xps/printschema/imageablearea.h"
+#include "base/xps/printschema/mediasizedata.h"
 #include "base/xps/printschema/mediasizetable.h"
+#include "base/xps/printschema/pageorientationdata.h"
 #include "base/xps/printschema/printticketprovider.h"
 #include "base/xps/printschema/rememberedareas.h"
 
@@ -14,18 +18,28 @@ class ImageableAreaReader
 public:
     explicit ImageableAreaReader(PrintTicketProvider& provider) noexcept : m_provider(provider) {}
 
-    /// For the page's ticket with this sheet in the place of its own. A printer that does not tell prints on
-    /// the whole sheet. Throws HresultError where the page has no ticket or memory runs out.
-    ImageableArea Read(const MediaSizeEntry& media);
+    /// For the page's ticket with this sheet and this orientation in the place of its own, in the frame of
+    /// the orientation. A printer that answers for another sheet, as it does not offer turned ones for
+    /// example, is asked about the upright sheet, and its answer is turned. Nothing when it does not tell.
+    /// Throws HresultError where the page has no ticket or memory runs out.
+    std::optional<ImageableArea> Read(const MediaSizeEntry& media, const PageOrientationData& orientation);
 
 private:
-    ImageableArea ReadUnder(IXMLDOMDocument2* pageTicket, const MediaSizeEntry& media);
-    ImageableArea Ask(IXMLDOMDocument2* ticket, MediaSize sheet);
+    using Answer = RememberedAreas::Answer;
+
+    Answer ReadUnder(IXMLDOMDocument2* pageTicket,
+                     const MediaSizeEntry& media,
+                     const PageOrientationData& orientation);
+    Answer AskFor(IXMLDOMDocument2* pageTicket,
+                  const MediaSizeData& media,
+                  const PageOrientationData& orientation);
+    Answer Ask(IXMLDOMDocument2* ticket);
 
     PrintTicketProvider& m_provider;
     // By the ticket that the printer was asked about.
     RememberedAreas m_byTicket;
-    // By the page's ticket and the sheet: pages with equal tickets need not even have theirs changed.
+    // By the page's ticket, the sheet and the orientation: pages with equal tickets need not even have theirs
+    // changed.
     RememberedAreas m_byPage;
 };
 } // namespace base::xps::printschema

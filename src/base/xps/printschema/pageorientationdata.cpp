@@ -8,9 +8,6 @@ namespace base::xps::printschema
 {
 namespace
 {
-constexpr std::int32_t kLandscape = 0;
-constexpr std::int32_t kPortrait = 1;
-constexpr std::int32_t kReverseLandscape = 2;
 constexpr std::int32_t kOptionCount = 4;
 } // namespace
 

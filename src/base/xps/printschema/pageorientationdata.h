@@ -8,6 +8,11 @@ namespace base::xps::printschema
 class PageOrientationData final : public SingleScopeFeature
 {
 public:
+    static constexpr std::int32_t kLandscape = 0;
+    static constexpr std::int32_t kPortrait = 1;
+    static constexpr std::int32_t kReverseLandscape = 2;
+    static constexpr std::int32_t kReversePortrait = 3;
+
     PageOrientationData() noexcept;
 
     static bool IsLandscapeOrientation(std::int32_t optionId) noexcept;

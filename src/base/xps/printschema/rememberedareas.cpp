@@ -10,13 +10,13 @@ constexpr std::size_t kMostCharacters = std::size_t{2} << 20;
 constexpr std::size_t kLongestQuestion = kMostCharacters / 10;
 } // namespace
 
-std::optional<ImageableArea> RememberedAreas::Find(const std::wstring& question) const
+const RememberedAreas::Answer* RememberedAreas::Find(const std::wstring& question) const
 {
-    const auto known = m_areas.find(question);
-    return known == m_areas.end() ? std::nullopt : std::optional(known->second);
+    const auto known = m_answers.find(question);
+    return known == m_answers.end() ? nullptr : &known->second;
 }
 
-void RememberedAreas::Add(std::wstring question, const ImageableArea& area)
+void RememberedAreas::Add(std::wstring question, const Answer& answer)
 {
     const std::size_t length = question.size();
     if (length > kLongestQuestion)
@@ -25,10 +25,10 @@ void RememberedAreas::Add(std::wstring question, const ImageableArea& area)
     }
     if (m_characters + length > kMostCharacters)
     {
-        m_areas.clear();
+        m_answers.clear();
         m_characters = 0;
     }
-    m_areas.emplace(std::move(question), area);
+    m_answers.emplace(std::move(question), answer);
     m_characters += length;
 }
 } // namespace base::xps::printschema

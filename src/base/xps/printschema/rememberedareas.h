@@ -15,11 +15,15 @@ namespace base::xps::printschema
 class RememberedAreas
 {
 public:
-    std::optional<ImageableArea> Find(const std::wstring& question) const;
-    void Add(std::wstring question, const ImageableArea& area);
+    /// What a printer answers; nothing where it has no answer.
+    using Answer = std::optional<ImageableSize>;
+
+    /// Null for a question that is not remembered; lent until the next one is added.
+    const Answer* Find(const std::wstring& question) const;
+    void Add(std::wstring question, const Answer& answer);
 
 private:
-    std::map<std::wstring, ImageableArea> m_areas;
+    std::map<std::wstring, Answer> m_answers;
     std::size_t m_characters = 0;
 };
 } // namespace base::xps::printschema

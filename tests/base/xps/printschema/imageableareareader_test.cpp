@@ -1,5 +1,6 @@
 #include "base/xps/printschema/imageableareareader.h"
 
+#include <optional>
 #include <string>
 
 #include <gtest/gtest.h>
@@ -46,44 +47,93 @@ public:
     HRESULT answer = S_OK;
     std::string capabilities = support::LoadTable("capabilities.txt").at(0).at(0);
     int asked = 0;
-    /// The sheet that was last asked about.
+    /// The sheet and the orientation that were last asked about.
     std::string question;
 };
 
-std::string Describe(const ImageableArea& area)
+std::string Describe(const std::optional<ImageableArea>& read)
 {
+    if (!read)
+    {
+        return "none";
+    }
+    const ImageableArea& area = *read;
     return std::to_string(area.leftMicrometres) + " " + std::to_string(area.topMicrometres) + " " +
            std::to_string(area.widthMicrometres) + " " + std::to_string(area.heightMicrometres);
 }
 
-TEST(ImageableAreaReader, ReadsTheAreaOrTakesTheWholeSheetFromAPrinterThatDoesNotTell)
+PageOrientationData Orientation(std::int32_t option)
+{
+    PageOrientationData orientation;
+    orientation.SetOptionId(option);
+    return orientation;
+}
+
+const PageOrientationData kPortrait;
+
+TEST(ImageableAreaReader, TakesWhatThePrinterSaysOfThisSheetOnly)
 {
     for (const auto& row : support::LoadTable("capabilities.txt"))
     {
         CannedProvider provider;
         provider.capabilities = row[0];
-        EXPECT_EQ(Describe(ImageableAreaReader(provider).Read(kA4)), row[1]) << row[0];
+        EXPECT_EQ(Describe(ImageableAreaReader(provider).Read(kA4, kPortrait)), row[1]) << row[0];
     }
+}
+
+TEST(ImageableAreaReader, ReadsInTheFrameOfTheOrientationWhateverSheetsAreOffered)
+{
+    const auto nameOf = [](const auto& name) {
+        return std::string(name.localName.begin(), name.localName.end());
+    };
+    for (const auto& row : support::LoadTable("imageableareas.txt"))
+    {
+        support::TicketPlatform::SetDevice("devices/" + row[0] + ".xml");
+        PrintTicketProvider provider;
+        const auto ticket = utility::MakeCom<support::MemoryReadStream>(support::Ticket(""));
+        ASSERT_EQ(provider.Open(ticket.Get(), utility::Bstr(L"printer").Get(), support::UserToken()), S_OK);
+        ImageableAreaReader reader(provider);
+        int found = 0;
+        for (const auto& entry : MediaSizeTable::Shared().GetEntries())
+        {
+            for (int option = 0; option < 4; ++option)
+            {
+                const PageOrientationData orientation = Orientation(option);
+                if (nameOf(entry.second.name) + " " + nameOf(orientation.GetOptionQname()) == row[1])
+                {
+                    EXPECT_EQ(Describe(reader.Read(entry.second, orientation)), row[2]) << row[0] << row[1];
+                    ++found;
+                }
+            }
+        }
+        EXPECT_EQ(found, 1) << row[1];
+    }
+    support::TicketPlatform::Reset();
 }
 
 TEST(ImageableAreaReader, AsksOnceForTheSameTicketAndLeavesThePagesAlone)
 {
     CannedProvider provider;
     ImageableAreaReader reader(provider);
-    const auto askedFor = [&](const MediaSizeEntry& media) {
-        reader.Read(media);
+    const auto askedFor = [&](const MediaSizeEntry& media,
+                              const PageOrientationData& orientation = kPortrait) {
+        reader.Read(media, orientation);
         return provider.asked;
     };
     EXPECT_EQ(askedFor(kA4), 1);
     EXPECT_EQ(askedFor(kLetter), 2);
-    EXPECT_EQ(provider.question, "psk:NorthAmericaLetter 279400 215900");
+    EXPECT_EQ(provider.question, "psk:NorthAmericaLetter 279400 215900 psk:Portrait");
     EXPECT_EQ(support::OptionOf(provider.pageTicket, "psk:PageMediaSize"), "psk:ISOA5");
     EXPECT_EQ(askedFor(kA4), 2);
     // Another page with an equal ticket, then one with a ticket of its own.
     provider.pageTicket = MakeTicket(support::MediaFeature("ISOA5"));
     EXPECT_EQ(askedFor(kLetter), 2);
-    provider.pageTicket = MakeTicket(Feature("PageOrientation", "Landscape"));
+    provider.pageTicket = MakeTicket(Feature("PageResolution", "High"));
     EXPECT_EQ(askedFor(kLetter), 3);
+    // Another orientation is another question.
+    EXPECT_EQ(askedFor(kLetter, Orientation(PageOrientationData::kReversePortrait)), 4);
+    EXPECT_EQ(provider.question, "psk:High psk:NorthAmericaLetter 279400 215900 psk:ReversePortrait");
+    EXPECT_EQ(askedFor(kLetter, Orientation(PageOrientationData::kReversePortrait)), 4);
     // Neither the number of a job's tickets nor that of its sheets makes it forget.
     MediaSizeEntry sheet = kA4;
     for (int round = 0; round < 2; ++round)
@@ -91,10 +141,10 @@ TEST(ImageableAreaReader, AsksOnceForTheSameTicketAndLeavesThePagesAlone)
         for (sheet.size.widthMicrometres = 1; sheet.size.widthMicrometres <= 200;
              ++sheet.size.widthMicrometres)
         {
-            reader.Read(sheet);
+            reader.Read(sheet, kPortrait);
         }
     }
-    EXPECT_EQ(askedFor(kLetter), 3 + 200);
+    EXPECT_EQ(askedFor(kLetter), 4 + 200);
 }
 
 TEST(ImageableAreaReader, DoesNotHoldOnToLargeTickets)
@@ -105,7 +155,7 @@ TEST(ImageableAreaReader, DoesNotHoldOnToLargeTickets)
     const auto askedFor = [&](int width, std::size_t length) {
         provider.pageTicket = support::MakeTicket(support::Feature("F", std::string(length, 'a')));
         sheet.size.widthMicrometres = width;
-        reader.Read(sheet);
+        reader.Read(sheet, kPortrait);
         return provider.asked;
     };
     EXPECT_EQ(askedFor(1, 100'000), 1);
@@ -129,8 +179,8 @@ TEST(ImageableAreaReader, LeavesNoCopyOfATicketBehind)
     const auto blocksAfter = [&](int pages) {
         for (int page = 0; page < pages; ++page)
         {
-            provider.pageTicket = MakeTicket(Feature("PageOrientation", "Option" + std::to_string(page)));
-            reader.Read(kA4);
+            provider.pageTicket = MakeTicket(Feature("PageResolution", "Option" + std::to_string(page)));
+            reader.Read(kA4, kPortrait);
         }
         return static_cast<int>(tests::CountHeapBlocks());
     };
@@ -143,7 +193,7 @@ TEST(ImageableAreaReader, FailsWithoutMemoryOrPageTicket)
 {
     CannedProvider provider;
     ImageableAreaReader reader(provider);
-    const auto result = [&] { return support::HresultOf([&] { reader.Read(kA4); }); };
+    const auto result = [&] { return support::HresultOf([&] { reader.Read(kA4, kPortrait); }); };
     provider.answer = E_OUTOFMEMORY;
     EXPECT_EQ(result(), E_OUTOFMEMORY);
     // A failure is no answer to be remembered.
@@ -153,13 +203,5 @@ TEST(ImageableAreaReader, FailsWithoutMemoryOrPageTicket)
     EXPECT_EQ(result(), E_PENDING);
 }
 
-TEST(ImageableAreaReader, ReadsWhatTheServiceSaysUnderThePagesTicket)
-{
-    PrintTicketProvider provider;
-    const auto ticket = utility::MakeCom<support::MemoryReadStream>(support::Ticket(""));
-    ASSERT_EQ(provider.Open(ticket.Get(), utility::Bstr(L"printer").Get(), support::UserToken()), S_OK);
-    // The built-in device keeps a sixth of an inch clear on every edge.
-    EXPECT_EQ(Describe(ImageableAreaReader(provider).Read(kLetter)), "4230 4230 207440 270940");
-}
 } // namespace
 } // namespace base::xps::printschema
