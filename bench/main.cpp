@@ -69,12 +69,12 @@ void RunJob(const std::filesystem::path& folder, const PageJob& job)
     const host::pipeline::LoadedLibrary tickets(folder / "offline" / "prntvpt.dll");
     const host::pipeline::FilterModule module(folder / "pagevalidatefilter.dll");
     host::pipeline::CallTrace trace;
-    const auto run = [&](std::size_t pages) {
-        RunPageJob(*module.CreateFilter(trace), {job.kind, pages, job.markup}, [](const std::string&) {});
+    const auto run = [&](const PageJob& each) {
+        RunPageJob(*module.CreateFilter(trace), each, [](const std::string&) {});
     };
-    run(1);
+    run({job.kind, 1, job.markup});
     const Stopwatch watch;
-    run(job.pages);
+    run(job);
     Print("job", watch.Read());
     std::cout << " " << PeakMemory() << "\n";
 }
@@ -106,7 +106,8 @@ void Run(const std::filesystem::path& program, const Words& words)
         RunJob(std::filesystem::absolute(program).parent_path(),
                {KindOf(words.at(1)),
                 std::stoul(words.at(2)),
-                words.size() > 3 ? ReadFile(words.at(3)) : kSmallPage});
+                words.size() > 3 ? ReadFile(words.at(3)) : kSmallPage,
+                words.size() > 4 ? ReadFile(words.at(4)) : ""});
     }
     else if (what == "calls")
     {

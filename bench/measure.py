@@ -25,6 +25,7 @@ ROUNDS, COPIES = (3, 2) if IS_QUICK else (10, 4)
 JOBS = {10: 1, 100: 3, 1000: 1} if IS_QUICK else {10: 5, 100: 10, 1000: 3, 10_000: 1}
 HOST_ROUNDS, SMALL_PAGES, REAL_PAGES = (1, 200, 16) if IS_QUICK else (3, 1000, 40)
 KINDS = ("passed", "turned", "refitted")
+TICKET_SIZES = (1000, 8000)
 
 XPS = "http://schemas.microsoft.com/xps/2005/06"
 SMALL_PAGE = (f'<FixedPage xmlns="{XPS}" xml:lang="en" Width="816" Height="1056">'
@@ -113,6 +114,48 @@ def measure_jobs():
                 results.setdefault((kind, count), []).append(
                     (float(processor) / count, float(wall) / count, int(peak)))
     return results
+
+
+def named(kind, name, content=""):
+    return f'<psf:{kind} name="{name}">{content}</psf:{kind}>'
+
+
+def large_tickets(count):
+    """Tickets by which a page is turned, with `count` of something each, by its name."""
+    landscape = named("Feature", "psk:PageOrientation", named("Option", "psk:Landscape"))
+    parameters = "".join(
+        named("Feature", f"psk:F{n}", named("Option", "psk:O", named(
+            "ScoredProperty", "psk:S", named("ParameterRef", f"psk:P{n}"))))
+        + named("ParameterInit", f"psk:P{n}", "<psf:Value>1</psf:Value>") for n in range(count))
+    features = "".join(named("Feature", f"psk:F{n}", named("Option", "psk:O")) for n in range(count))
+    foreign = "".join(f'<psf:Feature xmlns:p{n}="urn:n{n}" name="p{n}:F"/>' for n in range(count))
+    contents = {"parameters": landscape + parameters, "features": landscape + features,
+                "features of one name": landscape * count, "features of as many namespaces": landscape + foreign}
+    return {name: LANDSCAPE[:LANDSCAPE.index("><") + 1] + content + "</psf:PrintTicket>"
+            for name, content in contents.items()}
+
+
+def measure_tickets():
+    """The times of a turned page by what its ticket has, for each number of that."""
+    times = {}
+    page = keep("small.fpage", SMALL_PAGE.encode())
+    for _ in range(3):
+        for count in TICKET_SIZES:
+            for name, ticket in large_tickets(count).items():
+                file = keep("large.xml", ticket.encode())
+                _, processor, wall, _ = bench("job", "turned", 1, windows_path(page), windows_path(file)).split()
+                times.setdefault((name, count), []).append((float(processor), float(wall)))
+    return times
+
+
+def print_tickets(times):
+    few, many = TICKET_SIZES
+    rows = []
+    for name in dict.fromkeys(name for name, _ in times):
+        costs = {count: [median(times[name, count], clock) for clock in (0, 1)] for count in TICKET_SIZES}
+        rows.append((name, *(f"{costs[count][0]:.2f} ({costs[count][1]:.2f}) s" for count in TICKET_SIZES),
+                     f"{costs[many][0] / max(costs[few][0], 0.01):.1f} ({costs[many][1] / costs[few][1]:.1f})"))
+    table(("a turned page whose ticket has many", f"{few:,}", f"{many:,}", "ratio"), rows)
 
 
 def write_package(name, markups):
@@ -244,6 +287,7 @@ def main():
     print_ratios(markup, jobs, hosts)
     print_calls()
     print_figures(markup, sizes, jobs, hosts)
+    print_tickets(measure_tickets())
 
 
 main()

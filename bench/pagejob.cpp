@@ -77,7 +77,8 @@ void RunPageJob(IPrintPipelineFilter& filter,
         pipeline.consumer->newPartNames.clear();
         if (pipeline.provider->parts.empty() && pages < job.pages)
         {
-            pipeline.Add<support::PagePart>("page", job.markup, facts.ticket);
+            pipeline.Add<support::PagePart>(
+                "page", job.markup, job.ticket.empty() ? facts.ticket : job.ticket);
             ++pages;
         }
     };

@@ -25,6 +25,8 @@ struct PageJob
     PageKind kind;
     std::size_t pages;
     std::string markup;
+    /// In the place of the kind's own; empty for that.
+    std::string ticket = {};
 };
 
 /// A page with nothing on it but a line.

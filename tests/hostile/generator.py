@@ -447,12 +447,25 @@ def odd_ticket_numbers(rng, document):
     document.put(pick_ticket(rng, document), TICKET % "".join(parts))
 
 
+def large_ticket(rng, document):
+    count = rng.choice([1000, 8000])
+    feature = '<psf:Feature name="psk:{}"><psf:Option name="psk:{}">{}</psf:Option></psf:Feature>'
+    landscape = feature.format("PageOrientation", "Landscape", "")
+    reference = '<psf:ScoredProperty name="psk:S"><psf:ParameterRef name="psk:P{}"/></psf:ScoredProperty>'
+    parameter = '<psf:ParameterInit name="psk:P{}"><psf:Value>1</psf:Value></psf:ParameterInit>'
+    many = rng.choice([lambda n: feature.format(f"F{n}", "O", reference.format(n)) + parameter.format(n),
+                       lambda n: parameter.format(n), lambda n: reference.format(n), lambda n: landscape,
+                       lambda n: feature.format(f"F{n}", "O", ""), lambda n: feature.format("PageScaling", f"O{n}", ""),
+                       lambda n: f'<psf:Feature xmlns:p{n}="urn:{n}" name="p{n}:F"/>'])
+    document.put(pick_ticket(rng, document), TICKET % (landscape + "".join(many(n) for n in range(count))))
+
+
 # The dear ones come more rarely.
 KINDS = [(truncate_package, 4), (flip_package_bits, 8), (truncate_part, 6), (flip_part_bits, 10), (shuffle_markup, 10),
          (huge_attribute, 3), (many_attributes, 3), (deep_nesting, 4), (entity_bomb, 5), (external_entity, 8),
          (parameter_entity, 4), (wrong_encoding, 6), (lying_lengths, 8), (zip_bomb, 1), (duplicate_names, 5), (cycle, 4),
          (climbing_names, 6), (odd_relationships, 5), (odd_targets, 5), (odd_content_types, 4), (bad_ticket, 6),
-         (odd_page_numbers, 8), (odd_ticket_numbers, 8)]
+         (odd_page_numbers, 8), (odd_ticket_numbers, 8), (large_ticket, 3)]
 
 
 class Generator:
