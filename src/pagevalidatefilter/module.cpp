@@ -5,7 +5,6 @@
 #include "base/utility/comptr.h"
 #include "pagevalidatefilter/classfactory.h"
 #include "pagevalidatefilter/modulecount.h"
-#include "pagevalidatefilter/runtimestate.h"
 
 using base::utility::ComPtr;
 using pagevalidatefilter::ClassFactory;
@@ -30,16 +29,11 @@ STDAPI DllCanUnloadNow()
     return pagevalidatefilter::g_moduleCount != 0 ? S_FALSE : S_OK;
 }
 
-extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, void* processEnds)
+extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, void*)
 {
     if (reason == DLL_PROCESS_ATTACH)
     {
         DisableThreadLibraryCalls(module);
-        return pagevalidatefilter::AttachRuntime() ? TRUE : FALSE;
-    }
-    if (reason == DLL_PROCESS_DETACH && processEnds == nullptr)
-    {
-        pagevalidatefilter::DetachRuntime();
     }
     return TRUE;
 }

@@ -1,15 +1,12 @@
-#include "pagevalidatefilter/runtimestate.h"
-
 #include <cstdlib>
 
 #include "platform/win32.h"
 
-// MinGW links its thread library and the C++ runtime into the module. They register every thread that handles
-// an exception or runs a once-function with a TLS index, two handles and some memory, and give none of it
-// back when the module is unloaded: a process that loads the module about a thousand times runs out of TLS
-// indexes and aborts. The functions below stand in for the ones that do so. The linker sends every call of
-// NAME to __wrap_NAME (option
-// --wrap). All but pthread_once are functions of the Itanium C++ ABI.
+// MinGW links the C++ runtime and its thread library into the module. Every thread that handles an exception
+// or runs a once-function costs a TLS index, two handles and some memory, and none of it is given back when
+// the module is unloaded: a process that loads the module about a thousand times runs out of TLS indexes and
+// aborts. The functions below take the place of those that bring this about: by the option --wrap the linker
+// sends calls of NAME to __wrap_NAME. All but pthread_once belong to the Itanium C++ ABI.
 
 namespace __gnu_cxx
 {
@@ -17,8 +14,6 @@ namespace __gnu_cxx
 void __freeres(); // NOLINT(bugprone-reserved-identifier): the runtime's name
 } // namespace __gnu_cxx
 
-namespace pagevalidatefilter
-{
 namespace
 {
 /// The exceptions that a thread handles, laid out as the C++ ABI has it.
@@ -28,22 +23,51 @@ struct ThreadExceptions
     unsigned int uncaughtExceptions;
 };
 
-// A fiber-local slot, unlike a thread-local one, can be freed together with the values of all threads.
-DWORD g_threadExceptions = FLS_OUT_OF_INDEXES;
-
 // Guards the state of all function-local statics.
 SRWLOCK g_staticsLock = SRWLOCK_INIT;
 CONDITION_VARIABLE g_staticInitialized = CONDITION_VARIABLE_INIT;
 
-void WINAPI FreeThreadExceptions(void* exceptions)
+/// A slot for each thread's exceptions, which is freed, with what it holds, when the module is unloaded. A
+/// fiber-local slot, unlike a thread-local one, can be freed together with the values of all threads.
+class ThreadExceptionsSlot
 {
-    HeapFree(GetProcessHeap(), 0, exceptions);
-}
+public:
+    ThreadExceptionsSlot() noexcept : m_index(FlsAlloc(&Free)) {}
+    ThreadExceptionsSlot(const ThreadExceptionsSlot&) = delete;
+    ThreadExceptionsSlot& operator=(const ThreadExceptionsSlot&) = delete;
+    ~ThreadExceptionsSlot()
+    {
+        FlsFree(m_index);
+        __gnu_cxx::__freeres();
+    }
 
-ThreadExceptions* FindThreadExceptions() noexcept
-{
-    return static_cast<ThreadExceptions*>(FlsGetValue(g_threadExceptions));
-}
+    /// Null for a thread that has handled no exception.
+    ThreadExceptions* Find() const noexcept { return static_cast<ThreadExceptions*>(FlsGetValue(m_index)); }
+
+    ThreadExceptions* FindOrMake() const noexcept
+    {
+        ThreadExceptions* exceptions = Find();
+        if (exceptions == nullptr)
+        {
+            exceptions = static_cast<ThreadExceptions*>(
+                HeapAlloc(GetProcessHeap(), HEAP_ZERO_MEMORY, sizeof(ThreadExceptions)));
+            if (exceptions == nullptr || FlsSetValue(m_index, exceptions) == FALSE)
+            {
+                // No exception can be thrown about this. The runtime itself aborts here, too.
+                std::abort();
+            }
+        }
+        return exceptions;
+    }
+
+private:
+    static void WINAPI Free(void* exceptions) { HeapFree(GetProcessHeap(), 0, exceptions); }
+
+    DWORD m_index;
+};
+
+// Made before every other static of the module and destroyed after them.
+__attribute__((init_priority(101))) const ThreadExceptionsSlot g_threadExceptions;
 
 /// The guard variable of a function-local static. The compiler tests the first byte; the others are the
 /// runtime's.
@@ -62,70 +86,40 @@ void EndInitialization(StaticGuard* guard, bool isInitialized) noexcept
 }
 } // namespace
 
-bool AttachRuntime() noexcept
-{
-    g_threadExceptions = FlsAlloc(&FreeThreadExceptions);
-    return g_threadExceptions != FLS_OUT_OF_INDEXES;
-}
-
-void DetachRuntime() noexcept
-{
-    FlsFree(g_threadExceptions);
-    __gnu_cxx::__freeres();
-}
-} // namespace pagevalidatefilter
-
-using pagevalidatefilter::StaticGuard;
-using pagevalidatefilter::ThreadExceptions;
-
-// NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming): the names that the linker looks
-// for
+// NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming): the linker's names
 extern "C"
 {
     ThreadExceptions* __wrap___cxa_get_globals_fast() noexcept
     {
-        return pagevalidatefilter::FindThreadExceptions();
+        return g_threadExceptions.Find();
     }
 
     ThreadExceptions* __wrap___cxa_get_globals() noexcept
     {
-        ThreadExceptions* exceptions = pagevalidatefilter::FindThreadExceptions();
-        if (exceptions == nullptr)
-        {
-            exceptions = static_cast<ThreadExceptions*>(
-                HeapAlloc(GetProcessHeap(), HEAP_ZERO_MEMORY, sizeof(ThreadExceptions)));
-            if (exceptions == nullptr ||
-                FlsSetValue(pagevalidatefilter::g_threadExceptions, exceptions) == FALSE)
-            {
-                // An exception cannot be thrown for it. The runtime itself aborts here, too.
-                std::abort();
-            }
-        }
-        return exceptions;
+        return g_threadExceptions.FindOrMake();
     }
 
     int __wrap___cxa_guard_acquire(StaticGuard* guard) noexcept
     {
-        AcquireSRWLockExclusive(&pagevalidatefilter::g_staticsLock);
+        AcquireSRWLockExclusive(&g_staticsLock);
         while (guard->isBeingInitialized)
         {
-            SleepConditionVariableSRW(
-                &pagevalidatefilter::g_staticInitialized, &pagevalidatefilter::g_staticsLock, INFINITE, 0);
+            SleepConditionVariableSRW(&g_staticInitialized, &g_staticsLock, INFINITE, 0);
         }
         const bool isOurs = !guard->isInitialized;
         guard->isBeingInitialized = isOurs;
-        ReleaseSRWLockExclusive(&pagevalidatefilter::g_staticsLock);
+        ReleaseSRWLockExclusive(&g_staticsLock);
         return isOurs ? 1 : 0;
     }
 
     void __wrap___cxa_guard_release(StaticGuard* guard) noexcept
     {
-        pagevalidatefilter::EndInitialization(guard, true);
+        EndInitialization(guard, true);
     }
 
     void __wrap___cxa_guard_abort(StaticGuard* guard) noexcept
     {
-        pagevalidatefilter::EndInitialization(guard, false);
+        EndInitialization(guard, false);
     }
 
     // The runtime's own once-functions throw nothing.
