@@ -11,7 +11,7 @@ add_suite(
             host/opc/partname_test.cpp
             host/xml/elementreader_test.cpp
             host/xps/xpsdocument_test.cpp
-    TESTS_OF xps hostxps)
+    TESTS_OF xps host_xps)
 add_dependencies(portable_tests test_packages)
 target_compile_definitions(portable_tests PRIVATE TEST_DATA_PATH="${CMAKE_CURRENT_SOURCE_DIR}/data")
 

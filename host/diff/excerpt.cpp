@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "host/text.h"
+#include "host/xml/text.h"
 
 namespace host::diff
 {
@@ -14,7 +14,7 @@ std::string Excerpt(std::string_view text, std::size_t start, std::size_t length
     std::string shown = start > 0 ? "..." : "";
     for (const char c : text.substr(std::min(start, text.size())))
     {
-        const bool isContinued = IsUtf8Continuation(c);
+        const bool isContinued = xml::IsUtf8Continuation(c);
         if (length == 0 && !isContinued)
         {
             return shown + "...";
@@ -48,7 +48,7 @@ std::string FormatChange(std::string_view one, std::string_view other)
     const bool isLong = std::max(one.size(), other.size()) > shownLength;
     std::size_t start = isLong && alike > shownBefore ? alike - shownBefore : 0;
     // Not in the middle of a character.
-    while (start > 0 && IsUtf8Continuation(one[start]))
+    while (start > 0 && xml::IsUtf8Continuation(one[start]))
     {
         --start;
     }

@@ -5,12 +5,12 @@
 #include <optional>
 #include <set>
 
-#include "host/console.h"
+#include "host/app/console.h"
 #include "host/diff/markupdiff.h"
 #include "host/opc/relationships.h"
-#include "host/text.h"
 #include "host/xml/elementreader.h"
 #include "host/xml/markuptext.h"
+#include "host/xml/text.h"
 
 namespace host::diff
 {
@@ -104,7 +104,7 @@ std::optional<std::string> FindContentDifference(const Package& onePackage,
     {
         const std::string ofOne = xml::FindMarkupFault(one);
         const std::string fault = ofOne.empty() ? "B " + xml::FindMarkupFault(other) : "A " + ofOne;
-        return DescribeBytes(one, other) + "; " + ToOneLine(fault);
+        return DescribeBytes(one, other) + "; " + xml::ToOneLine(fault);
     }
 }
 

@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <string>
 
-#include "host/fileerror.h"
+#include "host/opc/files.h"
 
 namespace host::opc
 {

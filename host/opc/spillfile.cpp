@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <string>
 
-#include "host/fileerror.h"
+#include "host/opc/files.h"
 
 namespace host::opc
 {

@@ -4,7 +4,7 @@
 #include <string>
 #include <system_error>
 
-#include "host/fileerror.h"
+#include "host/opc/files.h"
 
 #ifdef _WIN32
 #include <fcntl.h>

@@ -5,8 +5,8 @@
 #include <string_view>
 #include <system_error>
 
+#include "host/opc/files.h"
 #include "host/opc/packageerror.h"
-#include "host/paths.h"
 
 namespace host::opc
 {

@@ -3,8 +3,7 @@
 #include <exception>
 #include <utility>
 
-#include "host/fileerror.h"
-#include "host/paths.h"
+#include "host/opc/files.h"
 
 namespace host::opc
 {

@@ -3,7 +3,7 @@
 #include <string>
 
 #include "host/pipeline/printstreams.h"
-#include "host/resulttext.h"
+#include "host/pipeline/resulttext.h"
 
 namespace host::pipeline
 {

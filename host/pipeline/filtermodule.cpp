@@ -3,8 +3,8 @@
 #include <stdexcept>
 #include <string>
 
-#include "host/paths.h"
-#include "host/resulttext.h"
+#include "host/opc/files.h"
+#include "host/pipeline/resulttext.h"
 
 namespace host::pipeline
 {
@@ -17,7 +17,7 @@ constexpr CLSID kFilterClass = {0xD79DCE9B, 0x5F31, 0x4A6C, {0xA1, 0x60, 0xA3, 0
 
 [[noreturn]] void Fail(const std::filesystem::path& library, const std::string& what)
 {
-    throw std::runtime_error(ToUtf8Path(library) + ": " + what);
+    throw std::runtime_error(opc::ToUtf8Path(library) + ": " + what);
 }
 } // namespace
 

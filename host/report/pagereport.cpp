@@ -1,7 +1,5 @@
 #include "host/report/pagereport.h"
-
-#include <array>
-#include <charconv>
+#include "host/xml/text.h"
 
 namespace host::report
 {
@@ -12,7 +10,7 @@ namespace
 {
 std::string FormatExtent(const std::optional<double>& value)
 {
-    return value ? FormatNumber(*value) : "?";
+    return value ? xml::FormatNumber(*value) : "?";
 }
 
 bool IsOutOfLimits(const PageReport& page)
@@ -47,8 +45,8 @@ std::string ExplainFit(const PageReport& page)
     const std::string replaced = page.givenReplacement ? ", in whose place the device puts " +
                                                              page.givenReplacement->taken + ": for that"
                                                        : ",";
-    return FormatSheet(AsPrinted(page)) + " mm is outside the limits: now " + page.given->mediaName + " " +
-           FormatSheet(page.given->media) + replaced + " " + DescribeScaling(*page.given);
+    return tickets::FormatSheet(AsPrinted(page)) + " mm is outside the limits: now " + page.given->mediaName +
+           " " + tickets::FormatSheet(page.given->media) + replaced + " " + DescribeScaling(*page.given);
 }
 
 std::string ExplainByTickets(const PageReport& page)
@@ -101,7 +99,7 @@ const char* NameOf(Decision decision)
 std::string ExplainDecision(const PageReport& page)
 {
     std::string text = ExplainByTickets(page);
-    for (const Replacement& replacement : page.replacements)
+    for (const tickets::Replacement& replacement : page.replacements)
     {
         text +=
             "; " + replacement.wanted + " is asked for, in whose place the device puts " + replacement.taken;
@@ -128,29 +126,6 @@ MediaSize AsPrinted(const PageReport& page)
 {
     const bool lies = IsLandscape(page.asked.orientation) != page.isMarkupReplaced;
     return lies ? Rotated(page.asked.media) : page.asked.media;
-}
-
-std::string FormatNumber(double value)
-{
-    std::array<char, 400> digits{};
-    constexpr int decimals = 2;
-    const auto end = std::to_chars(
-        digits.data(), digits.data() + digits.size(), value, std::chars_format::fixed, decimals);
-    std::string text(digits.data(), end.ptr);
-    text.erase(text.find_last_not_of('0') + 1);
-    return text.ends_with('.') ? text.substr(0, text.size() - 1) : text;
-}
-
-std::string FormatSheet(MediaSize size)
-{
-    constexpr double micrometres = 1000.0;
-    return FormatNumber(size.widthMicrometres / micrometres) + "x" +
-           FormatNumber(size.heightMicrometres / micrometres);
-}
-
-std::string FormatLimits(const MediaSizeLimits& limits)
-{
-    return FormatSheet(limits.minimum) + "-" + FormatSheet(limits.maximum);
 }
 
 std::string FormatPageSize(const xps::PageSize& size)

@@ -6,8 +6,8 @@
 #include <vector>
 
 #include "base/xps/printschema/imageableareareader.h"
-#include "host/report/replacement.h"
-#include "host/tickets/jobtickets.h"
+#include "host/tickets/replacement.h"
+#include "host/tickets/ticketfacts.h"
 #include "host/xps/pagemarkup.h"
 
 namespace host::report
@@ -46,11 +46,11 @@ struct PageReport
     /// Of the page's effective ticket as it came.
     tickets::TicketFacts asked;
     /// What the page's tickets ask for in vain.
-    std::vector<Replacement> replacements;
+    std::vector<tickets::Replacement> replacements;
     /// Of the new ticket; empty when the page keeps its own.
     std::optional<tickets::SheetFacts> given;
     /// Where the printer does not take the sheet that a refitted page is given.
-    std::optional<Replacement> givenReplacement;
+    std::optional<tickets::Replacement> givenReplacement;
     bool isMarkupReplaced = false;
     /// What is wrong with the new markup, as xps::PageMarkup has it; empty for nothing.
     std::string markupFault;
@@ -90,15 +90,6 @@ base::xps::printschema::MediaSize Rotated(base::xps::printschema::MediaSize shee
 
 /// The sheet that the limits are held against: as the page lies on it, upright once it has been turned.
 base::xps::printschema::MediaSize AsPrinted(const PageReport& page);
-
-/// To hundredths and with no more decimals than it has; with a decimal point whatever the locale.
-std::string FormatNumber(double value);
-
-/// In millimetres, as they are typed: "210x297".
-std::string FormatSheet(base::xps::printschema::MediaSize size);
-
-/// The same: "76.2x127-215.9x355.6".
-std::string FormatLimits(const base::xps::printschema::MediaSizeLimits& limits);
 
 /// "816x1056", to hundredths, or "?" for what the markup does not say.
 std::string FormatPageSize(const xps::PageSize& size);

@@ -32,9 +32,10 @@ auto AnswerOrNone(Question&& ask) -> std::optional<decltype(ask())>
     }
 }
 
-SheetSelection SelectionOf(const std::string& ticket)
+tickets::SheetSelection SelectionOf(const std::string& ticket)
 {
-    return AnswerOrNone([&] { return ReadSheetSelection(ticket); }).value_or(SheetSelection());
+    return AnswerOrNone([&] { return tickets::ReadSheetSelection(ticket); })
+        .value_or(tickets::SheetSelection());
 }
 } // namespace
 
@@ -42,7 +43,7 @@ void PageReporter::Take(const pipeline::SentPart& sent)
 {
     if (!m_tickets)
     {
-        m_tickets = std::make_unique<tickets::JobTickets>(m_package, m_setting);
+        m_tickets = std::make_unique<pipeline::EffectiveTickets>(m_package, m_setting);
         m_wanted = {{},
                     {},
                     {},
@@ -65,10 +66,10 @@ void PageReporter::EnterLevel(const xps::JobPart& part)
     m_tickets->Enter(part);
     const auto level =
         static_cast<std::size_t>(xps::JobPartKind::FixedPage) - static_cast<std::size_t>(part.kind);
-    std::fill_n(m_wanted.begin(), level, SheetSelection());
+    std::fill_n(m_wanted.begin(), level, tickets::SheetSelection());
     m_wanted[level] = part.printTicket
                           ? SelectionOf(m_package.Read(*part.printTicket, xps::kPrintTicketLimit))
-                          : SheetSelection();
+                          : tickets::SheetSelection();
 }
 
 const PageReporter::Asked& PageReporter::AskedBy(const xps::JobPart& page)
@@ -78,7 +79,7 @@ const PageReporter::Asked& PageReporter::AskedBy(const xps::JobPart& page)
         EnterLevel(page);
         const auto ticket = m_tickets->GetEffective();
         m_asked = {tickets::ReadFacts(ticket), {}, tickets::SaveBytes(ticket.Get()), {}};
-        m_asked->replacements = FindReplacements(m_wanted, SelectionOf(m_asked->ticket));
+        m_asked->replacements = tickets::FindReplacements(m_wanted, SelectionOf(m_asked->ticket));
         m_askedBy = page.printTicket;
         if (m_detail == Detail::All)
         {
@@ -88,15 +89,15 @@ const PageReporter::Asked& PageReporter::AskedBy(const xps::JobPart& page)
     return *m_asked;
 }
 
-std::optional<Replacement> PageReporter::FindGivenReplacement(const std::string& newTicket)
+std::optional<tickets::Replacement> PageReporter::FindGivenReplacement(const std::string& newTicket)
 {
     if (newTicket != m_refittedTicket)
     {
-        SheetSelection given = SelectionOf(newTicket);
+        tickets::SheetSelection given = SelectionOf(newTicket);
         given.orientation.reset();
         const auto validated =
-            AnswerOrNone([&] { return ReadSheetSelection(m_tickets->Validate(newTicket)); });
-        const auto found = FindReplacements({given}, validated.value_or(SheetSelection()));
+            AnswerOrNone([&] { return tickets::ReadSheetSelection(m_tickets->Validate(newTicket)); });
+        const auto found = tickets::FindReplacements({given}, validated.value_or(tickets::SheetSelection()));
         m_givenReplacement = found.empty() ? std::nullopt : std::optional(found.front());
         m_refittedTicket = newTicket;
     }

@@ -9,8 +9,8 @@
 
 #include "host/opc/package.h"
 #include "host/pipeline/documentconsumer.h"
+#include "host/pipeline/effectivetickets.h"
 #include "host/report/pagereport.h"
-#include "host/tickets/jobtickets.h"
 
 namespace host::report
 {
@@ -22,7 +22,7 @@ public:
     using Listener = std::function<void(const PageReport&)>;
 
     PageReporter(const opc::Package& package,
-                 tickets::TicketSetting setting,
+                 pipeline::TicketSetting setting,
                  Listener onPage,
                  Detail detail = Detail::None)
         : m_package(package), m_setting(std::move(setting)), m_onPage(std::move(onPage)), m_detail(detail)
@@ -42,24 +42,24 @@ private:
     struct Asked
     {
         tickets::TicketFacts facts;
-        std::vector<Replacement> replacements;
+        std::vector<tickets::Replacement> replacements;
         std::string ticket;
         std::optional<base::xps::printschema::ImageableArea> area;
     };
 
     void EnterLevel(const xps::JobPart& part);
     const Asked& AskedBy(const xps::JobPart& page);
-    std::optional<Replacement> FindGivenReplacement(const std::string& newTicket);
+    std::optional<tickets::Replacement> FindGivenReplacement(const std::string& newTicket);
     PageDetails ReadDetails(const xps::JobPart& page, std::string newTicket, const Asked& asked);
     PageReport Describe(const pipeline::SentPart& sent);
 
     const opc::Package& m_package;
-    tickets::TicketSetting m_setting;
+    pipeline::TicketSetting m_setting;
     Listener m_onPage;
     Detail m_detail;
-    std::unique_ptr<tickets::JobTickets> m_tickets;
+    std::unique_ptr<pipeline::EffectiveTickets> m_tickets;
     // What the tickets of page, document, job, user and driver select.
-    std::vector<SheetSelection> m_wanted;
+    std::vector<tickets::SheetSelection> m_wanted;
     // Of the last page: the next one of the document that has the same ticket, or none either, agrees.
     std::optional<opc::PartName> m_askedBy;
     std::optional<Asked> m_asked;
@@ -68,7 +68,7 @@ private:
     std::optional<base::xps::printschema::ImageableArea> m_newArea;
     // And of the last one of a refitted page.
     std::string m_refittedTicket;
-    std::optional<Replacement> m_givenReplacement;
+    std::optional<tickets::Replacement> m_givenReplacement;
     std::size_t m_documents = 0;
     std::size_t m_pages = 0;
 };

@@ -5,8 +5,8 @@
 
 #include <nlohmann/json.hpp>
 
-#include "host/report/again.h"
-#include "host/text.h"
+#include "host/report/secondrun.h"
+#include "host/xml/text.h"
 
 namespace host::report
 {
@@ -51,7 +51,7 @@ std::string FormatLine(const Cells& cells)
 std::string FormatReason(const PageReport& page)
 {
     const std::string fault = ExplainMarkupFault(page);
-    return ExplainDecision(page) + (fault.empty() ? "" : "; " + ToOneLine(fault));
+    return ExplainDecision(page) + (fault.empty() ? "" : "; " + xml::ToOneLine(fault));
 }
 
 std::string FormatTickets(const PageReport& page)
@@ -89,15 +89,15 @@ nlohmann::json ToJson(const tickets::TicketFacts& facts)
     return object;
 }
 
-nlohmann::json ToJson(const Replacement& replacement)
+nlohmann::json ToJson(const tickets::Replacement& replacement)
 {
     return {{"wanted", replacement.wanted}, {"taken", replacement.taken}};
 }
 
-nlohmann::json ToJson(const std::vector<Replacement>& replacements)
+nlohmann::json ToJson(const std::vector<tickets::Replacement>& replacements)
 {
     nlohmann::json array = nlohmann::json::array();
-    for (const Replacement& replacement : replacements)
+    for (const tickets::Replacement& replacement : replacements)
     {
         array.push_back(ToJson(replacement));
     }
@@ -131,8 +131,8 @@ std::string FormatTableLine(const PageReport& page)
                        FormatPageSize(page.before),
                        FormatPageSize(page.after),
                        page.asked.orientation,
-                       page.asked.mediaName + " " + FormatSheet(page.asked.media),
-                       FormatLimits(page.asked.limits),
+                       page.asked.mediaName + " " + tickets::FormatSheet(page.asked.media),
+                       tickets::FormatLimits(page.asked.limits),
                        NameOf(Decide(page)),
                        FormatReason(page) + "; " + FormatTickets(page)});
 }

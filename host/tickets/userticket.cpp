@@ -16,9 +16,8 @@
 #include "base/xps/printschema/namespaceuris.h"
 #include "base/xps/printschema/pageorientationdata.h"
 #include "base/xps/printschema/printablemediasizedata.h"
-#include "host/filebytes.h"
+#include "host/opc/files.h"
 #include "host/opc/partname.h"
-#include "host/paths.h"
 #include "host/tickets/ticketbytes.h"
 
 namespace host::tickets
@@ -214,7 +213,7 @@ std::string MakeUserTicket(const std::optional<std::filesystem::path>& file,
     {
         Refuse("--ns-prefix", privatePrefix, "is no prefix that XML leaves to a driver");
     }
-    std::string bytes = file ? ReadFileBytes(*file) : std::string(kBuiltInTicket);
+    std::string bytes = file ? opc::ReadFileBytes(*file) : std::string(kBuiltInTicket);
     printschema::SetPrivatePrefix(FromUtf8(privatePrefix).c_str());
     ComPtr<IXMLDOMDocument2> ticket;
     try
@@ -224,7 +223,7 @@ std::string MakeUserTicket(const std::optional<std::filesystem::path>& file,
     }
     catch (const base::exception::HresultError&)
     {
-        throw std::runtime_error(file ? ToUtf8Path(*file) + ": is not a print ticket"
+        throw std::runtime_error(file ? opc::ToUtf8Path(*file) + ": is not a print ticket"
                                       : "the built-in ticket cannot be read");
     }
     if (!overrides.orientation && !overrides.media && !overrides.limits)

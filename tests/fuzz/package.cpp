@@ -3,7 +3,7 @@
 #include <unistd.h>
 
 #include "fuzz/bytes.h"
-#include "host/fileerror.h"
+#include "host/opc/files.h"
 #include "host/opc/package.h"
 #include "host/opc/packagewriter.h"
 #include "host/xps/xpsdocument.h"
@@ -34,7 +34,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
     {
         ReadAndCopy(path);
     }
-    catch (const host::FileError&)
+    catch (const host::opc::FileError&)
     {
     }
     unlink(path.c_str());

@@ -8,7 +8,7 @@
 
 #include <gtest/gtest.h>
 
-#include "host/fileerror.h"
+#include "host/opc/files.h"
 #include "host/opc/package.h"
 #include "host/opc/partname.h"
 #include "support/table.h"
@@ -30,7 +30,7 @@ inline const std::string kNoFault = "(no fault)";
 
 /// The text of the failure that `act` throws, without the file that it is about; kNoFault where it throws
 /// none.
-template <typename Failure = FileError, typename Action>
+template <typename Failure = opc::FileError, typename Action>
 std::string FaultOf(Action&& act)
 {
     try
@@ -39,7 +39,7 @@ std::string FaultOf(Action&& act)
     }
     catch (const Failure& fault)
     {
-        if constexpr (std::is_base_of_v<FileError, Failure>)
+        if constexpr (std::is_base_of_v<opc::FileError, Failure>)
         {
             return fault.Reason();
         }

@@ -11,7 +11,7 @@
 
 // The program's own main function, under another name.
 #define wmain RunHost
-#include "host/main.cpp" // NOLINT(bugprone-suspicious-include): its main function is a part of no library.
+#include "host/app/main.cpp" // NOLINT(bugprone-suspicious-include): its main function is a part of no library.
 #undef wmain
 
 namespace

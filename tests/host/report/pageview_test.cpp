@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "host/report/pagedrawing.h"
+#include "host/report/html/pagedrawing.h"
 
 namespace host::report
 {
@@ -38,7 +38,7 @@ TEST(PageDrawing, TellsTurnsApart)
     };
     for (const auto& [transform, words] : table)
     {
-        EXPECT_EQ(DescribeTransform(transform), words);
+        EXPECT_EQ(html::DescribeTransform(transform), words);
     }
 }
 } // namespace

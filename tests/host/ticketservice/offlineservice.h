@@ -6,7 +6,7 @@
 
 #include "base/utility/comobject.h"
 #include "host/pipeline/filtermodule.h"
-#include "host/tickets/printticketlibrary.h"
+#include "host/pipeline/printticketlibrary.h"
 #include "host/ticketservice/ticketservice.h"
 #include "platform/win32.h"
 #include "tests/host/testpackages.h"
@@ -21,7 +21,7 @@ struct OfflineService
     /// Loaded once for all tests.
     static const OfflineService& Get();
 
-    tickets::PrintTicketLibrary functions{OFFLINE_SERVICE_PATH};
+    pipeline::PrintTicketLibrary functions{OFFLINE_SERVICE_PATH};
     pipeline::LoadedLibrary library{OFFLINE_SERVICE_PATH};
     SetDeviceDescriptionFunction describe =
         library.Find<decltype(SetDeviceDescription)>("SetDeviceDescription");

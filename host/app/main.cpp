@@ -1,0 +1,62 @@
+#include <exception>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "base/utility/utf8.h"
+#include "host/app/commandline.h"
+#include "host/app/commands.h"
+#include "host/app/console.h"
+#include "host/app/interrupt.h"
+#include "host/xml/text.h"
+
+namespace host::app
+{
+namespace
+{
+template <typename JobCommand>
+ExitStatus Perform(const JobCommand& command, Console& console)
+{
+    try
+    {
+        return Execute(command, console);
+    }
+    catch (const InterruptedError& stop)
+    {
+        console.PrintError(std::string("xpsfilterhost: ") + stop.what() + "\n");
+        return ExitStatus::FilterFailed;
+    }
+    catch (const std::exception& failure)
+    {
+        console.PrintError(xml::ToOneLine(std::string("xpsfilterhost: ") + failure.what()) + "\n");
+    }
+    return ExitStatus::Unusable;
+}
+
+ExitStatus Perform(const Notice& notice, Console& console)
+{
+    notice.status == ExitStatus::Done ? console.PrintOut(notice.text) : console.PrintError(notice.text);
+    return notice.status;
+}
+} // namespace
+} // namespace host::app
+
+// NOLINTNEXTLINE(readability-identifier-naming): the runtime library gives the name.
+int wmain(int count, wchar_t** arguments)
+{
+    std::vector<std::string> texts;
+    for (int index = 1; index < count; ++index)
+    {
+        texts.push_back(base::utility::ToUtf8(arguments[index]));
+    }
+    host::app::Console console;
+    const auto command = host::app::ParseCommandLine(texts);
+    host::app::ExitStatus status =
+        std::visit([&](const auto& what) { return host::app::Perform(what, console); }, command);
+    if (console.HasLostText() && status == host::app::ExitStatus::Done)
+    {
+        console.PrintError("xpsfilterhost: the standard output cannot be written\n");
+        status = host::app::ExitStatus::Unusable;
+    }
+    return static_cast<int>(status);
+}

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstddef>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/job/expectedoutcome.h"
+#include "host/job/joboptions.h"
+
+namespace host::job
+{
+/// A document, the setting in which the filter is run over it, and what is to become of it.
+struct Case
+{
+    /// Of the table, from 1 on.
+    std::size_t line = 0;
+    std::filesystem::path document;
+    JobSetting setting;
+    /// As the table has them, for messages.
+    std::string title;
+    Course expected;
+};
+
+/// A line that cannot be understood, and why.
+struct LineFault
+{
+    std::size_t line = 0;
+    std::string reason;
+};
+
+struct CaseTable
+{
+    std::vector<Case> cases;
+    std::vector<LineFault> faults;
+};
+
+/// Reads a table in UTF-8, with a byte-order mark or without: a case a line, its columns between "|" in any
+/// width: document, options of `run`, device description, expected course. "#" at the start of a line or
+/// after a blank starts a comment. Relative paths start at `folder`.
+CaseTable ReadCaseTable(std::string_view text, const std::filesystem::path& folder);
+} // namespace host::job

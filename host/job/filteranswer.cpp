@@ -1,0 +1,68 @@
+#include "host/job/filteranswer.h"
+
+#include <vector>
+
+#include "host/app/console.h"
+#include "host/opc/package.h"
+#include "host/opc/packageerror.h"
+#include "host/pipeline/resulttext.h"
+#include "host/xml/elementreader.h"
+#include "host/xml/text.h"
+#include "host/xps/xpsdocument.h"
+
+namespace host::job
+{
+namespace
+{
+std::string Describe(HRESULT result)
+{
+    return pipeline::FormatResult(result) + ": " + xml::ToOneLine(pipeline::DescribeResult(result));
+}
+} // namespace
+
+void ThrowPackageFault(const std::filesystem::path& input, const FilterOutcome& outcome)
+{
+    const opc::Package package(input);
+    const auto part = opc::PartName::FromItem(outcome.part);
+    if (!part || !package.Has(*part))
+    {
+        return;
+    }
+    std::vector<opc::PartName> suspects{*part};
+    if (const auto ticket = xps::FindPrintTicket(package, *part))
+    {
+        suspects.push_back(*ticket);
+    }
+    for (const opc::PartName& suspect : suspects)
+    {
+        const std::string fault = xml::FindMarkupFault(package.Read(suspect));
+        if (!fault.empty())
+        {
+            throw opc::PackageError(
+                input, suspect.Text(), fault + " (the filter answered " + Describe(outcome.result) + ")");
+        }
+    }
+}
+
+std::string DescribeFailure(const FilterOutcome& outcome)
+{
+    const std::string at = outcome.part.empty() ? "" : outcome.part + ": ";
+    if (!outcome.markupFault.empty())
+    {
+        return at + "the filter failed with " + pipeline::FormatResult(outcome.result) + ": the new markup " +
+               xml::ToOneLine(outcome.markupFault) + "; --accept-malformed takes it all the same";
+    }
+    const std::string what = outcome.debt.empty() ? "failed with" : outcome.debt + ":";
+    return at + "the filter " + what + " " + Describe(outcome.result);
+}
+
+std::string DescribeLeftover(const FilterOutcome& outcome)
+{
+    if (outcome.keptObjects == 0 && !outcome.isModuleInUse)
+    {
+        return {};
+    }
+    return "the filter keeps " + xml::CountOf(outcome.keptObjects, "object") + " of the pipeline" +
+           (outcome.isModuleInUse ? ", and its module is still in use" : "");
+}
+} // namespace host::job

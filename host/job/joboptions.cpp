@@ -1,0 +1,123 @@
+#include "host/job/joboptions.h"
+
+#include <stdexcept>
+
+#include <CLI/CLI.hpp>
+
+#include "host/opc/files.h"
+
+namespace host::job
+{
+namespace
+{
+void Assign(std::optional<std::string>& value, const std::string& text)
+{
+    value = text;
+}
+
+void Assign(std::filesystem::path& value, const std::string& text)
+{
+    value = opc::FromUtf8Path(text);
+}
+
+void Assign(std::optional<std::filesystem::path>& value, const std::string& text)
+{
+    value = opc::FromUtf8Path(text);
+}
+
+template <typename Value>
+CLI::Option* AddTextTo(CLI::App& command, const char* name, Value& value, const char* description)
+{
+    return command
+        .add_option_function<std::string>(
+            name, [&value](const std::string& text) { Assign(value, text); }, description)
+        ->check([](const std::string& text) { return std::string(text.empty() ? "must not be empty" : ""); });
+}
+} // namespace
+
+CLI::Option* AddText(CLI::App& command,
+                     const char* name,
+                     std::optional<std::string>& value,
+                     const char* description)
+{
+    return AddTextTo(command, name, value, description);
+}
+
+CLI::Option* AddText(CLI::App& command,
+                     const char* name,
+                     std::filesystem::path& value,
+                     const char* description)
+{
+    return AddTextTo(command, name, value, description);
+}
+
+CLI::Option* AddText(CLI::App& command,
+                     const char* name,
+                     std::optional<std::filesystem::path>& value,
+                     const char* description)
+{
+    return AddTextTo(command, name, value, description);
+}
+
+void AddModule(CLI::App& command, std::optional<std::filesystem::path>& module)
+{
+    AddText(command, "--module", module, "The filter's DLL (default: the one beside this program)")
+        ->type_name("FILE");
+}
+
+void AddSetting(CLI::App& command, job::JobSetting& setting)
+{
+    AddText(
+        command, "--user-ticket", setting.userTicket, "The user's print ticket (default: Letter, upright)")
+        ->type_name("FILE");
+    CLI::Option* const device = AddText(command,
+                                        "--device",
+                                        setting.device,
+                                        "The device, as a print capabilities document (default: built-in)")
+                                    ->type_name("FILE");
+    AddText(command, "--printer", setting.printer, "A printer of the spooler, with the platform's provider")
+        ->type_name("NAME")
+        ->excludes(device);
+    command.add_option("--tessel-type", setting.tesselType, "The driver's page-description type: 1, 7 or 76")
+        ->type_name("N");
+    AddText(command,
+            "--ns-prefix",
+            setting.privatePrefix,
+            "The driver's private namespace prefix (default: ns0000)")
+        ->type_name("P");
+    tickets::TicketOverrides& overrides = setting.overrides;
+    AddText(command, "--orientation", overrides.orientation, "What if: the user's PageOrientation")
+        ->type_name("NAME");
+    AddText(
+        command, "--media", overrides.media, "What if: the user's PageMediaSize, as ISOA4 or 210x297 (mm)")
+        ->type_name("MEDIA");
+    AddText(command, "--limits", overrides.limits, "What if: the printable sheets, MINWxMINH-MAXWxMAXH (mm)")
+        ->type_name("LIMITS");
+}
+
+void AddAcceptMalformed(CLI::App& command, bool& acceptsMalformed)
+{
+    command.add_flag(
+        "--accept-malformed", acceptsMalformed, "Take a page whose new markup is malformed all the same");
+}
+
+JobSetting ParseSetting(const std::string& options)
+{
+    JobSetting setting;
+    CLI::App app;
+    app.allow_windows_style_options(false);
+    app.set_help_flag();
+    AddSetting(app, setting);
+    AddModule(app, setting.module);
+    AddAcceptMalformed(app, setting.acceptsMalformed);
+    try
+    {
+        app.parse(options);
+    }
+    catch (const CLI::ParseError& fault)
+    {
+        throw std::runtime_error(fault.what());
+    }
+    return setting;
+}
+} // namespace host::job

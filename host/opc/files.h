@@ -1,0 +1,32 @@
+#pragma once
+
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace host::opc
+{
+/// Paths as the user types and reads them: UTF-8 on every system.
+std::string ToUtf8Path(const std::filesystem::path& path);
+std::filesystem::path FromUtf8Path(std::string_view text);
+
+/// A file that cannot be read or written. The text names it and says why: "out.xps: cannot be written".
+class FileError : public std::runtime_error
+{
+public:
+    FileError(const std::filesystem::path& file, const std::string& reason)
+        : std::runtime_error(ToUtf8Path(file) + ": " + reason), m_reason(reason)
+    {
+    }
+
+    /// The text without the file, for a message that has named it already.
+    const std::string& Reason() const noexcept { return m_reason; }
+
+private:
+    std::string m_reason;
+};
+
+/// Throws FileError when the file cannot be read.
+std::string ReadFileBytes(const std::filesystem::path& file);
+} // namespace host::opc

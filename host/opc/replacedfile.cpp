@@ -1,0 +1,51 @@
+#include "host/opc/replacedfile.h"
+
+#include <cstdio>
+#include <system_error>
+#include <utility>
+
+#include "host/opc/files.h"
+
+namespace host::opc
+{
+ReplacedFile::ReplacedFile(std::filesystem::path target)
+    : m_target(std::move(target)), m_temporary(opc::CreateTemporaryFile(m_target, opc::OnClose::Keep))
+{
+}
+
+ReplacedFile::~ReplacedFile()
+{
+    m_temporary.file.reset();
+    std::error_code ignored;
+    std::filesystem::remove(m_temporary.path, ignored);
+}
+
+void ReplacedFile::Write(std::string_view bytes)
+{
+    if (std::fwrite(bytes.data(), 1, bytes.size(), m_temporary.file.get()) != bytes.size())
+    {
+        Fail();
+    }
+}
+
+void ReplacedFile::Commit()
+{
+    // What is written last may find the disk full.
+    const bool isWritten = std::fflush(m_temporary.file.get()) == 0;
+    m_temporary.file.reset();
+    std::error_code failure;
+    if (isWritten)
+    {
+        std::filesystem::rename(m_temporary.path, m_target, failure);
+    }
+    if (!isWritten || failure)
+    {
+        Fail();
+    }
+}
+
+void ReplacedFile::Fail() const
+{
+    throw FileError(m_target, "cannot be written");
+}
+} // namespace host::opc

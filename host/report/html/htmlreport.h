@@ -1,0 +1,70 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/opc/spillfile.h"
+#include "host/report/decisioncounts.h"
+#include "host/report/html/pageblock.h"
+
+namespace host::report::html
+{
+/// A row of the report's first table; `html` is escaped already.
+struct SummaryRow
+{
+    std::string title;
+    std::string html;
+};
+
+/// A page of HTML that tells what became of each page of a job, whole in itself: no other file, no network,
+/// and a script for nothing but hiding pages. It grows page by page in a temporary file, so that a long job
+/// takes no memory, and appears under its name with Finish only. Not safe for use on several threads at once.
+class HtmlReport
+{
+public:
+    /// Throws opc::FileError when there can be no file of this name, as all below do when the disk is full.
+    explicit HtmlReport(std::filesystem::path target);
+
+    /// Of a page with details, in the order of the job. COM must be initialised on the thread.
+    void AddPage(const PageReport& page, const CallList& calls);
+
+    /// Of the same page in another run over the output.
+    void AddAgain(const PageReport& page);
+
+    void AddFailure(const Failure& failure, const CallList& calls);
+
+    const DecisionCounts& Decisions() const noexcept { return m_decisions; }
+    bool HasFailed() const noexcept { return m_hasFailed; }
+
+    /// To be called once.
+    void Finish(const std::string& title, const std::vector<SummaryRow>& summary);
+
+private:
+    /// A piece of the temporary file.
+    struct Piece
+    {
+        std::uint64_t offset = 0;
+        std::size_t size = 0;
+    };
+
+    struct Block
+    {
+        Piece head;
+        Piece rest;
+        Piece again;
+    };
+
+    Piece Keep(std::string_view html);
+    std::string Load(const Piece& piece);
+    std::string FormatFilter() const;
+
+    std::filesystem::path m_target;
+    opc::SpillFile m_pieces;
+    std::vector<Block> m_blocks;
+    DecisionCounts m_decisions;
+    bool m_hasFailed = false;
+};
+} // namespace host::report::html

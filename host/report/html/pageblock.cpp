@@ -1,0 +1,313 @@
+#include "host/report/html/pageblock.h"
+
+#include <algorithm>
+#include <string_view>
+#include <vector>
+
+#include "host/report/html/htmltext.h"
+#include "host/report/html/pagedrawing.h"
+#include "host/report/pageview.h"
+#include "host/report/secondrun.h"
+#include "host/tickets/ticketdiff.h"
+#include "host/tickets/ticketlisting.h"
+#include "host/ticketservice/printschema.h"
+#include "host/xml/text.h"
+
+namespace host::report::html
+{
+namespace
+{
+std::vector<const char*> KindsOf(Decision decision)
+{
+    switch (decision)
+    {
+    case Decision::Turned:
+        return {"turned"};
+    case Decision::Refitted:
+        return {"refitted"};
+    case Decision::TurnedAndRefitted:
+        return {"turned", "refitted"};
+    case Decision::Passed:
+        break;
+    }
+    return {"passed"};
+}
+
+std::string Tag(const char* kind, const char* text)
+{
+    return std::string(" <span class=\"tag ") + kind + "\">" + text + "</span>";
+}
+
+/// "215.9 x 279.4 mm", and the same in pixels below it.
+std::string FormatMeasure(const MillimetreBox& box)
+{
+    std::string text = xml::FormatNumber(box.width) + " &#215; " + xml::FormatNumber(box.height) + " mm";
+    if (box.left != 0.0 || box.top != 0.0)
+    {
+        text += "<span class=\"what\">at " + xml::FormatNumber(box.left) + ", " + xml::FormatNumber(box.top) +
+                " mm</span>";
+    }
+    return text + "<span class=\"what\">" + xml::FormatNumber(ToPixels(box.width)) + " &#215; " +
+           xml::FormatNumber(ToPixels(box.height)) + " px</span>";
+}
+
+std::string FormatMeasure(const std::optional<MillimetreBox>& box)
+{
+    return box ? FormatMeasure(*box) : "not known";
+}
+
+/// A table of what the drawings show, with a column for each of them.
+class MeasureTable
+{
+public:
+    explicit MeasureTable(const PageReport& page)
+        : m_hasAfter(Decide(page) != Decision::Passed), m_before(ViewBefore(page)), m_after(ViewAfter(page))
+    {
+        m_html = "<table class=\"measures\"><thead><tr><th scope=\"col\">Measure</th>";
+        m_html += m_hasAfter ? "<th scope=\"col\">Before</th><th scope=\"col\">After</th>"
+                             : "<th scope=\"col\">Before and after</th>";
+        m_html += "</tr></thead><tbody>";
+        const tickets::SheetFacts& given = page.given ? *page.given : page.asked;
+        AddRow("sheet", "Sheet", [&](const PageView& view) {
+            return EscapeHtmlName(&view == &m_before ? page.asked.mediaName : given.mediaName) + "<br>" +
+                   FormatMeasure(view.sheet);
+        });
+        AddRow("page-box", "Page box", [](const PageView& view) { return FormatMeasure(view.page); });
+        AddRow("imageable", "Imageable area", [](const PageView& view) {
+            return FormatMeasure(view.imageable);
+        });
+        AddRow("largest", "Upper limit", [](const PageView& view) { return FormatMeasure(view.largest); });
+        AddRow("smallest", "Lower limit", [](const PageView& view) { return FormatMeasure(view.smallest); });
+        m_html += "</tbody></table>";
+    }
+
+    const std::string& Html() const noexcept { return m_html; }
+
+private:
+    template <typename Measure>
+    void AddRow(const std::string& kind, const char* title, Measure&& measure)
+    {
+        m_html += "<tr><th scope=\"row\" class=\"stroke " + kind + "\">" + title + "</th><td>" +
+                  measure(m_before) + "</td>";
+        m_html += m_hasAfter ? "<td>" + measure(m_after) + "</td></tr>" : "</tr>";
+    }
+
+    bool m_hasAfter;
+    PageView m_before;
+    PageView m_after;
+    std::string m_html;
+};
+
+std::string DescribeScaling(const tickets::SheetFacts& ticket)
+{
+    const auto& scale = ticket.scale;
+    if (scale.widthPercent <= 0)
+    {
+        return EscapeHtmlName(ticket.scaling);
+    }
+    constexpr double micrometres = 1000.0;
+    return EscapeHtmlName(ticket.scaling) + ", " + std::to_string(scale.widthPercent) + " &#215; " +
+           std::to_string(scale.heightPercent) + " %, offset " +
+           xml::FormatNumber(scale.offsetWidthMicrometres / micrometres) + " and " +
+           xml::FormatNumber(scale.offsetHeightMicrometres / micrometres) + " mm";
+}
+
+std::string FormatMarkupFault(const PageReport& page)
+{
+    return page.markupFault.empty() ? ""
+                                    : "<p><b>Malformed, and taken all the same:</b> " +
+                                          EscapeHtml(ExplainMarkupFault(page)) + ".</p>";
+}
+
+/// How the content is moved, by the markup and by the ticket.
+std::string FormatMovement(const PageReport& page)
+{
+    std::string html;
+    if (page.isMarkupReplaced)
+    {
+        html += "<p><b>Transform:</b> ";
+        if (const auto& transform = page.details->transform)
+        {
+            std::string matrix;
+            for (const double element : *transform)
+            {
+                matrix += (matrix.empty() ? "" : ", ") + xml::FormatNumber(element);
+            }
+            html += CodeOf(matrix) + ", " + DescribeTransform(*transform) + ". The page of " +
+                    FormatPageSize(page.before) + " px becomes one of " + FormatPageSize(page.after) +
+                    " px.</p>";
+        }
+        else
+        {
+            html += "not to be found at the start of the new markup.</p>";
+        }
+    }
+    if (page.given)
+    {
+        const std::string before = DescribeScaling(page.asked);
+        const std::string after = DescribeScaling(*page.given);
+        html += "<p><b>Scaling, for the printer to do:</b> " +
+                (before == after ? "stays " + after : before + " becomes " + after) + ".</p>";
+    }
+    return html;
+}
+
+std::string FormatFigure(const char* caption, const std::string& drawing)
+{
+    return std::string("<figure><figcaption>") + caption + "</figcaption>" + drawing + "</figure>";
+}
+
+std::string FormatDrawings(const PageReport& page)
+{
+    const PageDrawings drawings = DrawPage(page);
+    return "<div class=\"drawings\">" +
+           (drawings.after.empty()
+                ? FormatFigure("Before and after", drawings.before)
+                : FormatFigure("Before", drawings.before) + FormatFigure("After", drawings.after)) +
+           MeasureTable(page).Html() + "</div>";
+}
+
+const char* NameOf(tickets::TicketChange change)
+{
+    switch (change)
+    {
+    case tickets::TicketChange::Same:
+        return "unchanged";
+    case tickets::TicketChange::Changed:
+        return "changed";
+    case tickets::TicketChange::Added:
+        return "added";
+    case tickets::TicketChange::WrittenOut:
+        return "written out as in force";
+    case tickets::TicketChange::Removed:
+        return "removed";
+    }
+    return "";
+}
+
+std::string FormatCell(const std::optional<std::string>& value, bool isMarked, const std::string& instead)
+{
+    if (!value)
+    {
+        return "<td class=\"quiet\">" + instead + "</td>";
+    }
+    return isMarked ? "<td><mark>" + EscapeHtmlName(*value) + "</mark></td>"
+                    : "<td>" + EscapeHtmlName(*value) + "</td>";
+}
+
+std::string FormatDifference(const tickets::TicketDifference& difference)
+{
+    const bool isMarked = difference.change == tickets::TicketChange::Changed ||
+                          difference.change == tickets::TicketChange::Added ||
+                          difference.change == tickets::TicketChange::Removed;
+    std::string absent = "not set";
+    if (difference.inForce)
+    {
+        absent += ", in force: " + EscapeHtmlName(*difference.inForce);
+    }
+    return "<tr><th scope=\"row\">" + EscapeHtmlName(difference.path) + "<span class=\"what\">" +
+           NameOf(difference.change) + "</span></th>" + FormatCell(difference.before, isMarked, absent) +
+           FormatCell(difference.after, isMarked, "not set") + "</tr>";
+}
+
+template <typename Wanted>
+std::string FormatDifferences(const std::vector<tickets::TicketDifference>& differences, Wanted&& isWanted)
+{
+    std::string html =
+        "<table class=\"diff\"><thead><tr><th scope=\"col\">Setting</th><th scope=\"col\">Before</th>"
+        "<th scope=\"col\">After</th></tr></thead><tbody>";
+    for (const tickets::TicketDifference& difference : differences)
+    {
+        html += isWanted(difference) ? FormatDifference(difference) : "";
+    }
+    return html + "</tbody></table>";
+}
+
+std::string FormatTicketDiff(const PageDetails& details)
+{
+    const auto differences =
+        tickets::CompareTickets(details.ownTicket, details.effectiveTicket, details.newTicket);
+    const auto isQuiet = [](const tickets::TicketDifference& difference) {
+        return difference.change == tickets::TicketChange::Same ||
+               difference.change == tickets::TicketChange::WrittenOut;
+    };
+    const auto quiet =
+        static_cast<std::size_t>(std::count_if(differences.begin(), differences.end(), isQuiet));
+    std::string html = FormatDifferences(differences, [&](const auto& each) { return !isQuiet(each); });
+    if (quiet > 0)
+    {
+        html += "<details class=\"unchanged\"><summary>" + xml::CountOf(quiet, "setting") +
+                (quiet == 1 ? " keeps its value" : " keep their values") + "</summary>" +
+                FormatDifferences(differences, isQuiet) + "</details>";
+    }
+    return html;
+}
+
+std::string FormatTicket(const PageReport& page)
+{
+    std::string html = "<h4>Print ticket</h4>";
+    const std::string old = page.oldTicket.empty() ? "No ticket of its own" : CodeOf(page.oldTicket);
+    try
+    {
+        html += page.newTicket.empty()
+                    ? "<p>" + old + (page.oldTicket.empty() ? ", and none is given.</p>" : " stays.</p>")
+                    : "<p>" + old + " &#8594; " + CodeOf(page.newTicket) + "</p>" +
+                          FormatTicketDiff(*page.details);
+        html += "<details><summary>Settings in force for the page as it came</summary><pre tabindex=\"0\">" +
+                EscapeHtmlLines(tickets::ListTicket(page.details->effectiveTicket)) + "</pre></details>";
+    }
+    catch (const ticketservice::FormatError& fault)
+    {
+        html += "<p>The tickets cannot be compared: " + EscapeHtml(fault.what()) + "</p>";
+    }
+    return html;
+}
+
+std::string FormatCalls(const CallList& calls, const char* state)
+{
+    std::string html = std::string("<details class=\"calls\"") + state + "><summary>" +
+                       xml::CountOf(calls.Count(), "pipeline call") + "</summary><pre tabindex=\"0\">" +
+                       calls.Text();
+    if (calls.LeftOut() > 0)
+    {
+        html += "... and " + std::to_string(calls.LeftOut()) + " more";
+    }
+    return html + "</pre></details>";
+}
+} // namespace
+
+PageBlock FormatPageBlock(const PageReport& page, const CallList& calls)
+{
+    const std::string number = std::to_string(page.number);
+    std::string classes = "page";
+    std::string tags;
+    for (const char* kind : KindsOf(Decide(page)))
+    {
+        classes += std::string(" ") + kind;
+        tags += Tag(kind, kind);
+    }
+    tags += page.markupFault.empty() ? "" : Tag("failed", "malformed");
+    PageBlock block;
+    block.head = "<section class=\"" + classes + "\" id=\"page-" + number + "\"><h3>Page " + number + tags +
+                 "</h3><p class=\"quiet\">" + CodeOf(page.part) + "</p><p><b>Why:</b> " +
+                 EscapeHtml(ExplainDecision(page)) + ".</p>" + FormatMarkupFault(page);
+    block.rest = FormatDrawings(page) + FormatMovement(page) + FormatTicket(page) + FormatCalls(calls, "") +
+                 "</section>\n";
+    return block;
+}
+
+std::string FormatAgainBlock(const PageReport& again)
+{
+    return "<p class=\"again\"><b>Run again:</b>" +
+           Tag(IsStable(again) ? "stable" : "changes", NameAgain(again).c_str()) + " " +
+           EscapeHtml(ExplainAgain(again)) + ".</p>";
+}
+
+std::string FormatFailureBlock(const Failure& failure, const CallList& calls)
+{
+    return "<section class=\"page failed\" id=\"failed\"><h3>" +
+           (failure.part.empty() ? "Before the first part" : "At " + CodeOf(failure.part)) +
+           Tag("failed", "failed") + "</h3><p><b>Why:</b> " + EscapeHtml(failure.reason) + "</p>" +
+           FormatCalls(calls, " open") + "</section>\n";
+}
+} // namespace host::report::html

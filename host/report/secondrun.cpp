@@ -1,0 +1,43 @@
+#include "host/report/secondrun.h"
+
+namespace host::report
+{
+bool IsJudged(const PageReport& page)
+{
+    return page.markupFault.empty();
+}
+
+bool IsStable(const PageReport& page)
+{
+    return IsJudged(page) && !page.isMarkupReplaced && page.newTicket.empty();
+}
+
+std::string NameAgain(const PageReport& page)
+{
+    if (!IsJudged(page))
+    {
+        return "not judged";
+    }
+    if (IsStable(page))
+    {
+        return "stable";
+    }
+    const Decision decision = Decide(page);
+    return std::string("would be ") +
+           (decision == Decision::Passed ? "given another ticket" : NameOf(decision));
+}
+
+std::string ExplainAgain(const PageReport& page)
+{
+    if (!IsJudged(page))
+    {
+        return ExplainMarkupFault(page);
+    }
+    if (IsStable(page))
+    {
+        return ExplainDecision(page);
+    }
+    return page.asked.mediaName + " " + tickets::FormatSheet(page.asked.media) + " mm; " +
+           ExplainDecision(page);
+}
+} // namespace host::report

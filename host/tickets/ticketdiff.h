@@ -1,0 +1,42 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace host::tickets
+{
+enum class TicketChange
+{
+    Same,
+    Changed,
+    Added,
+    /// The ticket did not say so, but the value was in force already.
+    WrittenOut,
+    Removed
+};
+
+/// One setting of two tickets.
+struct TicketDifference
+{
+    TicketChange change = TicketChange::Same;
+    /// "PageMediaSize / MediaSizeWidth": features, properties and parameters from the root on.
+    std::string path;
+    /// What the tickets set it to; empty for one that does not have it.
+    std::optional<std::string> before;
+    std::optional<std::string> after;
+    /// What held before for a setting that the ticket itself did not have.
+    std::optional<std::string> inForce;
+};
+
+/// Compares tickets setting by setting, whatever their prefixes and the order of their elements: first in the
+/// order of the new ticket, then what only the old one has. Either may be empty, for none. `effective` is
+/// what held before. Throws ticketservice::FormatError for what is no print ticket. COM must be initialised
+/// on the thread.
+std::vector<TicketDifference> CompareTickets(const std::string& before,
+                                             const std::string& effective,
+                                             const std::string& after);
+
+/// What a ticket's feature selects, as it is shown to people; empty for a ticket without it.
+std::optional<std::string> FindOption(const std::string& ticket, const std::string& feature);
+} // namespace host::tickets
