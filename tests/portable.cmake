@@ -9,7 +9,7 @@ add_suite(
             base/xps/pagetransform_test.cpp
             host/opc/packagewriter_test.cpp
             host/opc/partname_test.cpp
-            host/xml/elementreader_test.cpp
+            host/xml/reader_test.cpp
             host/xps/xpsdocument_test.cpp
     TESTS_OF xps host_xps)
 add_dependencies(portable_tests test_packages)

@@ -14,24 +14,18 @@
 #include "host/job/jobenvironment.h"
 #include "host/opc/files.h"
 #include "host/opc/packageerror.h"
+#include "host/xml/encoding.h"
 #include "host/xml/text.h"
 
 namespace host::app
 {
 namespace
 {
-bool IsUtf8(std::string_view bytes)
-{
-    return bytes.empty() ||
-           MultiByteToWideChar(
-               CP_UTF8, MB_ERR_INVALID_CHARS, bytes.data(), static_cast<int>(bytes.size()), nullptr, 0) > 0;
-}
-
 /// Throws opc::FileError for a table that is no text, which would have a fault in each of its lines.
 job::CaseTable ReadTable(const std::filesystem::path& file)
 {
     const std::string bytes = opc::ReadFileBytes(file);
-    if (!IsUtf8(bytes) || bytes.find('\0') != bytes.npos)
+    if (!xml::IsUtf8(bytes) || bytes.find('\0') != bytes.npos)
     {
         throw opc::FileError(file, "is not a text in UTF-8");
     }

@@ -11,8 +11,8 @@
 #include "host/pipeline/printer.h"
 #include "host/pipeline/resulttext.h"
 #include "host/tickets/ticketbytes.h"
+#include "host/tickets/ticketdocument.h"
 #include "host/tickets/ticketlisting.h"
-#include "host/ticketservice/printschema.h"
 #include "host/xps/xpsdocument.h"
 #include "host/xps/xpsvocabulary.h"
 
@@ -108,7 +108,7 @@ void ListTickets(const opc::Package& package,
                   tickets::ListTicketWithOrigins(tickets::SaveBytes(tickets.GetEffective().Get()),
                                                  layers.All()));
         }
-        catch (const ticketservice::FormatError& fault)
+        catch (const xml::MarkupError& fault)
         {
             throw opc::PackageError(package.Path(), CulpritOf(*part).Text(), fault.what());
         }

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "host/xml/text.h"
+#include "host/xml/encoding.h"
 
 namespace host::diff
 {

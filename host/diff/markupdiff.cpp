@@ -8,8 +8,8 @@
 #include "host/diff/elementpath.h"
 #include "host/diff/excerpt.h"
 #include "host/diff/itemroll.h"
-#include "host/ticketservice/printschema.h"
-#include "host/xml/elementreader.h"
+#include "host/tickets/ticketdocument.h"
+#include "host/xml/prefixscope.h"
 
 namespace host::diff
 {
@@ -23,63 +23,64 @@ std::string QualifiedName(std::string_view namespaceUri, std::string_view localN
                                 : "{" + std::string(namespaceUri) + "}" + std::string(localName);
 }
 
-/// The prefixes that are declared where the reading stands.
-class PrefixScope
+/// "psk:ISOA4" as "ISOA4 in " its namespace; any other text as it stands.
+std::string Expand(const std::string& text, const xml::PrefixScope& scope)
+{
+    const std::size_t colon = text.find(':');
+    const std::string* const namespaceUri = colon == text.npos ? nullptr : scope.Find(text.substr(0, colon));
+    return namespaceUri == nullptr ? text : text.substr(colon + 1) + " in " + *namespaceUri;
+}
+
+/// Forwards tags and text as items.
+class ItemListener final : public xml::Listener
 {
 public:
-    void Enter(const xml::Element& element)
+    explicit ItemListener(const std::function<void(const Item&)>& onItem) : m_onItem(onItem) {}
+
+    bool WantsText() const override { return true; }
+
+    void OnStart(xml::Element element) override
     {
-        std::erase_if(m_bindings, [&](const auto& binding) { return binding.first >= element.depth; });
-        for (const xml::PrefixBinding& binding : element.prefixes)
-        {
-            m_bindings.emplace_back(element.depth, binding);
-        }
-    }
-
-    /// "psk:ISOA4" as "ISOA4 in " its namespace; any other text as it stands.
-    std::string Expand(const std::string& text) const
-    {
-        const std::size_t colon = text.find(':');
-        if (colon == text.npos)
-        {
-            return text;
-        }
-        const std::string prefix = text.substr(0, colon);
-        const auto found = std::find_if(m_bindings.rbegin(), m_bindings.rend(), [&](const auto& binding) {
-            return binding.second.prefix == prefix;
-        });
-        return found == m_bindings.rend() ? text
-                                          : text.substr(colon + 1) + " in " + found->second.namespaceUri;
-    }
-
-private:
-    std::vector<std::pair<int, xml::PrefixBinding>> m_bindings;
-};
-
-void ReadItems(std::string_view markup, const std::function<void(Item&&)>& onItem)
-{
-    PrefixScope prefixes;
-    const auto takeElement = [&](const xml::Element& element) {
-        prefixes.Enter(element);
+        m_scope.Enter(element);
+        m_depth = element.depth + 1;
         Item item{element.depth, QualifiedName(element.namespaceUri, element.localName), {}, {}};
         for (const xml::Attribute& attribute : element.attributes)
         {
             const bool isName =
-                element.namespaceUri == ticketservice::kFrameworkNamespace && attribute.localName == "name";
-            const bool isType = attribute.namespaceUri == ticketservice::kSchemaInstanceNamespace &&
-                                attribute.localName == "type";
+                element.namespaceUri == tickets::kFrameworkNamespace && attribute.localName == "name";
+            const bool isType =
+                attribute.namespaceUri == tickets::kSchemaInstanceNamespace && attribute.localName == "type";
             item.attributes.emplace(QualifiedName(attribute.namespaceUri, attribute.localName),
-                                    isName || isType ? prefixes.Expand(attribute.value) : attribute.value);
+                                    isName || isType ? Expand(attribute.value, m_scope) : attribute.value);
         }
-        onItem(std::move(item));
-    };
-    const auto takeText = [&](const std::string& text, int depth) {
+        m_onItem(item);
+    }
+
+    void OnEnd() override
+    {
+        --m_depth;
+        m_scope.Leave();
+    }
+
+    void OnText(const std::string& text) override
+    {
         if (text.find_first_not_of(kBlanks) != text.npos)
         {
-            onItem({depth + 1, {}, text, {}});
+            m_onItem({m_depth, {}, text, {}});
         }
-    };
-    xml::ReadMarkup(markup, takeElement, takeText);
+    }
+
+private:
+    const std::function<void(const Item&)>& m_onItem;
+    xml::PrefixScope m_scope;
+    // That of what stands directly in the innermost open element.
+    int m_depth = 0;
+};
+
+void ReadItems(std::string_view markup, const std::function<void(const Item&)>& onItem)
+{
+    ItemListener listener(onItem);
+    xml::Reader().Read(markup, listener);
 }
 
 std::string DescribeItem(const Item* item)
@@ -192,9 +193,9 @@ private:
 std::optional<std::string> FindMarkupDifference(std::string_view one, std::string_view other)
 {
     ItemRoll items;
-    ReadItems(one, [&](Item&& item) { items.Append(item); });
+    ReadItems(one, [&](const Item& item) { items.Append(item); });
     Comparison comparison(items);
-    ReadItems(other, [&](Item&& item) { comparison.Take(item); });
+    ReadItems(other, [&](const Item& item) { comparison.Take(item); });
     return comparison.Finish();
 }
 

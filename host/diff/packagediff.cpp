@@ -8,8 +8,8 @@
 #include "host/app/console.h"
 #include "host/diff/markupdiff.h"
 #include "host/opc/relationships.h"
-#include "host/xml/elementreader.h"
-#include "host/xml/markuptext.h"
+#include "host/xml/markup.h"
+#include "host/xml/reader.h"
 #include "host/xml/text.h"
 
 namespace host::diff

@@ -6,7 +6,7 @@
 #include "host/opc/package.h"
 #include "host/opc/packageerror.h"
 #include "host/pipeline/resulttext.h"
-#include "host/xml/elementreader.h"
+#include "host/xml/reader.h"
 #include "host/xml/text.h"
 #include "host/xps/xpsdocument.h"
 

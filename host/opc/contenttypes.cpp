@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "host/xml/elementreader.h"
-#include "host/xml/markuptext.h"
+#include "host/xml/reader.h"
+#include "host/xml/writer.h"
 
 namespace host::opc
 {
@@ -11,15 +11,16 @@ namespace
 {
 constexpr std::string_view kNamespace = "http://schemas.openxmlformats.org/package/2006/content-types";
 
-void AppendEntry(std::string& markup,
-                 std::string_view element,
-                 std::string_view key,
-                 std::string_view keyValue,
-                 std::string_view contentType)
+void WriteEntry(xml::Writer& writer,
+                std::string_view element,
+                std::string_view key,
+                std::string_view keyValue,
+                std::string_view contentType)
 {
-    markup.append("<").append(element).append(" ").append(key).append("=\"");
-    markup.append(xml::EscapeAttribute(keyValue)).append("\" ContentType=\"");
-    markup.append(xml::EscapeAttribute(contentType)).append("\"/>");
+    writer.Start(element);
+    writer.Attribute(key, keyValue);
+    writer.Attribute("ContentType", contentType);
+    writer.End();
 }
 } // namespace
 
@@ -90,17 +91,19 @@ std::map<std::string, std::string> ContentTypes::List() const
 
 std::string ContentTypes::Serialize() const
 {
-    std::string markup = "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<Types xmlns=\"";
-    markup.append(kNamespace).append("\">");
+    xml::Writer writer;
+    writer.Start("Types");
+    writer.Attribute("xmlns", kNamespace);
     for (const Default& entry : m_defaults)
     {
-        AppendEntry(markup, "Default", "Extension", entry.extension, entry.contentType);
+        WriteEntry(writer, "Default", "Extension", entry.extension, entry.contentType);
     }
     for (const auto& [part, contentType] : m_overrides)
     {
-        AppendEntry(markup, "Override", "PartName", part.Text(), contentType);
+        WriteEntry(writer, "Override", "PartName", part.Text(), contentType);
     }
-    return markup.append("</Types>");
+    writer.End();
+    return writer.Take();
 }
 
 const ContentTypes::Default* ContentTypes::FindDefault(std::string_view extension) const

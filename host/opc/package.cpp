@@ -4,7 +4,7 @@
 
 #include "host/opc/itemname.h"
 #include "host/opc/packageerror.h"
-#include "host/xml/markuptext.h"
+#include "host/xml/markup.h"
 
 namespace host::opc
 {

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "host/xml/markuptext.h"
+#include "host/xml/markup.h"
 
 namespace host::opc
 {

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "host/xml/elementreader.h"
-#include "host/xml/markuptext.h"
+#include "host/xml/reader.h"
+#include "host/xml/writer.h"
 
 namespace host::opc
 {
@@ -17,10 +17,6 @@ std::string ValueOf(const xml::Element& element, std::string_view attribute)
     return value != nullptr ? *value : std::string();
 }
 
-void AppendAttribute(std::string& markup, std::string_view name, std::string_view value)
-{
-    markup.append(" ").append(name).append("=\"").append(xml::EscapeAttribute(value)).append("\"");
-}
 } // namespace
 
 Relationships Relationships::Parse(PartName source, std::string_view markup)
@@ -67,21 +63,23 @@ bool Relationships::RemoveTargets(const std::set<PartName>& targets)
 
 std::string Relationships::Serialize() const
 {
-    std::string markup = "<?xml version=\"1.0\" encoding=\"utf-8\"?>\n<Relationships xmlns=\"";
-    markup.append(kNamespace).append("\">");
+    xml::Writer writer;
+    writer.Start("Relationships");
+    writer.Attribute("xmlns", kNamespace);
     for (const Relationship& relationship : m_all)
     {
-        markup.append("<Relationship");
-        AppendAttribute(markup, "Id", relationship.id);
-        AppendAttribute(markup, "Type", relationship.type);
-        AppendAttribute(markup, "Target", relationship.target);
+        writer.Start("Relationship");
+        writer.Attribute("Id", relationship.id);
+        writer.Attribute("Type", relationship.type);
+        writer.Attribute("Target", relationship.target);
         if (relationship.mode == TargetMode::External)
         {
-            AppendAttribute(markup, "TargetMode", "External");
+            writer.Attribute("TargetMode", "External");
         }
-        markup.append("/>");
+        writer.End();
     }
-    return markup.append("</Relationships>");
+    writer.End();
+    return writer.Take();
 }
 
 bool Relationships::PointsAtOne(const std::set<PartName>& targets, const Relationship& relationship) const

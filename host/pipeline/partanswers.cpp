@@ -4,7 +4,7 @@
 
 #include "base/utility/bstr.h"
 #include "host/opc/packageerror.h"
-#include "host/xml/markuptext.h"
+#include "host/xml/markup.h"
 
 namespace host::pipeline
 {
@@ -20,7 +20,7 @@ std::string ReadMarkup(const PipelineJob& job, const opc::PartName& name, std::u
     std::string markup = job.package.Read(name, limit);
     try
     {
-        xml::RefuseForeignMarkup(markup);
+        xml::RequireSafeMarkup(markup);
     }
     catch (const xml::MarkupError& fault)
     {

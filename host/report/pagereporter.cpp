@@ -6,7 +6,7 @@
 #include "base/logging/errors.h"
 #include "base/utility/utf8.h"
 #include "host/tickets/ticketbytes.h"
-#include "host/ticketservice/printschema.h"
+#include "host/tickets/ticketdocument.h"
 #include "host/xps/pagemarkup.h"
 #include "host/xps/xpsvocabulary.h"
 
@@ -26,7 +26,7 @@ auto AnswerOrNone(Question&& ask) -> std::optional<decltype(ask())>
     {
         return std::nullopt;
     }
-    catch (const ticketservice::FormatError&)
+    catch (const xml::MarkupError&)
     {
         return std::nullopt;
     }

@@ -3,26 +3,22 @@
 #include <algorithm>
 
 #include "host/tickets/ticketfacts.h"
-#include "host/ticketservice/documentreader.h"
+#include "host/tickets/ticketreader.h"
 
 namespace host::tickets
 {
 namespace
 {
-using ticketservice::Element;
-using ticketservice::Kind;
 
-std::optional<Selection> FindSelection(const Element& ticket, const char* name)
+std::optional<Selection> FindSelection(const Node& ticket, const char* name)
 {
-    const Element* const feature =
-        ticketservice::FindChild(ticket, Kind::Feature, ticketservice::Keyword(name));
-    const Element* const option =
-        feature == nullptr ? nullptr : ticketservice::FindChild(*feature, Kind::Option);
+    const Node* const feature = FindChild(ticket, Kind::Feature, Keyword(name));
+    const Node* const option = feature == nullptr ? nullptr : FindChild(*feature, Kind::Option);
     if (option == nullptr)
     {
         return std::nullopt;
     }
-    return Selection{option->name, ticketservice::FindRequestedSize(ticket, *option)};
+    return Selection{option->name, FindRequestedSize(ticket, *option)};
 }
 
 bool IsSame(const Selection& one, const Selection& other)
@@ -55,7 +51,7 @@ void FindReplacement(const std::vector<SheetSelection>& wanted,
 
 SheetSelection ReadSheetSelection(const std::string& ticket)
 {
-    const auto document = ticketservice::ReadDocument(ticket, Kind::PrintTicket);
+    const auto document = ReadDocument(ticket, Kind::PrintTicket);
     return {FindSelection(document.root, "PageOrientation"), FindSelection(document.root, "PageMediaSize")};
 }
 

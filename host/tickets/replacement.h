@@ -4,17 +4,17 @@
 #include <string>
 #include <vector>
 
-#include "host/ticketservice/mediasize.h"
-#include "host/ticketservice/printschema.h"
+#include "host/tickets/parameters.h"
+#include "host/tickets/ticketdocument.h"
 
 namespace host::tickets
 {
 /// What a ticket selects for a feature.
 struct Selection
 {
-    ticketservice::ExpandedName option;
+    ExpandedName option;
     /// Of a medium, where the ticket tells it.
-    std::optional<ticketservice::Size> size;
+    std::optional<base::xps::printschema::MediaSize> size;
 };
 
 /// What a ticket says of the two features by which a page comes to its sheet; empty for what it leaves open.
@@ -24,7 +24,7 @@ struct SheetSelection
     std::optional<Selection> medium;
 };
 
-/// Throws ticketservice::FormatError for what is no print ticket. COM must be initialised on the thread.
+/// Throws xml::MarkupError for what is no print ticket. COM must be initialised on the thread.
 SheetSelection ReadSheetSelection(const std::string& ticket);
 
 /// What the printer puts in place of what it does not have, as people know both: "CustomMediaSize 500x500"

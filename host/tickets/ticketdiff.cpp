@@ -3,14 +3,11 @@
 #include <map>
 #include <variant>
 
-#include "host/tickets/namedisplay.h"
-#include "host/ticketservice/documentreader.h"
+#include "host/tickets/ticketdocument.h"
+#include "host/tickets/ticketreader.h"
 
 namespace host::tickets
 {
-using ticketservice::Element;
-using ticketservice::ExpandedName;
-using ticketservice::Kind;
 
 namespace
 {
@@ -32,8 +29,7 @@ class SettingList
 {
 public:
     explicit SettingList(const std::string& ticket)
-        : m_document(ticket.empty() ? ticketservice::Document()
-                                    : ticketservice::ReadDocument(ticket, Kind::PrintTicket)),
+        : m_document(ticket.empty() ? Document() : ReadDocument(ticket, Kind::PrintTicket)),
           m_display(m_document.prefixes)
     {
         Walk(m_document.root, {});
@@ -62,14 +58,14 @@ private:
     }
 
     /// The Value of a property or a parameter, or the parameter that it refers to.
-    std::optional<Shown> ValueOf(const Element& element) const
+    std::optional<Shown> ValueOf(const Node& element) const
     {
-        if (const Element* const reference = ticketservice::FindChild(element, Kind::ParameterRef))
+        if (const Node* const reference = FindChild(element, Kind::ParameterRef))
         {
             const Shown name = Show(reference->name);
             return Shown{"@" + name.identity, "as parameter " + name.text};
         }
-        const Element* const value = ticketservice::FindChild(element, Kind::Value);
+        const Node* const value = FindChild(element, Kind::Value);
         if (value == nullptr)
         {
             return std::nullopt;
@@ -94,9 +90,9 @@ private:
         m_settings.push_back({std::move(path), std::move(value)});
     }
 
-    void Walk(const Element& parent, const Shown& path)
+    void Walk(const Node& parent, const Shown& path)
     {
-        for (const Element& child : parent.children)
+        for (const Node& child : parent.children)
         {
             switch (child.kind)
             {
@@ -123,7 +119,7 @@ private:
         }
     }
 
-    ticketservice::Document m_document;
+    Document m_document;
     NameDisplay m_display;
     std::vector<Setting> m_settings;
     // By the path's identity.
@@ -180,7 +176,6 @@ std::vector<TicketDifference> CompareTickets(const std::string& before,
 
 std::optional<std::string> FindOption(const std::string& ticket, const std::string& feature)
 {
-    return TextOf(
-        SettingList(ticket).Find("{" + std::string(ticketservice::kKeywordsNamespace) + "}" + feature));
+    return TextOf(SettingList(ticket).Find("{" + std::string(kKeywordsNamespace) + "}" + feature));
 }
 } // namespace host::tickets

@@ -31,7 +31,7 @@ struct TicketDifference
 
 /// Compares tickets setting by setting, whatever their prefixes and the order of their elements: first in the
 /// order of the new ticket, then what only the old one has. Either may be empty, for none. `effective` is
-/// what held before. Throws ticketservice::FormatError for what is no print ticket. COM must be initialised
+/// what held before. Throws xml::MarkupError for what is no print ticket. COM must be initialised
 /// on the thread.
 std::vector<TicketDifference> CompareTickets(const std::string& before,
                                              const std::string& effective,

@@ -4,30 +4,27 @@
 #include <optional>
 #include <variant>
 
-#include "host/tickets/namedisplay.h"
-#include "host/ticketservice/documentreader.h"
+#include "host/tickets/ticketdocument.h"
+#include "host/tickets/ticketreader.h"
 
 namespace host::tickets
 {
-using ticketservice::Element;
-using ticketservice::ExpandedName;
-using ticketservice::Kind;
 
 namespace
 {
-using ReadLayer = std::pair<std::string, ticketservice::Document>;
+using ReadLayer = std::pair<std::string, Document>;
 
 using Value = std::variant<ExpandedName, std::string>;
 
 /// What a feature or a parameter comes to; empty for other elements.
-std::optional<Value> ValueOf(const Element& element)
+std::optional<Value> ValueOf(const Node& element)
 {
     if (element.kind == Kind::Feature)
     {
-        const Element* const option = ticketservice::FindChild(element, Kind::Option);
+        const Node* const option = FindChild(element, Kind::Option);
         return option == nullptr ? std::nullopt : std::optional<Value>(option->name);
     }
-    const auto text = element.kind == Kind::ParameterInit ? ticketservice::FindText(element) : std::nullopt;
+    const auto text = element.kind == Kind::ParameterInit ? FindText(element) : std::nullopt;
     return text ? std::optional<Value>(*text) : std::nullopt;
 }
 
@@ -38,13 +35,13 @@ std::string ToText(const Value& value, const NameDisplay& display)
 }
 
 /// What comes with a feature's option, as ", MediaSizeWidth 215900"; empty for a parameter.
-std::string ListProperties(const Element& element, const NameDisplay& display)
+std::string ListProperties(const Node& element, const NameDisplay& display)
 {
     std::string text;
-    const Element* const option = ticketservice::FindChild(element, Kind::Option);
-    for (const Element& property : option == nullptr ? std::vector<Element>() : option->children)
+    const Node* const option = FindChild(element, Kind::Option);
+    for (const Node& property : option == nullptr ? std::vector<Node>() : option->children)
     {
-        if (const auto value = ticketservice::FindText(property))
+        if (const auto value = FindText(property))
         {
             text.append(", ").append(display(property.name)).append(" ").append(*value);
         }
@@ -52,14 +49,14 @@ std::string ListProperties(const Element& element, const NameDisplay& display)
     return text;
 }
 
-std::string FindOrigin(const Element& element,
+std::string FindOrigin(const Node& element,
                        const Value& value,
                        const std::vector<ReadLayer>& layers,
                        const NameDisplay& display)
 {
     for (const auto& [name, document] : layers)
     {
-        if (const Element* const found = ticketservice::FindChild(document.root, element.kind, element.name))
+        if (const Node* const found = FindChild(document.root, element.kind, element.name))
         {
             const auto wanted = ValueOf(*found);
             if (wanted == value)
@@ -74,11 +71,11 @@ std::string FindOrigin(const Element& element,
 
 /// One line for each thing that a ticket selects; `explain` gives its end.
 template <typename Explanation>
-std::string ListSelections(const ticketservice::Document& ticket, Explanation&& explain)
+std::string ListSelections(const Document& ticket, Explanation&& explain)
 {
     const NameDisplay display(ticket.prefixes);
     std::string listing;
-    for (const Element& element : ticket.root.children)
+    for (const Node& element : ticket.root.children)
     {
         if (const auto value = ValueOf(element))
         {
@@ -93,8 +90,8 @@ std::string ListSelections(const ticketservice::Document& ticket, Explanation&& 
 
 std::string ListTicket(const std::string& ticket)
 {
-    return ListSelections(ticketservice::ReadDocument(ticket, Kind::PrintTicket),
-                          [](const Element&, const Value&, const NameDisplay&) { return std::string(); });
+    return ListSelections(ReadDocument(ticket, Kind::PrintTicket),
+                          [](const Node&, const Value&, const NameDisplay&) { return std::string(); });
 }
 
 std::string ListTicketWithOrigins(const std::string& effective, const std::vector<TicketLayer>& layers)
@@ -103,10 +100,10 @@ std::string ListTicketWithOrigins(const std::string& effective, const std::vecto
     read.reserve(layers.size());
     for (const TicketLayer& layer : layers)
     {
-        read.emplace_back(layer.name, ticketservice::ReadDocument(layer.bytes, Kind::PrintTicket));
+        read.emplace_back(layer.name, ReadDocument(layer.bytes, Kind::PrintTicket));
     }
-    return ListSelections(ticketservice::ReadDocument(effective, Kind::PrintTicket),
-                          [&](const Element& element, const Value& value, const NameDisplay& display) {
+    return ListSelections(ReadDocument(effective, Kind::PrintTicket),
+                          [&](const Node& element, const Value& value, const NameDisplay& display) {
                               return "  (" + FindOrigin(element, value, read, display) + ")";
                           });
 }

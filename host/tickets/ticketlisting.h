@@ -13,7 +13,7 @@ struct TicketLayer
 };
 
 /// Lists what a ticket selects: a line for each feature, with the option and its properties, and for each
-/// parameter. Throws ticketservice::FormatError for what is no print ticket.
+/// parameter. Throws xml::MarkupError for what is no print ticket.
 std::string ListTicket(const std::string& ticket);
 
 /// The same of an effective ticket, each line with the first of the layers, most specific first, that asks

@@ -1,4 +1,4 @@
-#include "ticketservice/capabilities.h"
+#include "host/ticketservice/capabilities.h"
 
 #include <algorithm>
 #include <optional>
@@ -19,25 +19,27 @@ enum class Turn
 
 struct Sheet
 {
-    Size size;
+    MediaSize size;
     Margins margins;
 };
 
-const Element* FindRequestedOption(const Element& ticket, std::string_view featureName)
+const tickets::Node* FindRequestedOption(const tickets::Node& ticket, std::string_view featureName)
 {
-    const Element* const feature = FindChild(ticket, Kind::Feature, Keyword(featureName));
-    return feature == nullptr ? nullptr : FindChild(*feature, Kind::Option);
+    const tickets::Node* const feature =
+        tickets::FindChild(ticket, tickets::Kind::Feature, tickets::Keyword(featureName));
+    return feature == nullptr ? nullptr : tickets::FindChild(*feature, tickets::Kind::Option);
 }
 
-Sheet ChooseSheet(const Device& device, const Element& ticket)
+Sheet ChooseSheet(const Device& device, const tickets::Node& ticket)
 {
-    const Element* const option = FindRequestedOption(ticket, "PageMediaSize");
+    const tickets::Node* const option = FindRequestedOption(ticket, "PageMediaSize");
     const Medium* const medium = option == nullptr ? nullptr : device.FindMedium(option->name);
     if (medium != nullptr && !medium->isCustom)
     {
         return {medium->smallest, medium->margins};
     }
-    const std::optional<Size> size = option == nullptr ? std::nullopt : FindRequestedSize(ticket, *option);
+    const std::optional<MediaSize> size =
+        option == nullptr ? std::nullopt : tickets::FindRequestedSize(ticket, *option);
     const auto takesSize = [&](const Medium& each) { return each.isCustom && each.Takes(*size); };
     if (size && medium != nullptr && takesSize(*medium))
     {
@@ -52,7 +54,7 @@ Sheet ChooseSheet(const Device& device, const Element& ticket)
     return {device.GetDefaultMedium().smallest, device.GetDefaultMedium().margins};
 }
 
-std::optional<Turn> FindTurn(const Element* option)
+std::optional<Turn> FindTurn(const tickets::Node* option)
 {
     constexpr std::pair<std::string_view, Turn> turns[] = {{"Portrait", Turn::None},
                                                            {"Landscape", Turn::CounterClockwise},
@@ -60,7 +62,7 @@ std::optional<Turn> FindTurn(const Element* option)
                                                            {"ReverseLandscape", Turn::Clockwise}};
     for (const auto& [name, turn] : turns)
     {
-        if (option != nullptr && option->name == Keyword(name))
+        if (option != nullptr && option->name == tickets::Keyword(name))
         {
             return turn;
         }
@@ -68,10 +70,10 @@ std::optional<Turn> FindTurn(const Element* option)
     return std::nullopt;
 }
 
-Turn ChooseTurn(const Device& device, const Element& ticket)
+Turn ChooseTurn(const Device& device, const tickets::Node& ticket)
 {
-    const Element* const described = device.FindFeature(Keyword("PageOrientation"));
-    const Element* const preferred = described == nullptr ? nullptr : &GetDefaultOption(*described);
+    const tickets::Node* const described = device.FindFeature(tickets::Keyword("PageOrientation"));
+    const tickets::Node* const preferred = described == nullptr ? nullptr : &GetDefaultOption(*described);
     const std::optional<Turn> requested = FindTurn(FindRequestedOption(ticket, "PageOrientation"));
     return requested ? *requested : FindTurn(preferred).value_or(Turn::None);
 }
@@ -80,7 +82,7 @@ Turn ChooseTurn(const Device& device, const Element& ticket)
 Sheet TurnSheet(const Sheet& sheet, Turn turn)
 {
     const auto& [size, edges] = sheet;
-    const Size exchanged = {size.heightMicrometres, size.widthMicrometres};
+    const MediaSize exchanged = {size.heightMicrometres, size.widthMicrometres};
     switch (turn)
     {
     case Turn::None:
@@ -107,41 +109,45 @@ Sheet TurnSheet(const Sheet& sheet, Turn turn)
     return sheet;
 }
 
-Element IntegerProperty(std::string_view name, int number)
+tickets::Node IntegerProperty(std::string_view name, int number)
 {
-    const Attribute type = {{std::string(kSchemaInstanceNamespace), "type"},
-                            ExpandedName{std::string(kSchemaNamespace), "integer"}};
-    return {.kind = Kind::Property,
-            .name = Keyword(name),
-            .children = {{.kind = Kind::Value, .attributes = {type}, .content = std::to_string(number)}}};
+    const tickets::Attribute type = {
+        {std::string(tickets::kSchemaInstanceNamespace), "type"},
+        tickets::ExpandedName{std::string(tickets::kSchemaNamespace), "integer"}};
+    return {.kind = tickets::Kind::Property,
+            .name = tickets::Keyword(name),
+            .children = {
+                {.kind = tickets::Kind::Value, .attributes = {type}, .content = std::to_string(number)}}};
 }
 
-Element ToPageImageableSize(const Sheet& sheet)
+tickets::Node ToPageImageableSize(const Sheet& sheet)
 {
     const auto& [size, edges] = sheet;
     const int extentWidth = size.widthMicrometres - edges.leftMicrometres - edges.rightMicrometres;
     const int extentHeight = size.heightMicrometres - edges.topMicrometres - edges.bottomMicrometres;
-    Element area = {.kind = Kind::Property,
-                    .name = Keyword("ImageableArea"),
-                    .children = {IntegerProperty("OriginWidth", edges.leftMicrometres),
-                                 IntegerProperty("OriginHeight", edges.topMicrometres),
-                                 IntegerProperty("ExtentWidth", extentWidth),
-                                 IntegerProperty("ExtentHeight", extentHeight)}};
-    return {.kind = Kind::Property,
-            .name = Keyword("PageImageableSize"),
+    tickets::Node area = {.kind = tickets::Kind::Property,
+                          .name = tickets::Keyword("ImageableArea"),
+                          .children = {IntegerProperty("OriginWidth", edges.leftMicrometres),
+                                       IntegerProperty("OriginHeight", edges.topMicrometres),
+                                       IntegerProperty("ExtentWidth", extentWidth),
+                                       IntegerProperty("ExtentHeight", extentHeight)}};
+    return {.kind = tickets::Kind::Property,
+            .name = tickets::Keyword("PageImageableSize"),
             .children = {IntegerProperty("ImageableSizeWidth", size.widthMicrometres),
                          IntegerProperty("ImageableSizeHeight", size.heightMicrometres),
                          std::move(area)}};
 }
 } // namespace
 
-Document DescribeFor(const Device& device, const Element& ticket)
+tickets::Document DescribeFor(const Device& device, const tickets::Node& ticket)
 {
-    Document capabilities = device.GetCapabilities();
-    std::vector<Element>& children = capabilities.root.children;
-    Element size = ToPageImageableSize(TurnSheet(ChooseSheet(device, ticket), ChooseTurn(device, ticket)));
-    std::erase_if(children,
-                  [&](const Element& child) { return child.kind == size.kind && child.name == size.name; });
+    tickets::Document capabilities = device.GetCapabilities();
+    std::vector<tickets::Node>& children = capabilities.root.children;
+    tickets::Node size =
+        ToPageImageableSize(TurnSheet(ChooseSheet(device, ticket), ChooseTurn(device, ticket)));
+    std::erase_if(children, [&](const tickets::Node& child) {
+        return child.kind == size.kind && child.name == size.name;
+    });
     children.push_back(std::move(size));
     return capabilities;
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ticketservice/device.h"
-#include "ticketservice/printschema.h"
+#include "host/tickets/ticketdocument.h"
+#include "host/ticketservice/device.h"
 
 namespace host::ticketservice
 {
@@ -11,5 +11,5 @@ namespace host::ticketservice
 /// A media size that the device does not offer by its name counts with the size that the ticket gives, if a
 /// custom medium takes that, else as the default one. Sizes and origins are those of the page as it is read
 /// (Print Schema, "PageImageableSize"): with a landscape orientation the sheet's width is the page's height.
-Document DescribeFor(const Device& device, const Element& ticket);
+tickets::Document DescribeFor(const Device& device, const tickets::Node& ticket);
 } // namespace host::ticketservice

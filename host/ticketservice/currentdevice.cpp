@@ -1,11 +1,11 @@
-#include "ticketservice/currentdevice.h"
+#include "host/ticketservice/currentdevice.h"
 
 #include <utility>
 
 #include "base/logging/errors.h"
+#include "host/tickets/ticketreader.h"
+#include "host/ticketservice/resource.h"
 #include "platform/win32.h"
-#include "ticketservice/documentreader.h"
-#include "ticketservice/resource.h"
 
 namespace host::ticketservice
 {
@@ -51,6 +51,6 @@ void CurrentDevice::Set(std::shared_ptr<const Device> device)
 
 std::shared_ptr<const Device> ReadDevice(std::string_view xml)
 {
-    return std::make_shared<const Device>(ReadDocument(xml, Kind::PrintCapabilities));
+    return std::make_shared<const Device>(tickets::ReadDocument(xml, tickets::Kind::PrintCapabilities));
 }
 } // namespace host::ticketservice

@@ -4,7 +4,7 @@
 #include <mutex>
 #include <string_view>
 
-#include "ticketservice/device.h"
+#include "host/ticketservice/device.h"
 
 namespace host::ticketservice
 {
@@ -23,6 +23,6 @@ private:
     std::shared_ptr<const Device> m_device;
 };
 
-/// From the bytes of a print capabilities document. Throws FormatError with the reason against it.
+/// From the bytes of a print capabilities document. Throws xml::MarkupError with the reason against it.
 std::shared_ptr<const Device> ReadDevice(std::string_view xml);
 } // namespace host::ticketservice

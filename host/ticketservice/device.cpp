@@ -1,34 +1,35 @@
-#include "ticketservice/device.h"
+#include "host/ticketservice/device.h"
 
 #include <algorithm>
 #include <cstdint>
 #include <utility>
 
-#include "ticketservice/parameters.h"
+#include "host/tickets/parameters.h"
+#include "host/xml/text.h"
 
 namespace host::ticketservice
 {
 namespace
 {
-ExpandedName DeviceName(std::string_view local)
+tickets::ExpandedName DeviceName(std::string_view local)
 {
     return {std::string(kDeviceNamespace), std::string(local)};
 }
 
-[[noreturn]] void Refuse(const ExpandedName& subject, const std::string& fault)
+[[noreturn]] void Refuse(const tickets::ExpandedName& subject, const std::string& fault)
 {
-    throw FormatError(subject.local + ": " + fault);
+    throw xml::MarkupError(subject.local + ": " + fault);
 }
 
 /// The integer that an element's property of a name holds; none without such a property.
-std::optional<int> FindIntegerProperty(const Element& parent, const ExpandedName& name)
+std::optional<int> FindIntegerProperty(const tickets::Node& parent, const tickets::ExpandedName& name)
 {
-    const Element* const property = FindChild(parent, Kind::Property, name);
+    const tickets::Node* const property = tickets::FindChild(parent, tickets::Kind::Property, name);
     if (property == nullptr)
     {
         return std::nullopt;
     }
-    const std::optional<int> number = ParseInteger(FindText(*property).value_or(""));
+    const std::optional<int> number = xml::ParseInteger(tickets::FindText(*property).value_or(""));
     if (!number)
     {
         Refuse(name, "the value is not an integer");
@@ -36,9 +37,10 @@ std::optional<int> FindIntegerProperty(const Element& parent, const ExpandedName
     return number;
 }
 
-std::optional<Margins> FindMargins(const Element& parent)
+std::optional<Margins> FindMargins(const tickets::Node& parent)
 {
-    const Element* const margins = FindChild(parent, Kind::Property, DeviceName("Margins"));
+    const tickets::Node* const margins =
+        tickets::FindChild(parent, tickets::Kind::Property, DeviceName("Margins"));
     if (margins == nullptr)
     {
         return std::nullopt;
@@ -54,16 +56,19 @@ std::optional<Margins> FindMargins(const Element& parent)
     return Margins{read("Left"), read("Top"), read("Right"), read("Bottom")};
 }
 
-Parameter::Type ReadType(const Element& definition)
+Parameter::Type ReadType(const tickets::Node& definition)
 {
-    const Element* const property = FindChild(definition, Kind::Property, Framework("DataType"));
-    const Element* const value = property == nullptr ? nullptr : FindChild(*property, Kind::Value);
+    const tickets::Node* const property =
+        tickets::FindChild(definition, tickets::Kind::Property, tickets::Framework("DataType"));
+    const tickets::Node* const value =
+        property == nullptr ? nullptr : tickets::FindChild(*property, tickets::Kind::Value);
     if (value == nullptr)
     {
         Refuse(definition.name, "the parameter has no DataType");
     }
     const auto is = [&](std::string_view type) {
-        return value->content == Content(ExpandedName{std::string(kSchemaNamespace), std::string(type)});
+        return value->content == tickets::Content(tickets::ExpandedName{
+                                     std::string(tickets::kSchemaNamespace), std::string(type)});
     };
     if (is("integer"))
     {
@@ -72,15 +77,16 @@ Parameter::Type ReadType(const Element& definition)
     return is("decimal") ? Parameter::Type::Decimal : Parameter::Type::Other;
 }
 
-std::optional<Limit> FindLimit(const Element& definition, std::string_view name)
+std::optional<Limit> FindLimit(const tickets::Node& definition, std::string_view name)
 {
-    const Element* const property = FindChild(definition, Kind::Property, Framework(name));
+    const tickets::Node* const property =
+        tickets::FindChild(definition, tickets::Kind::Property, tickets::Framework(name));
     if (property == nullptr)
     {
         return std::nullopt;
     }
-    std::string text = FindText(*property).value_or("");
-    const std::optional<double> number = ParseDecimal(text);
+    std::string text = tickets::FindText(*property).value_or("");
+    const std::optional<double> number = xml::ParseDecimal(text);
     if (!number)
     {
         Refuse(definition.name, std::string(name) + " is not a number");
@@ -88,7 +94,7 @@ std::optional<Limit> FindLimit(const Element& definition, std::string_view name)
     return Limit{*number, std::move(text)};
 }
 
-Parameter ReadParameter(const Element& definition)
+Parameter ReadParameter(const tickets::Node& definition)
 {
     Parameter parameter{.name = definition.name, .type = ReadType(definition)};
     if (parameter.type != Parameter::Type::Other)
@@ -102,8 +108,10 @@ Parameter ReadParameter(const Element& definition)
     {
         Refuse(parameter.name, "MinValue is above MaxValue");
     }
-    const Element* const property = FindChild(definition, Kind::Property, Framework("DefaultValue"));
-    const Element* const value = property == nullptr ? nullptr : FindChild(*property, Kind::Value);
+    const tickets::Node* const property =
+        tickets::FindChild(definition, tickets::Kind::Property, tickets::Framework("DefaultValue"));
+    const tickets::Node* const value =
+        property == nullptr ? nullptr : tickets::FindChild(*property, tickets::Kind::Value);
     if (value == nullptr)
     {
         Refuse(parameter.name, "the parameter has no DefaultValue");
@@ -111,7 +119,7 @@ Parameter ReadParameter(const Element& definition)
     parameter.defaultValue = *value;
     if (parameter.type != Parameter::Type::Other)
     {
-        const std::optional<double> number = parameter.ReadNumber(FindText(*property).value_or(""));
+        const std::optional<double> number = parameter.ReadNumber(tickets::FindText(*property).value_or(""));
         if (!number || parameter.FindBrokenLimit(*number) != nullptr)
         {
             Refuse(parameter.name, "DefaultValue is not a number within the limits");
@@ -121,16 +129,16 @@ Parameter ReadParameter(const Element& definition)
 }
 
 /// Checks that a feature and those in it can be fallen back on.
-void RequireOptions(const Element& feature)
+void RequireOptions(const tickets::Node& feature)
 {
-    if (FindChild(feature, Kind::Option) == nullptr)
+    if (tickets::FindChild(feature, tickets::Kind::Option) == nullptr)
     {
         Refuse(feature.name, "the feature has no option");
     }
     GetDefaultOption(feature);
-    for (const Element& child : feature.children)
+    for (const tickets::Node& child : feature.children)
     {
-        if (child.kind == Kind::Feature)
+        if (child.kind == tickets::Kind::Feature)
         {
             RequireOptions(child);
         }
@@ -138,7 +146,7 @@ void RequireOptions(const Element& feature)
 }
 
 template <typename Item>
-const Item* FindNamed(const std::vector<Item>& items, const ExpandedName& name)
+const Item* FindNamed(const std::vector<Item>& items, const tickets::ExpandedName& name)
 {
     const auto found =
         std::find_if(items.begin(), items.end(), [&](const Item& each) { return each.name == name; });
@@ -146,7 +154,7 @@ const Item* FindNamed(const std::vector<Item>& items, const ExpandedName& name)
 }
 } // namespace
 
-bool Medium::Takes(Size size) const
+bool Medium::Takes(MediaSize size) const
 {
     return size.widthMicrometres >= smallest.widthMicrometres &&
            size.heightMicrometres >= smallest.heightMicrometres &&
@@ -157,7 +165,7 @@ bool Medium::Takes(Size size) const
 std::optional<double> Parameter::ReadNumber(const std::string& text) const
 {
     const bool isWhole = text.find('.') == std::string::npos;
-    return type == Type::Decimal || isWhole ? ParseDecimal(text) : std::nullopt;
+    return type == Type::Decimal || isWhole ? xml::ParseDecimal(text) : std::nullopt;
 }
 
 const Limit* Parameter::FindBrokenLimit(double value) const
@@ -169,11 +177,11 @@ const Limit* Parameter::FindBrokenLimit(double value) const
     return maximum && value > maximum->number ? &*maximum : nullptr;
 }
 
-Device::Device(Document capabilities) : m_capabilities(std::move(capabilities))
+Device::Device(tickets::Document capabilities) : m_capabilities(std::move(capabilities))
 {
-    for (const Element& child : m_capabilities.root.children)
+    for (const tickets::Node& child : m_capabilities.root.children)
     {
-        if (child.kind == Kind::Feature)
+        if (child.kind == tickets::Kind::Feature)
         {
             RequireOptions(child);
         }
@@ -182,36 +190,36 @@ Device::Device(Document capabilities) : m_capabilities(std::move(capabilities))
     ReadMedia();
 }
 
-const Element* Device::FindFeature(const ExpandedName& name) const
+const tickets::Node* Device::FindFeature(const tickets::ExpandedName& name) const
 {
-    return FindChild(m_capabilities.root, Kind::Feature, name);
+    return tickets::FindChild(m_capabilities.root, tickets::Kind::Feature, name);
 }
 
-const Medium* Device::FindMedium(const ExpandedName& option) const
+const Medium* Device::FindMedium(const tickets::ExpandedName& option) const
 {
     return FindNamed(m_media, option);
 }
 
-const Parameter* Device::FindParameter(const ExpandedName& name) const
+const Parameter* Device::FindParameter(const tickets::ExpandedName& name) const
 {
     return FindNamed(m_parameters, name);
 }
 
 const Medium& Device::GetDefaultMedium() const
 {
-    return *FindMedium(GetDefaultOption(*FindFeature(Keyword("PageMediaSize"))).name);
+    return *FindMedium(GetDefaultOption(*FindFeature(tickets::Keyword("PageMediaSize"))).name);
 }
 
 void Device::ReadParameters()
 {
-    for (const Element& child : m_capabilities.root.children)
+    for (const tickets::Node& child : m_capabilities.root.children)
     {
-        if (child.kind == Kind::ParameterDef)
+        if (child.kind == tickets::Kind::ParameterDef)
         {
             m_parameters.push_back(ReadParameter(child));
         }
     }
-    for (const ExpandedName& reference : ReferencesIn(m_capabilities.root))
+    for (const tickets::ExpandedName& reference : tickets::ReferencesIn(m_capabilities.root))
     {
         if (FindParameter(reference) == nullptr)
         {
@@ -222,15 +230,15 @@ void Device::ReadParameters()
 
 void Device::ReadMedia()
 {
-    const Element* const feature = FindFeature(Keyword("PageMediaSize"));
+    const tickets::Node* const feature = FindFeature(tickets::Keyword("PageMediaSize"));
     if (feature == nullptr)
     {
-        throw FormatError("the description names no PageMediaSize");
+        throw xml::MarkupError("the description names no PageMediaSize");
     }
     const Margins deviceMargins = FindMargins(m_capabilities.root).value_or(Margins{});
-    for (const Element& child : feature->children)
+    for (const tickets::Node& child : feature->children)
     {
-        if (child.kind == Kind::Option)
+        if (child.kind == tickets::Kind::Option)
         {
             m_media.push_back(ReadMedium(child, deviceMargins));
         }
@@ -242,7 +250,7 @@ void Device::ReadMedia()
     }
 }
 
-Medium Device::ReadMedium(const Element& option, const Margins& deviceMargins) const
+Medium Device::ReadMedium(const tickets::Node& option, const Margins& deviceMargins) const
 {
     const Range width = ReadEdge(option, "Width");
     const Range height = ReadEdge(option, "Height");
@@ -263,22 +271,23 @@ Medium Device::ReadMedium(const Element& option, const Margins& deviceMargins) c
             .margins = margins};
 }
 
-Device::Range Device::ReadEdge(const Element& option, std::string_view edge) const
+Device::Range Device::ReadEdge(const tickets::Node& option, std::string_view edge) const
 {
     Range range;
-    const Element* const property = FindEdge(option, edge);
-    const Element* const reference = property == nullptr ? nullptr : FindChild(*property, Kind::ParameterRef);
+    const tickets::Node* const property = tickets::FindEdge(option, edge);
+    const tickets::Node* const reference =
+        property == nullptr ? nullptr : tickets::FindChild(*property, tickets::Kind::ParameterRef);
     if (reference != nullptr)
     {
         const Parameter& parameter = *FindParameter(reference->name);
         const auto read = [](const std::optional<Limit>& limit) {
-            return limit ? ParseInteger(limit->text).value_or(0) : 0;
+            return limit ? xml::ParseInteger(limit->text).value_or(0) : 0;
         };
         range = {read(parameter.minimum), read(parameter.maximum), true};
     }
     else if (property != nullptr)
     {
-        const int length = ParseInteger(FindText(*property).value_or("")).value_or(0);
+        const int length = xml::ParseInteger(tickets::FindText(*property).value_or("")).value_or(0);
         range = {length, length, false};
     }
     if (range.shortest <= 0 || range.longest <= 0)
@@ -288,16 +297,19 @@ Device::Range Device::ReadEdge(const Element& option, std::string_view edge) con
     return range;
 }
 
-const Element& GetDefaultOption(const Element& feature)
+const tickets::Node& GetDefaultOption(const tickets::Node& feature)
 {
-    const Element* const property = FindChild(feature, Kind::Property, DeviceName("DefaultOption"));
+    const tickets::Node* const property =
+        tickets::FindChild(feature, tickets::Kind::Property, DeviceName("DefaultOption"));
     if (property == nullptr)
     {
-        return *FindChild(feature, Kind::Option);
+        return *tickets::FindChild(feature, tickets::Kind::Option);
     }
-    const Element* const value = FindChild(*property, Kind::Value);
-    const ExpandedName* const name = value == nullptr ? nullptr : std::get_if<ExpandedName>(&value->content);
-    const Element* const option = name == nullptr ? nullptr : FindChild(feature, Kind::Option, *name);
+    const tickets::Node* const value = tickets::FindChild(*property, tickets::Kind::Value);
+    const tickets::ExpandedName* const name =
+        value == nullptr ? nullptr : std::get_if<tickets::ExpandedName>(&value->content);
+    const tickets::Node* const option =
+        name == nullptr ? nullptr : tickets::FindChild(feature, tickets::Kind::Option, *name);
     if (option == nullptr)
     {
         Refuse(feature.name, "DefaultOption is not the QName of one of the feature's options");

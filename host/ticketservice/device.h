@@ -3,11 +3,13 @@
 #include <optional>
 #include <vector>
 
-#include "ticketservice/mediasize.h"
-#include "ticketservice/printschema.h"
+#include "host/tickets/parameters.h"
+#include "host/tickets/ticketdocument.h"
 
 namespace host::ticketservice
 {
+using base::xps::printschema::MediaSize;
+
 /// The edges of a sheet that cannot be printed on, the sheet standing upright.
 struct Margins
 {
@@ -23,13 +25,13 @@ struct Margins
 /// these two are its size.
 struct Medium
 {
-    ExpandedName name;
+    tickets::ExpandedName name;
     bool isCustom = false;
-    Size smallest;
-    Size largest;
+    MediaSize smallest;
+    MediaSize largest;
     Margins margins;
 
-    bool Takes(Size size) const;
+    bool Takes(MediaSize size) const;
 };
 
 struct Limit
@@ -49,12 +51,12 @@ struct Parameter
         Other
     };
 
-    ExpandedName name;
+    tickets::ExpandedName name;
     Type type = Type::Other;
     std::optional<Limit> minimum = {};
     std::optional<Limit> maximum = {};
     /// A Value element; of a number, one that the limits allow.
-    Element defaultValue = {};
+    tickets::Node defaultValue = {};
 
     /// What a text means for a parameter that is a number; none when it is no number of the parameter's type.
     std::optional<double> ReadNumber(const std::string& text) const;
@@ -70,17 +72,17 @@ inline constexpr std::string_view kDeviceNamespace = "urn:offline-device-descrip
 class Device
 {
 public:
-    /// From a print capabilities document. Throws FormatError with the reason when it cannot serve as a
+    /// From a print capabilities document. Throws xml::MarkupError with the reason when it cannot serve as a
     /// description.
-    explicit Device(Document capabilities);
+    explicit Device(tickets::Document capabilities);
 
-    const Document& GetCapabilities() const { return m_capabilities; }
+    const tickets::Document& GetCapabilities() const { return m_capabilities; }
     const std::vector<Medium>& GetMedia() const { return m_media; }
 
     /// Null when the device has none of the name; lent.
-    const Element* FindFeature(const ExpandedName& name) const;
-    const Medium* FindMedium(const ExpandedName& option) const;
-    const Parameter* FindParameter(const ExpandedName& name) const;
+    const tickets::Node* FindFeature(const tickets::ExpandedName& name) const;
+    const Medium* FindMedium(const tickets::ExpandedName& option) const;
+    const Parameter* FindParameter(const tickets::ExpandedName& name) const;
 
     /// The medium that is used where none is asked for; never a custom one.
     const Medium& GetDefaultMedium() const;
@@ -96,15 +98,15 @@ private:
 
     void ReadParameters();
     void ReadMedia();
-    Medium ReadMedium(const Element& option, const Margins& deviceMargins) const;
-    Range ReadEdge(const Element& option, std::string_view edge) const;
+    Medium ReadMedium(const tickets::Node& option, const Margins& deviceMargins) const;
+    Range ReadEdge(const tickets::Node& option, std::string_view edge) const;
 
-    Document m_capabilities;
+    tickets::Document m_capabilities;
     std::vector<Parameter> m_parameters;
     std::vector<Medium> m_media;
 };
 
 /// The option of a described feature that is used where none is asked for: the one that the feature's
 /// DefaultOption names, else the first.
-const Element& GetDefaultOption(const Element& feature);
+const tickets::Node& GetDefaultOption(const tickets::Node& feature);
 } // namespace host::ticketservice

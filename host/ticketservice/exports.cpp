@@ -1,5 +1,7 @@
-#include "ticketservice/ticketservice.h"
+#include "host/ticketservice/ticketservice.h"
 
+#include <algorithm>
+#include <array>
 #include <optional>
 #include <string>
 #include <utility>
@@ -9,14 +11,13 @@
 #include "base/logging/boundary.h"
 #include "base/logging/errors.h"
 #include "base/utility/bstr.h"
-#include "ticketservice/capabilities.h"
-#include "ticketservice/currentdevice.h"
-#include "ticketservice/documentreader.h"
-#include "ticketservice/documentwriter.h"
-#include "ticketservice/merge.h"
-#include "ticketservice/providers.h"
-#include "ticketservice/streams.h"
-#include "ticketservice/validate.h"
+#include "host/tickets/ticketreader.h"
+#include "host/tickets/ticketwriter.h"
+#include "host/ticketservice/capabilities.h"
+#include "host/ticketservice/currentdevice.h"
+#include "host/ticketservice/merge.h"
+#include "host/ticketservice/providers.h"
+#include "host/ticketservice/validate.h"
 
 namespace host::ticketservice
 {
@@ -24,6 +25,7 @@ namespace
 {
 using base::exception::AtBoundary;
 using base::exception::SourceLocation;
+using base::exception::ThrowIfFailed;
 
 constexpr DWORD kSchemaVersion = 1;
 
@@ -47,6 +49,46 @@ private:
     std::string m_reason;
 };
 
+/// The bytes of a stream from its current position to its end. A read that gives less than it was asked for
+/// is followed by another one. Throws xml::MarkupError beyond 16 MB, which no print ticket comes near.
+std::string ReadToEnd(IStream& stream)
+{
+    constexpr std::size_t limit = 16U << 20U;
+    std::string bytes;
+    std::array<char, 16384> piece;
+    for (;;)
+    {
+        ULONG count = 0;
+        ThrowIfFailed(stream.Read(piece.data(), static_cast<ULONG>(piece.size()), &count));
+        if (count == 0)
+        {
+            return bytes;
+        }
+        bytes.append(piece.data(), std::min<std::size_t>(count, piece.size()));
+        if (bytes.size() > limit)
+        {
+            throw xml::MarkupError("the document is larger than 16 MB");
+        }
+    }
+}
+
+/// Writes all bytes at the current position.
+void WriteAll(IStream& stream, std::string_view bytes)
+{
+    constexpr std::size_t largestPiece = 1U << 20U;
+    while (!bytes.empty())
+    {
+        ULONG count = 0;
+        ThrowIfFailed(
+            stream.Write(bytes.data(), static_cast<ULONG>(std::min(bytes.size(), largestPiece)), &count));
+        if (count == 0)
+        {
+            ThrowIfFailed(STG_E_MEDIUMFULL);
+        }
+        bytes.remove_prefix(std::min<std::size_t>(count, bytes.size()));
+    }
+}
+
 /// Reads something of the caller's, for which a fault in the format has a code of its own.
 template <typename Read>
 auto ReadOrRefuse(HRESULT formatFault, Read&& read)
@@ -55,7 +97,7 @@ auto ReadOrRefuse(HRESULT formatFault, Read&& read)
     {
         return read();
     }
-    catch (const FormatError& error)
+    catch (const xml::MarkupError& error)
     {
         throw RefusedInput(formatFault, error.what());
     }
@@ -87,13 +129,14 @@ template <typename Body>
 }
 
 /// Without a stream, a ticket without settings.
-Document ReadTicket(IStream* stream, HRESULT formatFault)
+tickets::Document ReadTicket(IStream* stream, HRESULT formatFault)
 {
     if (stream == nullptr)
     {
         return {};
     }
-    return ReadOrRefuse(formatFault, [&] { return ReadDocument(ReadToEnd(*stream), Kind::PrintTicket); });
+    return ReadOrRefuse(
+        formatFault, [&] { return tickets::ReadDocument(ReadToEnd(*stream), tickets::Kind::PrintTicket); });
 }
 
 std::optional<Scope> FindScope(EPrintTicketScope scope)
@@ -136,8 +179,8 @@ HRESULT GetPrintCapabilities(HPTPROVIDER provider, IStream* ticket, IStream* cap
     {
         return E_INVALIDARG;
     }
-    const Document requested = ReadTicket(ticket, kTicketFormat);
-    WriteAll(*capabilities, WriteDocument(DescribeFor(*device, requested.root)));
+    const tickets::Document requested = ReadTicket(ticket, kTicketFormat);
+    WriteAll(*capabilities, tickets::WriteDocument(DescribeFor(*device, requested.root)));
     return S_OK;
 }
 
@@ -150,11 +193,11 @@ HRESULT MergeAndValidate(
     {
         return E_INVALIDARG;
     }
-    Document baseTicket = ReadTicket(base, kTicketFormat);
-    Document deltaTicket = ReadTicket(delta, kDeltaFormat);
-    Document merged = Merge(std::move(baseTicket), std::move(deltaTicket), *mergedScope);
+    tickets::Document baseTicket = ReadTicket(base, kTicketFormat);
+    tickets::Document deltaTicket = ReadTicket(delta, kDeltaFormat);
+    tickets::Document merged = Merge(std::move(baseTicket), std::move(deltaTicket), *mergedScope);
     const bool hasReplaced = ResolveConflicts(merged.root, *device);
-    WriteAll(*result, WriteDocument(merged));
+    WriteAll(*result, tickets::WriteDocument(merged));
     return hasReplaced ? S_PT_CONFLICT_RESOLVED : S_PT_NO_CONFLICT;
 }
 

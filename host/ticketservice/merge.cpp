@@ -1,4 +1,4 @@
-#include "ticketservice/merge.h"
+#include "host/ticketservice/merge.h"
 
 #include <algorithm>
 #include <map>
@@ -6,43 +6,66 @@
 #include <tuple>
 #include <utility>
 
-#include "ticketservice/parameters.h"
+#include "host/tickets/parameters.h"
 
 namespace host::ticketservice
 {
 namespace
 {
-void KeepFirstOfSiblings(Element& parent)
+/// Whether a name begins with a prefix as a word of its own: "Documentation" does not begin with "Document".
+bool HasPrefix(std::string_view name, std::string_view prefix)
 {
-    std::set<std::tuple<Kind, ExpandedName>> seen;
-    std::erase_if(parent.children, [&](const Element& child) {
+    const bool begins = name.starts_with(prefix);
+    const char next = name.size() > prefix.size() ? name[prefix.size()] : '\0';
+    return begins && !(next >= 'a' && next <= 'z');
+}
+
+/// The narrowest scope that a name belongs to.
+Scope NarrowestScope(std::string_view name)
+{
+    if (HasPrefix(name, "Job"))
+    {
+        return Scope::Job;
+    }
+    return HasPrefix(name, "Document") ? Scope::Document : Scope::Page;
+}
+
+void KeepFirstOfSiblings(tickets::Node& parent)
+{
+    std::set<std::tuple<tickets::Kind, tickets::ExpandedName>> seen;
+    std::erase_if(parent.children, [&](const tickets::Node& child) {
         return !child.name.local.empty() && !seen.emplace(child.kind, child.name).second;
     });
     std::for_each(parent.children.begin(), parent.children.end(), KeepFirstOfSiblings);
 }
 
-void KeepScope(Element& ticket, Scope scope)
+void KeepScope(tickets::Node& ticket, Scope scope)
 {
-    std::erase_if(ticket.children, [&](const Element& child) { return !IsWithin(scope, child.name); });
+    std::erase_if(ticket.children, [&](const tickets::Node& child) { return !IsWithin(scope, child.name); });
 }
 } // namespace
 
-Document Merge(Document base, Document delta, Scope scope)
+bool IsWithin(Scope scope, const tickets::ExpandedName& name)
 {
-    References references = ReferencesIn(base.root);
-    references.merge(ReferencesIn(delta.root));
-    for (Element* const ticket : {&base.root, &delta.root})
+    return NarrowestScope(name.local) <= scope;
+}
+
+tickets::Document Merge(tickets::Document base, tickets::Document delta, Scope scope)
+{
+    tickets::References references = tickets::ReferencesIn(base.root);
+    references.merge(tickets::ReferencesIn(delta.root));
+    for (tickets::Node* const ticket : {&base.root, &delta.root})
     {
         KeepScope(*ticket, scope);
         KeepFirstOfSiblings(*ticket);
     }
-    std::vector<Element>& settings = base.root.children;
-    std::map<std::tuple<Kind, ExpandedName>, std::size_t> known;
+    std::vector<tickets::Node>& settings = base.root.children;
+    std::map<std::tuple<tickets::Kind, tickets::ExpandedName>, std::size_t> known;
     for (std::size_t index = 0; index < settings.size(); ++index)
     {
         known.emplace(std::tuple(settings[index].kind, settings[index].name), index);
     }
-    for (Element& setting : delta.root.children)
+    for (tickets::Node& setting : delta.root.children)
     {
         const auto replaced = known.find({setting.kind, setting.name});
         if (replaced != known.end())
@@ -54,7 +77,7 @@ Document Merge(Document base, Document delta, Scope scope)
             settings.push_back(std::move(setting));
         }
     }
-    RemoveOrphans(base.root, references);
+    tickets::RemoveOrphans(base.root, references);
     base.prefixes.insert(base.prefixes.end(), delta.prefixes.begin(), delta.prefixes.end());
     return base;
 }

@@ -1,4 +1,4 @@
-#include "ticketservice/providers.h"
+#include "host/ticketservice/providers.h"
 
 #include <utility>
 

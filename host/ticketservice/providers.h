@@ -9,7 +9,7 @@
 
 #include <prntvpt.h>
 
-#include "ticketservice/device.h"
+#include "host/ticketservice/device.h"
 
 namespace host::ticketservice
 {

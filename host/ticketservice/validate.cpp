@@ -1,31 +1,33 @@
-#include "ticketservice/validate.h"
+#include "host/ticketservice/validate.h"
 
 #include <algorithm>
 #include <optional>
 #include <utility>
 
-#include "ticketservice/parameters.h"
+#include "host/tickets/parameters.h"
 
 namespace host::ticketservice
 {
 namespace
 {
-bool IsPickMany(const Element& described)
+bool IsPickMany(const tickets::Node& described)
 {
-    const Element* const property = FindChild(described, Kind::Property, Framework("SelectionType"));
-    const Element* const value = property == nullptr ? nullptr : FindChild(*property, Kind::Value);
-    return value != nullptr && value->content == Content(Keyword("PickMany"));
+    const tickets::Node* const property =
+        tickets::FindChild(described, tickets::Kind::Property, tickets::Framework("SelectionType"));
+    const tickets::Node* const value =
+        property == nullptr ? nullptr : tickets::FindChild(*property, tickets::Kind::Value);
+    return value != nullptr && value->content == tickets::Content(tickets::Keyword("PickMany"));
 }
 
 /// What a ticket says when it asks for an option that print capabilities describe: the option's name and its
 /// scored properties.
-Element ToTicketOption(const Element& described)
+tickets::Node ToTicketOption(const tickets::Node& described)
 {
-    Element option{Kind::Option, described.name};
+    tickets::Node option{tickets::Kind::Option, described.name};
     std::copy_if(described.children.begin(),
                  described.children.end(),
                  std::back_inserter(option.children),
-                 [](const Element& child) { return child.kind == Kind::ScoredProperty; });
+                 [](const tickets::Node& child) { return child.kind == tickets::Kind::ScoredProperty; });
     return option;
 }
 
@@ -44,51 +46,53 @@ std::optional<std::string> FindCorrection(const Parameter& parameter, const std:
 class Validator
 {
 public:
-    Validator(Element& ticket, const Device& device) : m_ticket(ticket), m_device(device) {}
+    Validator(tickets::Node& ticket, const Device& device) : m_ticket(ticket), m_device(device) {}
 
     bool Resolve()
     {
-        const References before = ReferencesIn(m_ticket);
-        for (Element& setting : m_ticket.children)
+        const tickets::References before = tickets::ReferencesIn(m_ticket);
+        for (tickets::Node& setting : m_ticket.children)
         {
-            const Element* const described =
-                setting.kind == Kind::Feature ? m_device.FindFeature(setting.name) : nullptr;
+            const tickets::Node* const described =
+                setting.kind == tickets::Kind::Feature ? m_device.FindFeature(setting.name) : nullptr;
             if (described != nullptr)
             {
                 ResolveFeature(setting, *described);
             }
         }
-        RemoveOrphans(m_ticket, before);
+        tickets::RemoveOrphans(m_ticket, before);
         ResolveParameters();
         AddMissingParameters();
         return m_hasReplaced;
     }
 
 private:
-    void ResolveFeature(Element& requested, const Element& described)
+    void ResolveFeature(tickets::Node& requested, const tickets::Node& described)
     {
-        const auto isOption = [](const Element& child) { return child.kind == Kind::Option; };
+        const auto isOption = [](const tickets::Node& child) { return child.kind == tickets::Kind::Option; };
         const bool asksForOption =
             std::any_of(requested.children.begin(), requested.children.end(), isOption);
         if (!IsPickMany(described))
         {
             KeepFirstOption(requested);
         }
-        const auto refused = std::erase_if(requested.children, [&](const Element& child) {
+        const auto refused = std::erase_if(requested.children, [&](const tickets::Node& child) {
             return isOption(child) && !IsOffered(child, requested, described);
         });
         if (refused > 0)
         {
             m_hasReplaced = true;
         }
-        if (asksForOption && FindChild(requested, Kind::Option) == nullptr)
+        if (asksForOption && tickets::FindChild(requested, tickets::Kind::Option) == nullptr)
         {
             requested.children.push_back(ToTicketOption(GetDefaultOption(described)));
         }
-        for (Element& child : requested.children)
+        for (tickets::Node& child : requested.children)
         {
-            const Element* const nested =
-                child.kind == Kind::Feature ? FindChild(described, Kind::Feature, child.name) : nullptr;
+            const tickets::Node* const nested =
+                child.kind == tickets::Kind::Feature
+                    ? tickets::FindChild(described, tickets::Kind::Feature, child.name)
+                    : nullptr;
             if (nested != nullptr)
             {
                 ResolveFeature(child, *nested);
@@ -96,43 +100,45 @@ private:
         }
     }
 
-    static void KeepFirstOption(Element& feature)
+    static void KeepFirstOption(tickets::Node& feature)
     {
         bool isFirst = true;
-        std::erase_if(feature.children, [&](const Element& child) {
-            return child.kind == Kind::Option && !std::exchange(isFirst, false);
+        std::erase_if(feature.children, [&](const tickets::Node& child) {
+            return child.kind == tickets::Kind::Option && !std::exchange(isFirst, false);
         });
     }
 
-    bool IsOffered(const Element& option, const Element& requested, const Element& described) const
+    bool IsOffered(const tickets::Node& option,
+                   const tickets::Node& requested,
+                   const tickets::Node& described) const
     {
         const bool isNamed = !option.name.local.empty();
-        if (!isNamed || FindChild(described, Kind::Option, option.name) == nullptr)
+        if (!isNamed || tickets::FindChild(described, tickets::Kind::Option, option.name) == nullptr)
         {
             return false;
         }
-        const bool isMediaSize = requested.name == Keyword("PageMediaSize");
+        const bool isMediaSize = requested.name == tickets::Keyword("PageMediaSize");
         const Medium* const medium = isMediaSize ? m_device.FindMedium(option.name) : nullptr;
         if (medium == nullptr || !medium->isCustom)
         {
             return true;
         }
-        const std::optional<Size> size = FindRequestedSize(m_ticket, option);
+        const std::optional<MediaSize> size = tickets::FindRequestedSize(m_ticket, option);
         return size && medium->Takes(*size);
     }
 
     void ResolveParameters()
     {
-        for (Element& setting : m_ticket.children)
+        for (tickets::Node& setting : m_ticket.children)
         {
             const Parameter* const parameter =
-                setting.kind == Kind::ParameterInit ? m_device.FindParameter(setting.name) : nullptr;
+                setting.kind == tickets::Kind::ParameterInit ? m_device.FindParameter(setting.name) : nullptr;
             if (parameter == nullptr || parameter->type == Parameter::Type::Other)
             {
                 continue;
             }
             const std::optional<std::string> correction =
-                FindCorrection(*parameter, FindText(setting).value_or(""));
+                FindCorrection(*parameter, tickets::FindText(setting).value_or(""));
             if (correction)
             {
                 setting.children = {parameter->defaultValue};
@@ -144,25 +150,27 @@ private:
 
     void AddMissingParameters()
     {
-        for (const ExpandedName& name : ReferencesIn(m_ticket))
+        for (const tickets::ExpandedName& name : tickets::ReferencesIn(m_ticket))
         {
             const Parameter* const parameter = m_device.FindParameter(name);
-            if (parameter != nullptr && FindChild(m_ticket, Kind::ParameterInit, name) == nullptr)
+            if (parameter != nullptr &&
+                tickets::FindChild(m_ticket, tickets::Kind::ParameterInit, name) == nullptr)
             {
-                m_ticket.children.push_back(
-                    {.kind = Kind::ParameterInit, .name = name, .children = {parameter->defaultValue}});
+                m_ticket.children.push_back({.kind = tickets::Kind::ParameterInit,
+                                             .name = name,
+                                             .children = {parameter->defaultValue}});
                 m_hasReplaced = true;
             }
         }
     }
 
-    Element& m_ticket;
+    tickets::Node& m_ticket;
     const Device& m_device;
     bool m_hasReplaced = false;
 };
 } // namespace
 
-bool ResolveConflicts(Element& ticket, const Device& device)
+bool ResolveConflicts(tickets::Node& ticket, const Device& device)
 {
     return Validator(ticket, device).Resolve();
 }

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ticketservice/device.h"
-#include "ticketservice/printschema.h"
+#include "host/tickets/ticketdocument.h"
+#include "host/ticketservice/device.h"
 
 namespace host::ticketservice
 {
@@ -11,5 +11,5 @@ namespace host::ticketservice
 /// alone: an option that it does not offer gives way to its default, as does a custom media size beyond its
 /// limits; a number beyond its ParameterDef's limits becomes the nearest limit; a parameter that is missing
 /// or no number takes the default value. Of a feature with one choice only the first option counts.
-bool ResolveConflicts(Element& ticket, const Device& device);
+bool ResolveConflicts(tickets::Node& ticket, const Device& device);
 } // namespace host::ticketservice

@@ -4,9 +4,8 @@
 #include <utility>
 #include <vector>
 
-#include "host/xml/elementreader.h"
-#include "host/xml/markuptext.h"
-#include "host/xml/saxreader.h"
+#include "host/xml/markup.h"
+#include "host/xml/reader.h"
 #include "host/xps/xpsvocabulary.h"
 
 namespace host::xps
@@ -68,21 +67,17 @@ std::optional<ContentTransform> ToTransform(const std::string* text)
 }
 
 /// Takes a page's root and the element that comes first in it.
-class PageListener final : public xml::MarkupListener
+class PageListener final : public xml::Listener
 {
 public:
     PageListener(PageMarkup& page, Extent extent) : m_page(page), m_extent(extent) {}
 
     bool WantsMore() const override { return m_seen < 2; }
 
-    void OnStart(std::string namespaceUri,
-                 std::string localName,
-                 std::vector<xml::Attribute> attributes) override
+    void OnStart(xml::Element element) override
     {
-        const int depth = m_seen++;
-        const xml::Element element{
-            std::move(namespaceUri), std::move(localName), std::move(attributes), depth, {}};
-        depth == 0 ? TakeRoot(element) : TakeFirst(element);
+        ++m_seen;
+        element.depth == 0 ? TakeRoot(element) : TakeFirst(element);
     }
 
 private:
@@ -137,7 +132,7 @@ PageMarkup ReadPageStart(std::string_view markupStart)
     PageListener listener(page, Extent::Start);
     try
     {
-        static_cast<void>(xml::SaxReader().Read(xml::DecodeMarkup(ToLastTag(markupStart)), listener));
+        xml::Reader().Read(ToLastTag(markupStart), listener);
     }
     catch (const StartFound&)
     {
@@ -153,11 +148,10 @@ PageMarkup ReadPage(std::string_view markup)
 {
     PageMarkup page;
     PageListener listener(page, Extent::Whole);
-    xml::SaxReader reader;
+    xml::Reader reader;
     try
     {
-        const std::string fault = reader.Read(xml::DecodeMarkup(markup), listener);
-        page.fault = fault.empty() ? "" : "is not well-formed: " + fault;
+        reader.Read(markup, listener);
     }
     catch (const ForeignElement& element)
     {

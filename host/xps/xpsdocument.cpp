@@ -4,8 +4,8 @@
 #include <string>
 
 #include "host/opc/packageerror.h"
-#include "host/xml/elementreader.h"
-#include "host/xml/markuptext.h"
+#include "host/xml/markup.h"
+#include "host/xml/reader.h"
 #include "host/xps/xpsvocabulary.h"
 
 namespace host::xps

@@ -4,8 +4,8 @@
 #include "base/xml/prologscanner.h"
 #include "base/xps/markuptext.h"
 #include "fuzz/bytes.h"
-#include "host/xml/elementreader.h"
-#include "host/xml/markuptext.h"
+#include "host/xml/reader.h"
+#include "host/xml/writer.h"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
@@ -22,7 +22,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
     }
 
     host::xml::ReadElements(
-        "<a b=\"" + host::xml::EscapeAttribute("<&\"\t\r\n>") + "\"/>",
+        "<a b=\"" + host::xml::Escape("<&\"\t\r\n>") + "\"/>",
         [](const host::xml::Element& element) { fuzz::Require(*element.Find("b") == "<&\"\t\r\n>"); });
     std::string text(bytes);
     base::xps::EscapeText(text);

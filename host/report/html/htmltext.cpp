@@ -5,7 +5,7 @@
 #include <cstdint>
 
 #include "base/logging/log.h"
-#include "host/xml/text.h"
+#include "host/xml/encoding.h"
 
 namespace host::report::html
 {
@@ -31,41 +31,6 @@ constexpr std::array kUnseen = {Range{0x00, 0x1F},
                                 Range{0xFFF9, 0xFFFB},
                                 Range{0xE0000, 0xE007F}};
 
-constexpr char32_t kNoCharacter = 0xFFFFFFFF;
-
-struct Decoded
-{
-    char32_t character;
-    std::size_t length;
-};
-
-/// The first character of a text that is not empty; kNoCharacter, one byte long, for what is no UTF-8.
-Decoded DecodeFirst(std::string_view text)
-{
-    const auto lead = static_cast<unsigned char>(text.front());
-    const std::size_t length = lead < 0x80   ? 1
-                               : lead < 0xC2 ? 0
-                               : lead < 0xE0 ? 2
-                               : lead < 0xF0 ? 3
-                               : lead < 0xF5 ? 4
-                                             : 0;
-    if (length == 0 || length > text.size() ||
-        !std::all_of(text.begin() + 1, text.begin() + length, xml::IsUtf8Continuation))
-    {
-        return {kNoCharacter, 1};
-    }
-    constexpr std::array<unsigned, 5> leadBits = {0, 0x7F, 0x1F, 0x0F, 0x07};
-    char32_t character = lead & leadBits[length];
-    for (std::size_t index = 1; index < length; ++index)
-    {
-        character = character << 6U | (static_cast<unsigned char>(text[index]) & 0x3FU);
-    }
-    constexpr std::array<char32_t, 5> least = {0, 0, 0x80, 0x800, 0x10000};
-    const bool isSurrogate = character >= 0xD800 && character <= 0xDFFF;
-    return character < least[length] || character > 0x10FFFF || isSurrogate ? Decoded{kNoCharacter, 1}
-                                                                            : Decoded{character, length};
-}
-
 bool IsUnseen(char32_t character)
 {
     return std::any_of(kUnseen.begin(), kUnseen.end(), [&](const Range& range) {
@@ -87,7 +52,7 @@ std::string_view FindEntity(char32_t character)
         return "&quot;";
     case U'\'':
         return "&#39;";
-    case kNoCharacter:
+    case xml::kNoCharacter:
         return "&#65533;";
     default:
         return {};
@@ -100,7 +65,7 @@ std::string EscapeHtml(std::string_view text)
     std::string escaped;
     while (!text.empty())
     {
-        const auto [character, length] = DecodeFirst(text);
+        const auto [character, length] = xml::DecodeFirst(text);
         if (const auto entity = FindEntity(character); !entity.empty())
         {
             escaped += entity;

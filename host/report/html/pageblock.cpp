@@ -9,8 +9,8 @@
 #include "host/report/pageview.h"
 #include "host/report/secondrun.h"
 #include "host/tickets/ticketdiff.h"
+#include "host/tickets/ticketdocument.h"
 #include "host/tickets/ticketlisting.h"
-#include "host/ticketservice/printschema.h"
 #include "host/xml/text.h"
 
 namespace host::report::html
@@ -256,7 +256,7 @@ std::string FormatTicket(const PageReport& page)
         html += "<details><summary>Settings in force for the page as it came</summary><pre tabindex=\"0\">" +
                 EscapeHtmlLines(tickets::ListTicket(page.details->effectiveTicket)) + "</pre></details>";
     }
-    catch (const ticketservice::FormatError& fault)
+    catch (const xml::MarkupError& fault)
     {
         html += "<p>The tickets cannot be compared: " + EscapeHtml(fault.what()) + "</p>";
     }

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "host/opc/itemname.h"
-#include "host/xml/markuptext.h"
+#include "host/xml/markup.h"
 #include "tests/host/testpackages.h"
 
 namespace host::opc

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "host/ticketservice/printschema.h"
+#include "host/tickets/ticketdocument.h"
 #include "tests/host/testpackages.h"
 
 namespace host::tickets
@@ -38,7 +38,7 @@ TEST(TicketDiff, ComparesSettingsByTheirNamesWhateverTheirPrefixesAndOrder)
     EXPECT_EQ(List(CompareTickets("", "", inForce)),
               "2 PageScaling: - > None\n"
               "2 PageMediaSize: - > ISOA3\n");
-    EXPECT_THROW(CompareTickets("<a/>", "", ""), ticketservice::FormatError);
+    EXPECT_THROW(CompareTickets("<a/>", "", ""), xml::MarkupError);
     EXPECT_EQ(FindOption(inForce, "PageMediaSize"), "ISOA3");
     EXPECT_EQ(FindOption(inForce, "PageOrientation"), std::nullopt);
 }

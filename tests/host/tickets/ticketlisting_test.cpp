@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "host/ticketservice/printschema.h"
+#include "host/tickets/ticketdocument.h"
 #include "tests/host/testpackages.h"
 
 namespace host::tickets
@@ -34,8 +34,8 @@ TEST(TicketListing, NamesTheMostSpecificLevelThatAskedForAValue)
 TEST(TicketListing, ListsATicketAsItStands)
 {
     EXPECT_EQ(ListTicket(Ticket("vendor")), "    PageMediaSize = own:Card, own:W 5\n");
-    EXPECT_THROW(ListTicket("<a/>"), ticketservice::FormatError);
-    EXPECT_THROW(ListTicketWithOrigins(Ticket("page"), {{"page", "<a>"}}), ticketservice::FormatError);
+    EXPECT_THROW(ListTicket("<a/>"), xml::MarkupError);
+    EXPECT_THROW(ListTicketWithOrigins(Ticket("page"), {{"page", "<a>"}}), xml::MarkupError);
 }
 } // namespace
 } // namespace host::tickets

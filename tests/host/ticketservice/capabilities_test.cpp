@@ -1,4 +1,4 @@
-#include "ticketservice/capabilities.h"
+#include "host/ticketservice/capabilities.h"
 
 #include <regex>
 #include <string>

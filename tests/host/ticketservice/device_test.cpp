@@ -1,4 +1,4 @@
-#include "ticketservice/device.h"
+#include "host/ticketservice/device.h"
 
 #include <string>
 #include <tuple>
@@ -6,9 +6,9 @@
 
 #include <gtest/gtest.h>
 
+#include "host/tickets/ticketreader.h"
+#include "host/ticketservice/validate.h"
 #include "tests/host/ticketservice/offlineservice.h"
-#include "ticketservice/documentreader.h"
-#include "ticketservice/validate.h"
 
 namespace host::ticketservice
 {
@@ -29,7 +29,7 @@ TEST(Device, IsRefusedWithItsReasonWhenTheDescriptionCannotServe)
     }
     EXPECT_EQ(Describe("").hr, static_cast<HRESULT>(E_PRINTCAPABILITIES_FORMAT));
     EXPECT_EQ(Describe(ReadData("merge/base.xml")).message,
-              "line 7, column 34: the root is not the Print Schema's PrintCapabilities");
+              "line 2, column 1: the root is not the Print Schema's PrintCapabilities");
     // What was in force before a refusal stays in force.
     EXPECT_NE(GetCapabilities(nullptr).document.find("\"v:PageFinish\""), std::string::npos);
 }
@@ -51,7 +51,8 @@ TEST(Device, HoldsForProvidersThatAreOpenedLater)
 
 TEST(Device, TakesManyOptionsWhereItsFeatureDoes)
 {
-    const Device device(ReadDocument(ReadData("devices/uneven.xml"), Kind::PrintCapabilities));
+    const Device device(
+        tickets::ReadDocument(ReadData("devices/uneven.xml"), tickets::Kind::PrintCapabilities));
     // The options that a ticket asks for, and those that it is left with.
     const std::tuple<std::vector<const char*>, std::vector<std::string>, bool> cases[] = {
         {{"Punch", "Fold"}, {"Punch", "Fold"}, false},
@@ -60,15 +61,15 @@ TEST(Device, TakesManyOptionsWhereItsFeatureDoes)
         {{}, {}, false}};
     for (const auto& [wanted, left, isReplaced] : cases)
     {
-        Element feature{.kind = Kind::Feature, .name = {"urn:vendor:one", "PageFinish"}};
+        tickets::Node feature{.kind = tickets::Kind::Feature, .name = {"urn:vendor:one", "PageFinish"}};
         for (const char* const option : wanted)
         {
-            feature.children.push_back({.kind = Kind::Option, .name = {"urn:vendor:one", option}});
+            feature.children.push_back({.kind = tickets::Kind::Option, .name = {"urn:vendor:one", option}});
         }
-        Element ticket{.kind = Kind::PrintTicket, .children = {feature}};
+        tickets::Node ticket{.kind = tickets::Kind::PrintTicket, .children = {feature}};
         EXPECT_EQ(ResolveConflicts(ticket, device), isReplaced);
         std::vector<std::string> names;
-        for (const Element& each : ticket.children.front().children)
+        for (const tickets::Node& each : ticket.children.front().children)
         {
             names.push_back(each.name.local);
         }

@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 
 #include "base/utility/bstr.h"
+#include "host/tickets/ticketdocument.h"
 #include "tests/host/ticketservice/offlineservice.h"
-#include "ticketservice/printschema.h"
 
 namespace host::ticketservice
 {
@@ -18,7 +18,7 @@ using base::utility::MakeCom;
 constexpr auto kTicketFormat = static_cast<HRESULT>(E_PRINTTICKET_FORMAT);
 constexpr auto kDeltaFormat = static_cast<HRESULT>(E_DELTA_PRINTTICKET_FORMAT);
 
-const std::string kPsf = "xmlns:psf='" + std::string(kFrameworkNamespace) + "'";
+const std::string kPsf = "xmlns:psf='" + std::string(tickets::kFrameworkNamespace) + "'";
 const std::string kOpen = "<psf:PrintTicket version='1' " + kPsf + ">";
 const std::string kClose = "</psf:PrintTicket>";
 
@@ -145,8 +145,8 @@ TEST_F(Exports, RefuseABadTicketWithItsReason)
     const std::string option = "<psf:Feature name='a'><psf:Option><psf:Property/></psf:Option></psf:Feature>";
     const std::string wrongRoot = "the root is not the Print Schema's PrintTicket";
     const std::pair<std::string, std::string> cases[] = {
-        {"", "line "},
-        {"no markup", "line "},
+        {"", "is empty"},
+        {"no markup", "is not well-formed: line "},
         {std::string("\0\0\0\0", 4), "line "},
         {kOpen, "line "},
         {kOpen + kClose + kClose, "line "},
@@ -154,7 +154,8 @@ TEST_F(Exports, RefuseABadTicketWithItsReason)
         {"<!DOCTYPE r [<!ENTITY e 'x'>]>" + kOpen + "&e;" + kClose, "declares a document type"},
         {"<PrintTicket version='1'/>", wrongRoot},
         {"<psf:PrintCapabilities version='1' " + kPsf + "/>", wrongRoot},
-        {"<psf:PrintTicket xmlns:psf='https" + std::string(kFrameworkNamespace.substr(4)) + "'/>", wrongRoot},
+        {"<psf:PrintTicket xmlns:psf='https" + std::string(tickets::kFrameworkNamespace.substr(4)) + "'/>",
+         wrongRoot},
         {"<psf:PrintTicket version='2' " + kPsf + "/>", "the version is not 1"},
         {kOpen + "<psf:Feature/>" + kClose, "a Feature has no name"},
         {kOpen + "<psf:Feature name='x:PageFold'/>" + kClose, "\"x:PageFold\" is no name"},
@@ -197,14 +198,14 @@ TEST_F(Exports, TakeNoCutOffTicketAndOutliveDamagedOnes)
 TEST_F(Exports, TakeTicketsInEveryEncodingAndWithCarelessTypes)
 {
     const std::string careless =
-        "<psf:PrintTicket " + kPsf + " xmlns:i='" + std::string(kSchemaInstanceNamespace) +
+        "<psf:PrintTicket " + kPsf + " xmlns:i='" + std::string(tickets::kSchemaInstanceNamespace) +
         "'><psf:Property name='Mark'><psf:Value i:type='nowhere:string'>&#xE9;\r\n\t</psf:Value>"
         "</psf:Property></psf:PrintTicket>";
     for (const std::string& ticket : {careless, "\xEF\xBB\xBF" + careless, "\xFF\xFE" + ToUtf16(careless)})
     {
         const Answer answer = Merge(ticket, nullptr, kPTPageScope);
         EXPECT_EQ(answer.hr, S_PT_NO_CONFLICT) << answer.message;
-        EXPECT_NE(answer.document.find(" xsi:type=\"nowhere:string\">\xC3\xA9\n\t</psf:Value>"),
+        EXPECT_NE(answer.document.find(" xsi:type=\"nowhere:string\">\xC3\xA9&#10;&#9;</psf:Value>"),
                   std::string::npos)
             << answer.document;
     }

@@ -1,11 +1,10 @@
-#include "ticketservice/merge.h"
+#include "host/ticketservice/merge.h"
 
 #include <string>
 
 #include <gtest/gtest.h>
 
 #include "tests/host/ticketservice/offlineservice.h"
-#include "ticketservice/scope.h"
 
 namespace host::ticketservice
 {
@@ -70,7 +69,7 @@ TEST(Scope, IsTakenFromTheNameInAnyNamespace)
     {
         for (const Scope scope : {Scope::Page, Scope::Document, Scope::Job})
         {
-            EXPECT_EQ(IsWithin(scope, Keyword(local)), own <= scope) << local;
+            EXPECT_EQ(IsWithin(scope, tickets::Keyword(local)), own <= scope) << local;
             EXPECT_EQ(IsWithin(scope, {"urn:vendor:one", local}), own <= scope) << local;
         }
     }

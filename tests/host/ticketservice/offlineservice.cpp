@@ -65,6 +65,7 @@ Answer Describe(const std::string& description)
 std::string ReadJoined(const std::string& name)
 {
     const std::string joined = std::regex_replace(ReadData(name), std::regex("\n *(<|$)"), "$1");
-    return std::regex_replace(joined, std::regex("\n +"), " ");
+    const std::string spaced = std::regex_replace(joined, std::regex("\n +"), " ");
+    return std::regex_replace(spaced, std::regex("\\?><"), "?>\n<");
 }
 } // namespace host::ticketservice

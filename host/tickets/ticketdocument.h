@@ -2,13 +2,14 @@
 
 #include <compare>
 #include <optional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <variant>
 #include <vector>
 
-namespace host::ticketservice
+#include "host/xml/reader.h"
+
+namespace host::tickets
 {
 inline constexpr std::string_view kFrameworkNamespace =
     "http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework";
@@ -16,14 +17,6 @@ inline constexpr std::string_view kKeywordsNamespace =
     "http://schemas.microsoft.com/windows/2003/08/printing/printschemakeywords";
 inline constexpr std::string_view kSchemaInstanceNamespace = "http://www.w3.org/2001/XMLSchema-instance";
 inline constexpr std::string_view kSchemaNamespace = "http://www.w3.org/2001/XMLSchema";
-inline constexpr std::string_view kXmlNamespace = "http://www.w3.org/XML/1998/namespace";
-
-/// A document breaks the rules of XML or of the Print Schema; the text, in UTF-8, says where.
-class FormatError : public std::runtime_error
-{
-public:
-    using std::runtime_error::runtime_error;
-};
 
 /// A name by its namespace, whatever prefix a document writes for it.
 struct ExpandedName
@@ -67,7 +60,7 @@ std::optional<Kind> FindKind(std::string_view localName);
 bool MayHold(Kind parent, Kind child);
 
 /// One element of a print ticket or of print capabilities.
-struct Element
+struct Node
 {
     Kind kind = Kind::PrintTicket;
     /// Its `name` attribute; empty where there is none.
@@ -76,34 +69,36 @@ struct Element
     std::vector<Attribute> attributes = {};
     /// Of a Value only.
     Content content = {};
-    std::vector<Element> children = {};
+    std::vector<Node> children = {};
 };
 
 /// The first child of a kind, or of a kind and a name; null when there is none. Lends.
-const Element* FindChild(const Element& parent, Kind kind);
-const Element* FindChild(const Element& parent, Kind kind, const ExpandedName& name);
-Element* FindChild(Element& parent, Kind kind);
-Element* FindChild(Element& parent, Kind kind, const ExpandedName& name);
+const Node* FindChild(const Node& parent, Kind kind);
+const Node* FindChild(const Node& parent, Kind kind, const ExpandedName& name);
+Node* FindChild(Node& parent, Kind kind);
+Node* FindChild(Node& parent, Kind kind, const ExpandedName& name);
 
 /// The text of the Value that an element holds; none without a Value and for a QName.
-std::optional<std::string> FindText(const Element& holder);
-
-/// The whole of a text as a number, with blanks at the ends allowed as in XML Schema; none for anything else
-/// and for an integer beyond 32 bits.
-std::optional<int> ParseInteger(std::string_view text);
-std::optional<double> ParseDecimal(std::string_view text);
-
-struct PrefixBinding
-{
-    std::string prefix;
-    std::string namespaceUri;
-};
+std::optional<std::string> FindText(const Node& holder);
 
 /// A print ticket or print capabilities.
 struct Document
 {
-    Element root = {};
+    Node root = {};
     /// What the root declared, in its order: the prefixes that names are preferably written with.
-    std::vector<PrefixBinding> prefixes = {};
+    std::vector<xml::PrefixBinding> prefixes = {};
 };
-} // namespace host::ticketservice
+
+/// Shows the names of a ticket to people: keywords plainly, other names with the ticket's own prefix. Borrows
+/// the prefixes.
+class NameDisplay
+{
+public:
+    explicit NameDisplay(const std::vector<xml::PrefixBinding>& prefixes) : m_prefixes(prefixes) {}
+
+    std::string operator()(const ExpandedName& name) const;
+
+private:
+    const std::vector<xml::PrefixBinding>& m_prefixes;
+};
+} // namespace host::tickets

@@ -30,10 +30,7 @@ std::string FormatPlace(MarkupPlace place);
 /// can take.
 std::string DecodeMarkup(std::string_view bytes);
 
-/// Throws what DecodeMarkup throws: for markup that goes to a reader which does not refuse document types,
-/// and with them the files that they name.
-void RefuseForeignMarkup(std::string_view bytes);
-
-/// Text as it stands in an attribute between double quotes.
-std::string EscapeAttribute(std::string_view text);
+/// Throws what DecodeMarkup throws. For markup that goes to a reader which takes document types, and with
+/// them the files that they name.
+void RequireSafeMarkup(std::string_view bytes);
 } // namespace host::xml

@@ -2,9 +2,9 @@
 
 #include <string>
 
-#include "ticketservice/printschema.h"
+#include "host/tickets/ticketdocument.h"
 
-namespace host::ticketservice
+namespace host::tickets
 {
 /// Writes a document as UTF-8 with an XML declaration and no white space between elements.
 ///
@@ -12,4 +12,4 @@ namespace host::ticketservice
 /// document's prefixes but for those already taken, then "ns0000", "ns0001" and so on for namespaces that
 /// have none. Every name, in content too, is written with them.
 std::string WriteDocument(const Document& document);
-} // namespace host::ticketservice
+} // namespace host::tickets

@@ -1,124 +1,15 @@
-#include "host/xml/markuptext.h"
+#include "host/xml/markup.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <optional>
+
+#include "host/xml/encoding.h"
 
 namespace host::xml
 {
 namespace
 {
 constexpr std::string_view kBlanks = " \t\r\n";
-
-enum class ByteOrder
-{
-    LittleEndian,
-    BigEndian
-};
-
-class Utf16Reader
-{
-public:
-    Utf16Reader(std::string_view bytes, ByteOrder order) : m_bytes(bytes), m_order(order) {}
-
-    bool AtEnd() const noexcept { return m_bytes.empty(); }
-
-    std::uint32_t NextCodePoint()
-    {
-        const std::uint32_t lead = NextUnit();
-        if (lead < 0xD800 || lead > 0xDFFF)
-        {
-            return lead;
-        }
-        const std::uint32_t trail = lead < 0xDC00 && !AtEnd() ? NextUnit() : 0;
-        if (trail < 0xDC00 || trail > 0xDFFF)
-        {
-            throw MarkupError("is not valid UTF-16");
-        }
-        return 0x10000 + ((lead - 0xD800) << 10) + (trail - 0xDC00);
-    }
-
-private:
-    std::uint32_t NextUnit()
-    {
-        if (m_bytes.size() < 2)
-        {
-            throw MarkupError("ends within a UTF-16 character");
-        }
-        const auto first = static_cast<unsigned char>(m_bytes[0]);
-        const auto second = static_cast<unsigned char>(m_bytes[1]);
-        m_bytes.remove_prefix(2);
-        return m_order == ByteOrder::LittleEndian ? first + second * 256U : first * 256U + second;
-    }
-
-    std::string_view m_bytes;
-    ByteOrder m_order;
-};
-
-void AppendUtf8(std::string& text, std::uint32_t codePoint)
-{
-    const auto append = [&](std::uint32_t value) { text += static_cast<char>(value); };
-    const auto appendTail = [&](int shift) { append(0x80 | ((codePoint >> shift) & 0x3F)); };
-    if (codePoint < 0x80)
-    {
-        append(codePoint);
-    }
-    else if (codePoint < 0x800)
-    {
-        append(0xC0 | (codePoint >> 6));
-        appendTail(0);
-    }
-    else if (codePoint < 0x10000)
-    {
-        append(0xE0 | (codePoint >> 12));
-        appendTail(6);
-        appendTail(0);
-    }
-    else
-    {
-        append(0xF0 | (codePoint >> 18));
-        appendTail(12);
-        appendTail(6);
-        appendTail(0);
-    }
-}
-
-std::string FromUtf16(std::string_view bytes, ByteOrder order)
-{
-    std::string text;
-    text.reserve(bytes.size() / 2);
-    for (Utf16Reader reader(bytes, order); !reader.AtEnd();)
-    {
-        AppendUtf8(text, reader.NextCodePoint());
-    }
-    return text;
-}
-
-std::string ToUtf8(std::string_view bytes)
-{
-    if (bytes.starts_with("\xEF\xBB\xBF"))
-    {
-        return std::string(bytes.substr(3));
-    }
-    if (bytes.starts_with("\xFF\xFE"))
-    {
-        return FromUtf16(bytes.substr(2), ByteOrder::LittleEndian);
-    }
-    if (bytes.starts_with("\xFE\xFF"))
-    {
-        return FromUtf16(bytes.substr(2), ByteOrder::BigEndian);
-    }
-    // Without a mark the first character decides, which is ASCII in every well-formed document.
-    if (bytes.size() >= 2 && bytes[0] != '\0' && bytes[1] == '\0')
-    {
-        return FromUtf16(bytes, ByteOrder::LittleEndian);
-    }
-    if (bytes.size() >= 2 && bytes[0] == '\0' && bytes[1] != '\0')
-    {
-        return FromUtf16(bytes, ByteOrder::BigEndian);
-    }
-    return std::string(bytes);
-}
 
 std::string_view WithoutLeadingBlanks(std::string_view text)
 {
@@ -291,37 +182,8 @@ std::string DecodeMarkup(std::string_view bytes)
     return text;
 }
 
-void RefuseForeignMarkup(std::string_view bytes)
+void RequireSafeMarkup(std::string_view bytes)
 {
     static_cast<void>(DecodeMarkup(bytes));
-}
-
-std::string EscapeAttribute(std::string_view text)
-{
-    std::string escaped;
-    for (const char c : text)
-    {
-        switch (c)
-        {
-        case '&':
-            escaped += "&amp;";
-            break;
-        case '<':
-            escaped += "&lt;";
-            break;
-        case '"':
-            escaped += "&quot;";
-            break;
-        case '\t':
-        case '\n':
-        case '\r':
-            // Written plainly, they would be read back as blanks.
-            escaped.append("&#").append(std::to_string(static_cast<int>(c))).append(";");
-            break;
-        default:
-            escaped += c;
-        }
-    }
-    return escaped;
 }
 } // namespace host::xml

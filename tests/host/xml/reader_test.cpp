@@ -1,10 +1,10 @@
-#include "host/xml/elementreader.h"
+#include "host/xml/reader.h"
 
 #include <stdexcept>
 
 #include <gtest/gtest.h>
 
-#include "host/xml/markuptext.h"
+#include "host/xml/writer.h"
 #include "tests/host/testpackages.h"
 
 namespace host::xml
@@ -25,7 +25,7 @@ std::string Describe(std::string_view markup)
     return fault == kNoFault ? tags : fault;
 }
 
-TEST(ElementReader, ReadsEveryEncodingOfAPackage)
+TEST(Reader, ReadsEveryEncodingOfAPackage)
 {
     const std::string expected = "0{urn:n}r=\xC3\xA9\xF0\x9F\x98\x80;1{}c;";
     const std::u16string wide = u"<n:r xmlns:n=\"urn:n\" n:a=\"no\" a=\"\u00E9\U0001F600\"><c/></n:r>\r\n";
@@ -47,7 +47,7 @@ TEST(ElementReader, ReadsEveryEncodingOfAPackage)
     }
 }
 
-TEST(ElementReader, SaysWhyMarkupCannotBeRead)
+TEST(Reader, SaysWhyMarkupCannotBeRead)
 {
     const std::pair<std::string, const char*> faults[] = {
         {"<a>\n<b></a>", "is not well-formed: line 2, column "},
@@ -90,7 +90,7 @@ std::string Repeat(std::string_view text, int count)
     return repeated;
 }
 
-TEST(ElementReader, RefusesWhatReadersTakeTooLongFor)
+TEST(Reader, RefusesWhatReadersTakeTooLongFor)
 {
     const auto nested = [](int depth) { return Repeat("<a>", depth) + Repeat("</a>", depth); };
     const auto attributed = [](int count) {
@@ -113,7 +113,7 @@ TEST(ElementReader, RefusesWhatReadersTakeTooLongFor)
     EXPECT_EQ(FindMarkupFault(attributed(1001)), "has an element with more than 1000 attributes");
 }
 
-TEST(ElementReader, LetsTheCallersExceptionThroughWithItsType)
+TEST(Reader, LetsTheCallersExceptionThroughWithItsType)
 {
     int seen = 0;
     const auto fail = [&](const Element&) { ++seen == 2 ? throw std::out_of_range("b") : void(); };
@@ -121,11 +121,34 @@ TEST(ElementReader, LetsTheCallersExceptionThroughWithItsType)
     EXPECT_EQ(seen, 2);
 }
 
-TEST(EscapeAttribute, IsReadBackAsItWas)
+/// Keeps the attribute "a" of the root and the text in it.
+class TextListener final : public Listener
+{
+public:
+    bool WantsText() const override { return true; }
+    void OnStart(Element element) override { read += *element.Find("a") + "|"; }
+    void OnText(const std::string& text) override { read += text; }
+
+    std::string read;
+};
+
+TEST(Writer, IsReadBackAsItWasWritten)
 {
     const std::string text = "a&<>\"'\t\r\n \xC3\xA9";
-    ReadElements("<r a=\"" + EscapeAttribute(text) + "\"/>",
-                 [&](const Element& element) { EXPECT_EQ(*element.Find("a"), text); });
+    Writer writer;
+    writer.Start("r");
+    writer.Attribute("a", text);
+    writer.Text(text);
+    writer.End();
+    TextListener listener;
+    Reader().Read(writer.Take(), listener);
+    EXPECT_EQ(listener.read, text + "|" + text);
+}
+
+TEST(Reader, TakesNamespaceNamesThatHoldBlanks)
+{
+    EXPECT_EQ(Describe("<n:r xmlns:n='http://vendor.example/My Driver'/>"),
+              "0{http://vendor.example/My Driver}r;");
 }
 } // namespace
 } // namespace host::xml

@@ -1,13 +1,11 @@
-#include "ticketservice/printschema.h"
+#include "host/tickets/ticketdocument.h"
 
 #include <algorithm>
 #include <array>
-#include <charconv>
-#include <cmath>
 #include <initializer_list>
 #include <utility>
 
-namespace host::ticketservice
+namespace host::tickets
 {
 namespace
 {
@@ -26,28 +24,6 @@ constexpr std::array<std::string_view, 10> kKindNames = {"PrintTicket",
 bool IsOneOf(Kind kind, std::initializer_list<Kind> kinds)
 {
     return std::find(kinds.begin(), kinds.end(), kind) != kinds.end();
-}
-
-template <typename Number, typename... Format>
-std::optional<Number> ParseWhole(std::string_view text, Format... format)
-{
-    constexpr std::string_view blanks = " \t\r\n";
-    const std::size_t first = std::min(text.find_first_not_of(blanks), text.size());
-    text.remove_prefix(first);
-    text.remove_suffix(text.size() - (text.find_last_not_of(blanks) + 1));
-    // XML Schema allows a plus sign, which from_chars does not take.
-    if (text.starts_with('+') && !text.starts_with("+-"))
-    {
-        text.remove_prefix(1);
-    }
-    Number number = {};
-    const char* const end = text.data() + text.size();
-    const auto parsed = std::from_chars(text.data(), end, number, format...);
-    if (parsed.ec != std::errc() || parsed.ptr != end)
-    {
-        return std::nullopt;
-    }
-    return number;
 }
 } // namespace
 
@@ -104,36 +80,35 @@ bool MayHold(Kind parent, Kind child)
     return false;
 }
 
-const Element* FindChild(const Element& parent, Kind kind)
+const Node* FindChild(const Node& parent, Kind kind)
 {
-    const auto found = std::find_if(parent.children.begin(),
-                                    parent.children.end(),
-                                    [&](const Element& child) { return child.kind == kind; });
+    const auto found = std::find_if(parent.children.begin(), parent.children.end(), [&](const Node& child) {
+        return child.kind == kind;
+    });
     return found == parent.children.end() ? nullptr : &*found;
 }
 
-const Element* FindChild(const Element& parent, Kind kind, const ExpandedName& name)
+const Node* FindChild(const Node& parent, Kind kind, const ExpandedName& name)
 {
-    const auto found =
-        std::find_if(parent.children.begin(), parent.children.end(), [&](const Element& child) {
-            return child.kind == kind && child.name == name;
-        });
+    const auto found = std::find_if(parent.children.begin(), parent.children.end(), [&](const Node& child) {
+        return child.kind == kind && child.name == name;
+    });
     return found == parent.children.end() ? nullptr : &*found;
 }
 
-Element* FindChild(Element& parent, Kind kind)
+Node* FindChild(Node& parent, Kind kind)
 {
-    return const_cast<Element*>(FindChild(std::as_const(parent), kind));
+    return const_cast<Node*>(FindChild(std::as_const(parent), kind));
 }
 
-Element* FindChild(Element& parent, Kind kind, const ExpandedName& name)
+Node* FindChild(Node& parent, Kind kind, const ExpandedName& name)
 {
-    return const_cast<Element*>(FindChild(std::as_const(parent), kind, name));
+    return const_cast<Node*>(FindChild(std::as_const(parent), kind, name));
 }
 
-std::optional<std::string> FindText(const Element& holder)
+std::optional<std::string> FindText(const Node& holder)
 {
-    const Element* const value = FindChild(holder, Kind::Value);
+    const Node* const value = FindChild(holder, Kind::Value);
     if (value == nullptr || !std::holds_alternative<std::string>(value->content))
     {
         return std::nullopt;
@@ -141,14 +116,15 @@ std::optional<std::string> FindText(const Element& holder)
     return std::get<std::string>(value->content);
 }
 
-std::optional<int> ParseInteger(std::string_view text)
+std::string NameDisplay::operator()(const ExpandedName& name) const
 {
-    return ParseWhole<int>(text);
+    if (name.namespaceUri == kKeywordsNamespace || name.namespaceUri.empty())
+    {
+        return name.local;
+    }
+    const auto binding = std::find_if(m_prefixes.begin(), m_prefixes.end(), [&](const auto& candidate) {
+        return candidate.namespaceUri == name.namespaceUri;
+    });
+    return (binding == m_prefixes.end() ? name.namespaceUri : binding->prefix) + ":" + name.local;
 }
-
-std::optional<double> ParseDecimal(std::string_view text)
-{
-    const std::optional<double> number = ParseWhole<double>(text, std::chars_format::fixed);
-    return number && std::isfinite(*number) ? number : std::nullopt;
-}
-} // namespace host::ticketservice
+} // namespace host::tickets

@@ -1,0 +1,62 @@
+#include "host/tickets/parameters.h"
+
+#include "host/xml/text.h"
+
+namespace host::tickets
+{
+using base::xps::printschema::MediaSize;
+
+namespace
+{
+std::optional<int> FindRequestedEdge(const Node& ticket, const Node& option, std::string_view name)
+{
+    const Node* edge = FindEdge(option, name);
+    const Node* const reference = edge == nullptr ? nullptr : FindChild(*edge, Kind::ParameterRef);
+    if (reference != nullptr)
+    {
+        edge = FindChild(ticket, Kind::ParameterInit, reference->name);
+    }
+    return edge == nullptr ? std::nullopt : xml::ParseInteger(FindText(*edge).value_or(""));
+}
+} // namespace
+
+const Node* FindEdge(const Node& option, std::string_view edge)
+{
+    const std::string suffix(edge);
+    const Node* const found = FindChild(option, Kind::ScoredProperty, Keyword("MediaSize" + suffix));
+    return found != nullptr ? found : FindChild(option, Kind::ScoredProperty, Keyword("PS" + suffix));
+}
+
+std::optional<MediaSize> FindRequestedSize(const Node& ticket, const Node& option)
+{
+    const std::optional<int> width = FindRequestedEdge(ticket, option, "Width");
+    const std::optional<int> height = FindRequestedEdge(ticket, option, "Height");
+    if (!width || !height)
+    {
+        return std::nullopt;
+    }
+    return MediaSize{*width, *height};
+}
+
+References ReferencesIn(const Node& element)
+{
+    References found;
+    if (element.kind == Kind::ParameterRef)
+    {
+        found.insert(element.name);
+    }
+    for (const Node& child : element.children)
+    {
+        found.merge(ReferencesIn(child));
+    }
+    return found;
+}
+
+void RemoveOrphans(Node& ticket, const References& before)
+{
+    const References now = ReferencesIn(ticket);
+    std::erase_if(ticket.children, [&](const Node& child) {
+        return child.kind == Kind::ParameterInit && before.contains(child.name) && !now.contains(child.name);
+    });
+}
+} // namespace host::tickets
