@@ -9,9 +9,9 @@
 #include "host/app/stopwatch.h"
 #include "host/job/casetable.h"
 #include "host/job/expectedoutcome.h"
-#include "host/job/filteranswer.h"
-#include "host/job/filterjob.h"
 #include "host/job/jobenvironment.h"
+#include "host/job/joboutcome.h"
+#include "host/job/runjob.h"
 #include "host/opc/files.h"
 #include "host/opc/packageerror.h"
 #include "host/xml/encoding.h"
@@ -32,30 +32,47 @@ job::CaseTable ReadTable(const std::filesystem::path& file)
     return job::ReadCaseTable(bytes, file.parent_path());
 }
 
-/// Throws what job::JobEnvironment and job::RunFilter throw for anything but the document.
-job::JobResult RunCase(const job::Case& row, const Interrupt& interrupt)
+/// Collects the pages of a case.
+class CaseListener final : public job::JobListener
 {
-    const job::JobEnvironment ground(row.setting);
-    job::JobResult result;
-    job::FilterJob job = ground.MakeJob(row.document, row.setting);
-    job.onPage = [&](const report::PageReport& page) {
+public:
+    CaseListener(job::CaseResult& result, const Interrupt& interrupt)
+        : m_result(result), m_interrupt(interrupt)
+    {
+    }
+
+    void OnPage(const report::PageReport& page) override
+    {
         if (!page.isRefused)
         {
-            result.pages.push_back(page);
+            m_result.pages.push_back(page);
         }
-    };
-    job.isCancelled = [&] { return interrupt.IsRaised(); };
+    }
+
+    bool IsCancelled() override { return m_interrupt.IsRaised(); }
+
+private:
+    job::CaseResult& m_result;
+    const Interrupt& m_interrupt;
+};
+
+/// Throws what JobEnvironment and RunJob throw, except for the document.
+job::CaseResult RunCase(const job::Case& row, const Interrupt& interrupt)
+{
+    const job::JobEnvironment environment(row.job);
+    job::CaseResult result;
+    CaseListener listener(result, interrupt);
     try
     {
-        const job::FilterOutcome outcome = job::RunFilter(job);
-        result.leftover = job::DescribeLeftover(outcome);
+        const job::JobOutcome outcome = job::RunJob(row.job, environment.UserTicket(), listener);
+        result.leaks = DescribeLeaks(outcome);
         if (FAILED(outcome.result))
         {
             interrupt.ThrowIfRaised();
-            job::ThrowPackageFault(row.document, outcome);
+            ThrowPackageFault(row.job.document, outcome);
             result.end = job::JobEnd::FilterFailed;
             result.result = outcome.result;
-            result.reason = job::DescribeFailure(outcome);
+            result.reason = DescribeFailure(outcome);
         }
     }
     catch (const opc::PackageError& fault)
@@ -66,13 +83,13 @@ job::JobResult RunCase(const job::Case& row, const Interrupt& interrupt)
     return result;
 }
 
-/// Goes through the cases and counts what they came to.
+/// Runs cases and counts their results.
 class BatchRun
 {
 public:
     BatchRun(const BatchCommand& command, Console& console) : m_command(command), m_console(console) {}
 
-    void TellFault(std::size_t line, const std::string& reason)
+    void ReportFault(std::size_t line, const std::string& reason)
     {
         ++m_faults;
         m_console.PrintError(xml::ToOneLine("xpsfilterhost: " + opc::ToUtf8Path(m_command.input) + ":" +
@@ -82,14 +99,14 @@ public:
 
     void Run(job::Case row, const Interrupt& interrupt)
     {
-        if (!row.setting.module)
+        if (!row.job.module)
         {
-            row.setting.module = m_command.module;
+            row.job.module = m_command.module;
         }
         m_console.ShowProgress(row.title);
         try
         {
-            Tell(row, RunCase(row, interrupt));
+            Report(row, RunCase(row, interrupt));
         }
         catch (const InterruptedError&)
         {
@@ -97,15 +114,15 @@ public:
         }
         catch (const std::exception& fault)
         {
-            TellFault(row.line, fault.what());
+            ReportFault(row.line, fault.what());
         }
     }
 
-    ExitStatus Sum() const
+    ExitStatus Summarise() const
     {
         std::ostringstream text;
-        text << xml::CountOf(m_alike + m_different + m_faults, "case") << ": " << m_alike << " as expected; "
-             << m_different << " not";
+        text << xml::CountOf(m_expected + m_different + m_faults, "case") << ": " << m_expected
+             << " as expected; " << m_different << " not";
         if (m_faults > 0)
         {
             text << "; " << m_faults << " could not be run";
@@ -120,13 +137,13 @@ public:
     }
 
 private:
-    void Tell(const job::Case& row, const job::JobResult& result)
+    void Report(const job::Case& row, const job::CaseResult& result)
     {
         const auto differences = job::FindDifferences(row.expected, result);
-        ++(differences.empty() ? m_alike : m_different);
+        ++(differences.empty() ? m_expected : m_different);
         std::ostringstream text;
         text << (differences.empty() ? "ok      " : "differs ") << std::setw(4) << row.line << "  "
-             << xml::ToOneLine(row.title + ": " + job::FormatCourse(result.ToCourse())) << "\n";
+             << xml::ToOneLine(row.title + ": " + job::FormatOutcome(result.ToOutcome())) << "\n";
         for (const std::string& difference : differences)
         {
             text << "              " << xml::ToOneLine(difference) << "\n";
@@ -136,7 +153,7 @@ private:
 
     const BatchCommand& m_command;
     Console& m_console;
-    std::size_t m_alike = 0;
+    std::size_t m_expected = 0;
     std::size_t m_different = 0;
     std::size_t m_faults = 0;
     Stopwatch m_watch;
@@ -149,7 +166,7 @@ ExitStatus Execute(const BatchCommand& command, Console& console)
     BatchRun run(command, console);
     for (const job::LineFault& fault : table.faults)
     {
-        run.TellFault(fault.line, fault.reason);
+        run.ReportFault(fault.line, fault.reason);
     }
     if (!table.faults.empty())
     {
@@ -164,6 +181,6 @@ ExitStatus Execute(const BatchCommand& command, Console& console)
     {
         run.Run(row, interrupt);
     }
-    return run.Sum();
+    return run.Summarise();
 }
 } // namespace host::app

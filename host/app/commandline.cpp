@@ -5,7 +5,7 @@
 
 #include <CLI/CLI.hpp>
 
-#include "host/opc/files.h"
+#include "host/job/joboptions.h"
 
 namespace host::app
 {
@@ -94,12 +94,12 @@ CLI::App* AddRun(CLI::App& app, RunCommand& command)
 {
     CLI::App* const run = app.add_subcommand("run", "Run the filter over a document");
     run->footer(kRunFooter);
-    AddInput(*run, command.input);
-    job::AddSetting(*run, command.setting);
-    job::AddModule(*run, command.setting.module);
-    job::AddAcceptMalformed(*run, command.setting.acceptsMalformed);
+    AddInput(*run, command.job.document);
+    job::AddJobOptions(*run, command.job);
+    job::AddModule(*run, command.job.module);
+    job::AddAcceptMalformed(*run, command.job.acceptsMalformed);
     CLI::Option* const output =
-        job::AddText(*run, "-o,--output", command.output, "The document to write")->type_name("OUT");
+        job::AddText(*run, "-o,--output", command.job.output, "The document to write")->type_name("OUT");
     const CLI::Option* const dryRun =
         run->add_flag("--dry-run")->description("Write no document")->excludes(output);
     run->add_flag("--trace", command.showsCalls, "Print each pipeline call and its HRESULT on stderr");
@@ -123,8 +123,8 @@ CLI::App* AddTickets(CLI::App& app, TicketsCommand& command)
     CLI::App* const tickets =
         app.add_subcommand("tickets", "Show each level's ticket and where its values come from");
     tickets->footer(kTicketsFooter);
-    AddInput(*tickets, command.input);
-    job::AddSetting(*tickets, command.setting);
+    AddInput(*tickets, command.job.document);
+    job::AddJobOptions(*tickets, command.job);
     return tickets;
 }
 
@@ -153,7 +153,7 @@ Command ParseCommandLine(const std::vector<std::string>& arguments)
 {
     CLI::App app("Runs XPS documents through the page-validation filter, offline: no printer, no spooler.",
                  "xpsfilterhost");
-    // Under Wine a path may begin with a slash.
+    // Under Wine a path may start with a slash.
     app.allow_windows_style_options(false);
     app.require_subcommand(1);
     app.set_version_flag("--version", HOST_VERSION, "Print the version and exit");

@@ -6,49 +6,45 @@
 #include <variant>
 #include <vector>
 
-#include "host/job/joboptions.h"
+#include "host/job/job.h"
 
 namespace host::app
 {
 enum class ExitStatus
 {
     Done = 0,
-    /// Or was stopped by Ctrl-C.
+    /// Also after Ctrl-C.
     FilterFailed = 1,
-    /// Of a comparison.
+    /// The result of diff and batch.
     Differs = 1,
-    /// The document, another file or the command line.
+    /// The document, another file or the command line cannot be used.
     Unusable = 2
 };
 
 /// Run the filter over a document.
 struct RunCommand
 {
-    std::filesystem::path input;
-    /// Empty for a dry run.
-    std::optional<std::filesystem::path> output;
-    job::JobSetting setting;
+    job::Job job;
     bool showsCalls = false;
     bool asJson = false;
-    /// The HTML page that tells what became of each page.
+    /// The HTML report to write.
     std::optional<std::filesystem::path> report;
-    /// Whether the filter is run over its output once more, to see whether it would change that again.
+    /// Whether to run the filter over its output again, to see whether it would change that.
     bool runsAgain = false;
 };
 
 /// Show the tickets of a document and where their values come from.
 struct TicketsCommand
 {
-    std::filesystem::path input;
-    job::JobSetting setting;
+    job::Job job;
 };
 
-/// Run the filter over the documents of a table and hold what became of them against what it expects.
+/// Run a table of cases and compare the outcomes with the expected ones.
 struct BatchCommand
 {
     /// The table.
     std::filesystem::path input;
-    /// For cases that name none.
+    /// The module of the cases that name none.
     std::optional<std::filesystem::path> module;
 };
 
@@ -60,7 +56,7 @@ struct DiffCommand
     bool showsChangesOnly = false;
 };
 
-/// There is nothing to do but to say something: help, or what is wrong with the command line.
+/// Nothing to run, but a text to print: help, or what is wrong with the command line.
 struct Notice
 {
     ExitStatus status;

@@ -6,8 +6,8 @@ namespace host::app
 {
 namespace
 {
-/// In one call where the system takes it: a console cannot put characters together that come in single bytes.
-/// False when the text did not get through.
+/// Writes in one call if the system allows it, because a console cannot join the bytes of a character that
+/// come one by one. Returns false when the text could not be written.
 bool Write(std::FILE* stream, std::string_view text)
 {
     while (!text.empty())

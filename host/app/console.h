@@ -10,9 +10,9 @@
 
 namespace host::app
 {
-/// The program's two output streams, which take UTF-8, and the progress line on stderr.
+/// The program's two output streams, in UTF-8, and the progress line on stderr.
 ///
-/// The progress line is shown on a terminal only. It is wiped before anything else is written and on
+/// The progress line is shown on a terminal only. It is erased before anything else is written and on
 /// destruction. May be used on any thread.
 class Console
 {
@@ -22,14 +22,14 @@ public:
     Console& operator=(const Console&) = delete;
     ~Console();
 
-    /// A text that cannot be written is lost; the job goes on.
+    /// A text that cannot be written is dropped; the job goes on.
     void PrintOut(std::string_view text);
     void PrintError(std::string_view text);
 
-    /// Whether anything did not get to stdout.
+    /// Whether a text could not be written to stdout.
     bool HasLostText();
 
-    /// Shows a new state in place of the last one, at most some ten times a second.
+    /// Replaces the progress line, at most about ten times a second.
     void ShowProgress(std::string_view text);
 
 private:

@@ -10,7 +10,7 @@ namespace
 {
 std::atomic<bool> raised{false};
 
-// Called on a thread of the system's own.
+// Called on a thread of the system.
 BOOL WINAPI OnConsoleEvent(DWORD)
 {
     raised = true;

@@ -11,7 +11,7 @@ public:
     InterruptedError() : std::runtime_error("interrupted") {}
 };
 
-/// Catches Ctrl-C and the closing of the console while it lives, so that a job can end as after any failure
+/// Catches Ctrl-C and the closing of the console during its lifetime, so that a job ends as after any failure
 /// and leaves no temporary file. One at a time.
 class Interrupt
 {
@@ -23,7 +23,7 @@ public:
 
     bool IsRaised() const noexcept;
 
-    /// Throws InterruptedError once there was one.
+    /// Throws InterruptedError after Ctrl-C.
     void ThrowIfRaised() const;
 };
 } // namespace host::app

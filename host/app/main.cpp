@@ -14,8 +14,9 @@ namespace host::app
 {
 namespace
 {
-template <typename JobCommand>
-ExitStatus Perform(const JobCommand& command, Console& console)
+/// Prints a failure as one line.
+template <typename AnyCommand>
+ExitStatus ExecuteOrReport(const AnyCommand& command, Console& console)
 {
     try
     {
@@ -33,7 +34,7 @@ ExitStatus Perform(const JobCommand& command, Console& console)
     return ExitStatus::Unusable;
 }
 
-ExitStatus Perform(const Notice& notice, Console& console)
+ExitStatus ExecuteOrReport(const Notice& notice, Console& console)
 {
     notice.status == ExitStatus::Done ? console.PrintOut(notice.text) : console.PrintError(notice.text);
     return notice.status;
@@ -52,7 +53,7 @@ int wmain(int count, wchar_t** arguments)
     host::app::Console console;
     const auto command = host::app::ParseCommandLine(texts);
     host::app::ExitStatus status =
-        std::visit([&](const auto& what) { return host::app::Perform(what, console); }, command);
+        std::visit([&](const auto& what) { return host::app::ExecuteOrReport(what, console); }, command);
     if (console.HasLostText() && status == host::app::ExitStatus::Done)
     {
         console.PrintError("xpsfilterhost: the standard output cannot be written\n");

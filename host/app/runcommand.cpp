@@ -8,9 +8,9 @@
 #include "host/app/interrupt.h"
 #include "host/app/runreport.h"
 #include "host/app/stopwatch.h"
-#include "host/job/filteranswer.h"
-#include "host/job/filterjob.h"
 #include "host/job/jobenvironment.h"
+#include "host/job/joboutcome.h"
+#include "host/job/runjob.h"
 #include "host/opc/files.h"
 #include "host/pipeline/resulttext.h"
 #include "host/report/decisioncounts.h"
@@ -32,7 +32,7 @@ bool IsSameFile(const std::filesystem::path& one, const std::filesystem::path& o
     {
         return true;
     }
-    // Files that are still to be made have their names only, whose case does not count.
+    // A file that does not exist yet has only its name, whose case does not count.
     const std::wstring left = std::filesystem::weakly_canonical(std::filesystem::absolute(one)).wstring();
     const std::wstring right = std::filesystem::weakly_canonical(std::filesystem::absolute(other)).wstring();
     return CompareStringOrdinal(left.c_str(), -1, right.c_str(), -1, TRUE) == CSTR_EQUAL;
@@ -48,81 +48,85 @@ void RequireAnother(const char* what,
         throw opc::FileError(*written, std::string(what) + " would replace " + other);
     }
 }
-/// Throws FileError when the run would write a file that it reads, or two files of one name.
+
+/// Throws opc::FileError when the run would write a file that it reads, or two files of one name.
 void RequireFilesOfTheirOwn(const RunCommand& command)
 {
-    const std::pair<const char*, OptionalPath> read[] = {{"the input", command.input},
-                                                         {"the user's ticket", command.setting.userTicket},
-                                                         {"the device's description", command.setting.device},
-                                                         {"the filter", job::ModuleOf(command.setting)}};
+    const std::pair<const char*, OptionalPath> read[] = {{"the input", command.job.document},
+                                                         {"the user's ticket", command.job.userTicket},
+                                                         {"the device's description", command.job.device},
+                                                         {"the filter", job::FilterModuleOf(command.job)}};
     for (const auto& [other, path] : read)
     {
-        RequireAnother("the output", command.output, other, path);
+        RequireAnother("the output", command.job.output, other, path);
         RequireAnother("the report", command.report, other, path);
     }
-    RequireAnother("the report", command.report, "the output", command.output);
+    RequireAnother("the report", command.report, "the output", command.job.output);
 }
 
-/// Shows a run to the user while it goes on.
-class RunView
+/// Shows a run while it goes on, and collects its report where one is wanted.
+class RunListener final : public job::JobListener
 {
 public:
-    RunView(const RunCommand& command, Console& console) : m_command(command), m_console(console) {}
-
-    void Connect(job::FilterJob& job, const Interrupt& interrupt)
+    /// Without `report` none is made.
+    RunListener(const RunCommand& command, Console& console, const Interrupt& interrupt, RunReport* report)
+        : m_command(command), m_console(console), m_interrupt(interrupt), m_report(report)
     {
-        job.onPage = [this](const report::PageReport& page) { ShowPage(page); };
-        if (m_command.showsCalls)
-        {
-            job.onCall = [this](const pipeline::TracedCall& call) { ShowCall(call); };
-        }
-        job.isCancelled = [&interrupt] { return interrupt.IsRaised(); };
-        job.onWriting = [this, &interrupt](double fraction) {
-            interrupt.ThrowIfRaised();
-            m_console.ShowProgress("writing, " + std::to_string(static_cast<int>(fraction * 100)) + " %");
-        };
     }
 
-    /// Of another run over the output only what it would change, or cannot be judged, is worth a line.
-    void ConnectAgain(job::FilterJob& job)
+    report::Detail WantedDetail() const override
     {
-        job.onPage = [this](const report::PageReport& page) { ShowAgain(page); };
-        job.onCall = {};
+        return m_report != nullptr ? report::Detail::All : report::Detail::None;
     }
 
-    /// What was wrong with the markup that the first run wrote for a page; empty for nothing.
-    std::string FaultOf(std::size_t page) const
-    {
-        const auto found = m_faults.find(page);
-        return found == m_faults.end() ? std::string() : found->second;
-    }
-
-    std::string SummariseAgain() const
-    {
-        return xml::CountOf(m_stable, "page") + " stable; " + std::to_string(m_unstable) + " would change" +
-               (m_faults.empty() ? "" : "; " + std::to_string(m_faults.size()) + " not judged");
-    }
-
-    void ShowOutcome(const job::FilterOutcome& outcome)
-    {
-        if (!m_command.asJson)
-        {
-            m_console.PrintOut(Summarise(outcome));
-        }
-        if (const std::string leftover = job::DescribeLeftover(outcome); !leftover.empty())
-        {
-            m_console.PrintError("xpsfilterhost: " + leftover + "\n");
-        }
-    }
-
-private:
-    void ShowPage(const report::PageReport& page)
+    void OnPage(const report::PageReport& page) override
     {
         m_decisions.Add(page);
         if (!page.markupFault.empty())
         {
             m_faults[page.number] = page.markupFault;
         }
+        ShowPage(page);
+        if (m_report != nullptr)
+        {
+            m_report->TakePage(page);
+        }
+    }
+
+    void OnCall(const pipeline::TracedCall& call) override
+    {
+        if (m_command.showsCalls)
+        {
+            ShowCall(call);
+        }
+        if (m_report != nullptr)
+        {
+            m_report->TakeCall(call);
+        }
+    }
+
+    void OnWriting(double fraction) override
+    {
+        m_interrupt.ThrowIfRaised();
+        m_console.ShowProgress("writing, " + std::to_string(static_cast<int>(fraction * 100)) + " %");
+    }
+
+    bool IsCancelled() override { return m_interrupt.IsRaised(); }
+
+    /// What is wrong with the new markup of pages that were taken all the same, by their numbers.
+    const std::map<std::size_t, std::string>& MarkupFaults() const noexcept { return m_faults; }
+
+    std::string Summarise(const job::JobOutcome& outcome) const
+    {
+        const auto& output = m_command.job.output;
+        return xml::CountOf(outcome.pages, "page") + " in " + xml::CountOf(outcome.documents, "document") +
+               ": " + m_decisions.Format() + "; " + m_watch.FormatElapsed() +
+               (output ? ": " + opc::ToUtf8Path(*output) : ", nothing written") + "\n";
+    }
+
+private:
+    void ShowPage(const report::PageReport& page)
+    {
         if (m_command.asJson)
         {
             m_console.PrintOut(report::FormatJson(page));
@@ -136,103 +140,154 @@ private:
         m_console.ShowProgress("page " + std::to_string(page.number));
     }
 
-    void ShowAgain(const report::PageReport& page)
-    {
-        const bool isStable = report::IsStable(page);
-        m_stable += isStable ? 1 : 0;
-        m_unstable += !isStable && report::IsJudged(page) ? 1 : 0;
-        if (m_command.asJson)
-        {
-            m_console.PrintOut(report::FormatAgainJson(page));
-        }
-        else if (!isStable)
-        {
-            m_console.PrintOut("run again: " + report::FormatAgainLine(page));
-        }
-        m_console.ShowProgress("run again, page " + std::to_string(page.number));
-    }
-
     void ShowCall(const pipeline::TracedCall& call)
     {
         m_console.PrintError(pipeline::FormatResult(call.result) + " " + std::string(call.method) +
                              (call.subject.empty() ? "" : " ") + call.subject + "\n");
     }
 
-    std::string Summarise(const job::FilterOutcome& outcome) const
-    {
-        return xml::CountOf(outcome.pages, "page") + " in " + xml::CountOf(outcome.documents, "document") +
-               ": " + m_decisions.Format() + "; " + m_watch.FormatElapsed() +
-               (m_command.output ? ": " + opc::ToUtf8Path(*m_command.output) : ", nothing written") + "\n";
-    }
-
     const RunCommand& m_command;
     Console& m_console;
+    const Interrupt& m_interrupt;
+    RunReport* m_report;
     report::DecisionCounts m_decisions;
-    std::size_t m_stable = 0;
-    std::size_t m_unstable = 0;
-    // Of the pages that were malformed and taken all the same.
     std::map<std::size_t, std::string> m_faults;
     Stopwatch m_watch;
 };
 
-void TellFailure(const std::filesystem::path& input, const std::string& failure, Console& console)
+/// Shows what the filter would change if it ran over its output. Pages that it would leave alone get no line.
+class SecondRunListener final : public job::JobListener
 {
-    console.PrintError(xml::ToOneLine("xpsfilterhost: " + opc::ToUtf8Path(input) + ": " + failure) + "\n");
+public:
+    /// `faults` are what is wrong with the markup that the first run wrote. Without `report` there is none.
+    SecondRunListener(const RunCommand& command,
+                      Console& console,
+                      const Interrupt& interrupt,
+                      const std::map<std::size_t, std::string>& faults,
+                      RunReport* report)
+        : m_command(command), m_console(console), m_interrupt(interrupt), m_faults(faults), m_report(report)
+    {
+    }
+
+    report::Detail WantedDetail() const override { return report::Detail::Tickets; }
+
+    void OnPage(const report::PageReport& sent) override
+    {
+        report::PageReport page = sent;
+        const auto fault = m_faults.find(page.number);
+        page.markupFault = fault == m_faults.end() ? std::string() : fault->second;
+        const bool isStable = report::IsStable(page);
+        m_stable += isStable ? 1 : 0;
+        m_unstable += !isStable && report::IsJudged(page) ? 1 : 0;
+        if (m_command.asJson)
+        {
+            m_console.PrintOut(report::FormatSecondRunJson(page));
+        }
+        else if (!isStable)
+        {
+            m_console.PrintOut("run again: " + report::FormatSecondRunLine(page));
+        }
+        if (m_report != nullptr)
+        {
+            m_report->AddSecondRun(page);
+        }
+    }
+
+    bool IsCancelled() override { return m_interrupt.IsRaised(); }
+
+    std::string Summarise() const
+    {
+        return xml::CountOf(m_stable, "page") + " stable; " + std::to_string(m_unstable) + " would change" +
+               (m_faults.empty() ? "" : "; " + std::to_string(m_faults.size()) + " not judged");
+    }
+
+private:
+    const RunCommand& m_command;
+    Console& m_console;
+    const Interrupt& m_interrupt;
+    const std::map<std::size_t, std::string>& m_faults;
+    RunReport* m_report;
+    std::size_t m_stable = 0;
+    std::size_t m_unstable = 0;
+};
+
+void PrintFailure(const std::filesystem::path& document, const std::string& failure, Console& console)
+{
+    console.PrintError(xml::ToOneLine("xpsfilterhost: " + opc::ToUtf8Path(document) + ": " + failure) + "\n");
 }
 
-/// Runs the filter over what it has written, without writing anything, as long as nobody stops it.
-job::FilterOutcome RunAgain(job::FilterJob job, RunView& view, RunReport& report)
+/// Runs the filter over what it has written, without writing anything.
+ExitStatus RunAgain(const RunCommand& command,
+                    const std::string& userTicket,
+                    SecondRunListener& listener,
+                    Console& console,
+                    const Interrupt& interrupt,
+                    RunReport* report)
 {
-    job.input = *std::exchange(job.output, std::nullopt);
-    job.detail = report::Detail::Tickets;
-    view.ConnectAgain(job);
-    report.ConnectAgain(job);
-    job.onPage = [&view, others = std::move(job.onPage)](report::PageReport page) {
-        page.markupFault = view.FaultOf(page.number);
-        others(page);
-    };
-    return job::RunFilter(job);
+    job::Job second = command.job;
+    second.document = *std::exchange(second.output, std::nullopt);
+    if (report != nullptr)
+    {
+        report->NoteOutput();
+    }
+    const job::JobOutcome outcome = job::RunJob(second, userTicket, listener);
+    interrupt.ThrowIfRaised();
+    const std::string result = FAILED(outcome.result) ? DescribeFailure(outcome) : listener.Summarise();
+    if (report != nullptr)
+    {
+        report->ShowSecondRun(result);
+    }
+    if (FAILED(outcome.result))
+    {
+        PrintFailure(second.document, result, console);
+        return ExitStatus::FilterFailed;
+    }
+    if (!command.asJson)
+    {
+        console.PrintOut("run again: " + result + "\n");
+    }
+    return ExitStatus::Done;
 }
 
-ExitStatus RunAndReport(const RunCommand& command, Console& console, RunReport& report)
+ExitStatus RunAndReport(const RunCommand& command, Console& console, RunReport* report)
 {
-    const job::JobEnvironment ground(command.setting);
-    report.ShowUserTicket(ground.UserTicket());
+    const job::JobEnvironment environment(command.job);
+    if (report != nullptr)
+    {
+        report->ShowUserTicket(environment.UserTicket());
+    }
     const Interrupt interrupt;
-    job::FilterJob job = ground.MakeJob(command.input, command.setting);
-    job.output = command.output;
-    RunView view(command, console);
-    view.Connect(job, interrupt);
-    const job::FilterJob plain = job;
-    report.Connect(job);
-
-    const job::FilterOutcome outcome = job::RunFilter(job);
+    RunListener listener(command, console, interrupt, report);
+    const job::JobOutcome outcome = job::RunJob(command.job, environment.UserTicket(), listener);
     if (FAILED(outcome.result))
     {
         interrupt.ThrowIfRaised();
-        job::ThrowPackageFault(command.input, outcome);
-        report.Fail(job::DescribeFailure(outcome), outcome.part);
-        TellFailure(command.input, job::DescribeFailure(outcome), console);
+        ThrowPackageFault(command.job.document, outcome);
+        if (report != nullptr)
+        {
+            report->Fail(DescribeFailure(outcome), outcome.part);
+        }
+        PrintFailure(command.job.document, DescribeFailure(outcome), console);
         return ExitStatus::FilterFailed;
     }
-    view.ShowOutcome(outcome);
+    if (!command.asJson)
+    {
+        console.PrintOut(listener.Summarise(outcome));
+    }
+    if (const std::string leaks = DescribeLeaks(outcome); !leaks.empty())
+    {
+        console.PrintError("xpsfilterhost: " + leaks + "\n");
+    }
     ExitStatus status = ExitStatus::Done;
     if (command.runsAgain)
     {
-        const job::FilterOutcome again = RunAgain(plain, view, report);
-        interrupt.ThrowIfRaised();
-        report.ShowAgain(FAILED(again.result) ? job::DescribeFailure(again) : view.SummariseAgain());
-        if (FAILED(again.result))
-        {
-            TellFailure(*command.output, job::DescribeFailure(again), console);
-            status = ExitStatus::FilterFailed;
-        }
-        else if (!command.asJson)
-        {
-            console.PrintOut("run again: " + view.SummariseAgain() + "\n");
-        }
+        SecondRunListener second(command, console, interrupt, listener.MarkupFaults(), report);
+        status = RunAgain(command, environment.UserTicket(), second, console, interrupt, report);
     }
-    report.Finish(outcome);
+    if (report != nullptr)
+    {
+        report->Finish(outcome);
+    }
     return status;
 }
 } // namespace
@@ -240,14 +295,21 @@ ExitStatus RunAndReport(const RunCommand& command, Console& console, RunReport& 
 ExitStatus Execute(const RunCommand& command, Console& console)
 {
     RequireFilesOfTheirOwn(command);
-    RunReport report(command);
+    std::optional<RunReport> report;
+    if (command.report)
+    {
+        report.emplace(command);
+    }
     try
     {
-        return RunAndReport(command, console, report);
+        return RunAndReport(command, console, report ? &*report : nullptr);
     }
     catch (const std::exception& failure)
     {
-        report.Fail(failure.what());
+        if (report)
+        {
+            report->Fail(failure.what());
+        }
         throw;
     }
 }

@@ -7,51 +7,51 @@
 
 #include "host/app/commandline.h"
 #include "host/app/stopwatch.h"
-#include "host/job/filterjob.h"
+#include "host/job/runjob.h"
 #include "host/report/html/htmlreport.h"
 
 namespace host::app
 {
-/// Makes the HTML report of a run, as far as one is wanted: all does nothing otherwise.
+/// Collects the HTML report of a run and writes it at the end, or when the run has failed.
 class RunReport
 {
 public:
-    /// Throws opc::FileError for a file that cannot be written.
+    /// The command asks for a report. Throws opc::FileError for a file that cannot be written.
     explicit RunReport(const RunCommand& command);
 
-    /// Says what the user's ticket selects. COM must be initialised on the thread.
+    /// COM must be initialised on the thread.
     void ShowUserTicket(const std::string& ticket);
 
-    /// Listens to the job beside whoever does already.
-    void Connect(job::FilterJob& job);
-    /// The same of another run over the job's output, which has been written.
-    void ConnectAgain(job::FilterJob& job);
+    /// The filter has sent a page; the page is added with its calls once its last call has ended.
+    void TakePage(const report::PageReport& page);
+    void TakeCall(const pipeline::TracedCall& call);
 
-    /// What that other run came to.
-    void ShowAgain(const std::string& text);
+    /// The output has been written; from now on the report names it even if the run fails.
+    void NoteOutput() noexcept { m_isWritten = true; }
+    /// The same page in the second run.
+    void AddSecondRun(const report::PageReport& page) { m_report.AddSecondRun(page); }
+    void ShowSecondRun(const std::string& summary);
 
     /// Writes the report of a run that succeeded.
-    void Finish(const job::FilterOutcome& outcome);
+    void Finish(const job::JobOutcome& outcome);
 
-    /// Writes the report of one that did not: why, and where, or else at the part that the filter took last.
-    /// What keeps it from being written is not told: the run has failed already.
+    /// Writes the report of a run that failed: why, and at which part; without one, at the part that the
+    /// filter took last. A failure to write it is ignored, since the run has failed already.
     void Fail(const std::string& reason, const std::string& part = {}) noexcept;
 
 private:
-    void TakePage(const report::PageReport& page);
-    void TakeCall(const pipeline::TracedCall& call);
     void Write(const std::string& outcome, const std::string& output);
 
     const RunCommand& m_command;
-    std::optional<report::html::HtmlReport> m_report;
+    report::html::HtmlReport m_report;
     Stopwatch m_watch;
     std::string m_userTicket = "could not be read";
-    std::string m_again;
+    std::string m_secondRun;
     bool m_isWritten = false;
 
-    // Calls come from the filter's thread and, when the job is stopped, from the program's.
+    // Calls come from the filter's thread and, while a job is stopped, from the main thread.
     std::mutex m_lock;
-    // Sent, but its last call has not ended.
+    // The page whose last call has not ended.
     std::optional<report::PageReport> m_page;
     report::html::CallList m_calls;
     std::string m_part;

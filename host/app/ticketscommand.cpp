@@ -36,7 +36,7 @@ const char* LevelOf(xps::JobPartKind kind)
     return "";
 }
 
-/// The tickets that hold for a part, the most specific first.
+/// The tickets that apply to a part, the most specific first.
 class Layers
 {
 public:
@@ -48,7 +48,7 @@ public:
 
     void Enter(xps::JobPartKind kind, std::optional<tickets::TicketLayer> own)
     {
-        // A level's ticket ends with the part that brought it.
+        // A level's ticket holds until the next part of that level.
         const auto level = static_cast<std::size_t>(kind);
         m_levels.resize(level);
         m_levels.push_back(std::move(own));
@@ -75,8 +75,8 @@ private:
     std::vector<std::optional<tickets::TicketLayer>> m_levels;
 };
 
-/// The part to look at where a ticket cannot be told.
-const opc::PartName& CulpritOf(const xps::JobPart& part)
+/// The part to name in a message when a ticket cannot be shown.
+const opc::PartName& PartAtFault(const xps::JobPart& part)
 {
     return part.printTicket ? *part.printTicket : part.name;
 }
@@ -110,13 +110,13 @@ void ListTickets(const opc::Package& package,
         }
         catch (const xml::MarkupError& fault)
         {
-            throw opc::PackageError(package.Path(), CulpritOf(*part).Text(), fault.what());
+            throw opc::PackageError(package.Path(), PartAtFault(*part).Text(), fault.what());
         }
         catch (const base::exception::HresultError& failure)
         {
             const HRESULT result = failure.GetHresult();
             throw opc::PackageError(package.Path(),
-                                    CulpritOf(*part).Text(),
+                                    PartAtFault(*part).Text(),
                                     "there is no effective ticket: " + pipeline::FormatResult(result) + ": " +
                                         pipeline::DescribeResult(result));
         }
@@ -126,12 +126,12 @@ void ListTickets(const opc::Package& package,
 
 ExitStatus Execute(const TicketsCommand& command, Console& console)
 {
-    const job::JobEnvironment ground(command.setting);
-    const opc::Package package(command.input);
-    const pipeline::Printer printer(job::PrinterOf(command.setting));
+    const job::JobEnvironment environment(command.job);
+    const opc::Package package(command.job.document);
+    const pipeline::Printer printer(job::SpoolerPrinterOf(command.job));
     ListTickets(package,
-                {ground.UserTicket(),
-                 pipeline::DefaultTicketOf(command.setting.tesselType),
+                {environment.UserTicket(),
+                 pipeline::DefaultTicketOf(command.job.tesselType),
                  printer.Name(),
                  printer.UserToken()},
                 [&](const std::string& text) { console.PrintOut(text); });

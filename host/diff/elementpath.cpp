@@ -12,13 +12,13 @@ std::string LocalName(const std::string& name)
 void ElementPath::Enter(const Item& item)
 {
     const std::string name = LocalName(item.name);
-    // What was deeper is behind.
+    // Deeper levels have ended.
     m_levels.resize(static_cast<std::size_t>(item.depth) + 1);
     const std::size_t number = ++m_levels.back().children[name];
     m_levels.back().step = item.depth == 0 ? name : name + "[" + std::to_string(number) + "]";
 }
 
-std::string ElementPath::HolderOf(int depth) const
+std::string ElementPath::ParentOf(int depth) const
 {
     std::string path;
     for (std::size_t level = 0; level < std::min(m_levels.size(), static_cast<std::size_t>(depth)); ++level)

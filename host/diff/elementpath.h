@@ -5,24 +5,24 @@
 #include <string>
 #include <vector>
 
-#include "host/diff/itemroll.h"
+#include "host/diff/packeditems.h"
 
 namespace host::diff
 {
 /// The name without its namespace.
 std::string LocalName(const std::string& name);
 
-/// Where the reading stands, as a path that XPath understands but for the namespaces.
+/// The position in a document as an XPath without namespaces.
 class ElementPath
 {
 public:
     void Enter(const Item& item);
 
-    /// The path of what holds the items of this depth.
-    std::string HolderOf(int depth) const;
+    /// The path of the parent of items at this depth.
+    std::string ParentOf(int depth) const;
 
 private:
-    /// The elements of one depth that have the same holder.
+    /// The elements at one depth that have the same parent.
     struct Level
     {
         std::map<std::string, std::size_t> children;

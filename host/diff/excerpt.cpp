@@ -8,7 +8,7 @@ namespace host::diff
 {
 namespace
 {
-/// Some of a text from `start` on; line ends and tabs show.
+/// Part of a text from `start` on, with visible line ends and tabs.
 std::string Excerpt(std::string_view text, std::size_t start, std::size_t length)
 {
     std::string shown = start > 0 ? "..." : "";
@@ -47,7 +47,7 @@ std::string FormatChange(std::string_view one, std::string_view other)
     const auto alike = static_cast<std::size_t>(parted.first - one.begin());
     const bool isLong = std::max(one.size(), other.size()) > shownLength;
     std::size_t start = isLong && alike > shownBefore ? alike - shownBefore : 0;
-    // Not in the middle of a character.
+    // Do not start in the middle of a character.
     while (start > 0 && xml::IsUtf8Continuation(one[start]))
     {
         --start;

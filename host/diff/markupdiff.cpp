@@ -7,7 +7,7 @@
 
 #include "host/diff/elementpath.h"
 #include "host/diff/excerpt.h"
-#include "host/diff/itemroll.h"
+#include "host/diff/packeditems.h"
 #include "host/tickets/ticketdocument.h"
 #include "host/xml/prefixscope.h"
 
@@ -98,7 +98,7 @@ std::string ValueOr(const std::map<std::string, std::string>& values, const std:
     return found == values.end() ? "none" : found->second;
 }
 
-/// Of two tags of one name.
+/// Compares two tags of the same name.
 std::optional<std::string> FindAttributeDifference(const Item& one, const Item& other)
 {
     for (const Item* const item : {&one, &other})
@@ -116,11 +116,11 @@ std::optional<std::string> FindAttributeDifference(const Item& one, const Item& 
     return std::nullopt;
 }
 
-/// Holds the items of one document against those of another.
+/// Compares the items of one document with those of another.
 class Comparison
 {
 public:
-    explicit Comparison(ItemRoll& expected) : m_expected(expected) {}
+    explicit Comparison(PackedItems& expected) : m_expected(expected) {}
 
     void Take(const Item& item)
     {
@@ -150,26 +150,26 @@ private:
         if (first == nullptr || other == nullptr || first->depth != other->depth ||
             first->name != other->name)
         {
-            DescribeTurn(first, other);
+            DescribeBranch(first, other);
             return;
         }
         if (first->name.empty())
         {
             if (first->text != other->text)
             {
-                m_difference = m_path.HolderOf(first->depth) + ": " + FormatChange(first->text, other->text);
+                m_difference = m_path.ParentOf(first->depth) + ": " + FormatChange(first->text, other->text);
             }
             return;
         }
         m_path.Enter(*first);
         if (const auto difference = FindAttributeDifference(*first, *other))
         {
-            m_difference = m_path.HolderOf(first->depth + 1) + *difference;
+            m_difference = m_path.ParentOf(first->depth + 1) + *difference;
         }
     }
 
-    /// Here the trees part: what is deeper down comes in the innermost element that both are in.
-    void DescribeTurn(const Item* one, const Item* other)
+    /// The trees differ here. An item that is deeper is named by the innermost element that both trees have.
+    void DescribeBranch(const Item* one, const Item* other)
     {
         const int depth = std::max(one != nullptr ? one->depth : 0, other != nullptr ? other->depth : 0);
         const Item* const inOne = one != nullptr && one->depth == depth ? one : nullptr;
@@ -181,10 +181,10 @@ private:
             from = "<" + one->name + ">";
             to = "<" + other->name + ">";
         }
-        m_difference = m_path.HolderOf(depth) + ": " + from + " -> " + to;
+        m_difference = m_path.ParentOf(depth) + ": " + from + " -> " + to;
     }
 
-    ItemRoll& m_expected;
+    PackedItems& m_expected;
     ElementPath m_path;
     std::optional<std::string> m_difference;
 };
@@ -192,7 +192,7 @@ private:
 
 std::optional<std::string> FindMarkupDifference(std::string_view one, std::string_view other)
 {
-    ItemRoll items;
+    PackedItems items;
     ReadItems(one, [&](const Item& item) { items.Append(item); });
     Comparison comparison(items);
     ReadItems(other, [&](const Item& item) { comparison.Take(item); });

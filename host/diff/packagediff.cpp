@@ -26,10 +26,10 @@ std::string DescribeBytes(std::string_view one, std::string_view other)
            " bytes, first different at offset " + std::to_string(parted.first - one.begin());
 }
 
-/// What a set holds, by what counts when sets are compared, and as it is shown.
+/// The members of a set: what is compared, and how it is shown.
 using Entries = std::map<std::string, std::string>;
 
-/// What only one of two sets has, the first of either; empty for equal ones.
+/// The first member that only one set has, for either set; empty for equal sets.
 std::optional<std::string> FindSetDifference(const Entries& one, const Entries& other)
 {
     const auto firstOnlyIn = [](const Entries& from, const Entries& without) {
@@ -80,7 +80,7 @@ bool IsXml(const Package& package, const PartName& part)
     return essence.ends_with("+xml") || essence.ends_with("/xml");
 }
 
-/// Of parts that are not the same byte by byte.
+/// Compares the contents of a part that both packages have.
 std::optional<std::string> FindContentDifference(const Package& onePackage,
                                                  const Package& otherPackage,
                                                  const PartName& part)

@@ -66,22 +66,22 @@ Case ReadCase(std::string_view line, const std::filesystem::path& folder)
         throw std::runtime_error("names no document");
     }
     Case row;
-    row.document = folder / opc::FromUtf8Path(document);
-    row.setting = ParseSetting(options);
-    row.expected = ParseCourse(expected);
+    row.job = ParseJobOptions(options);
+    row.job.document = folder / opc::FromUtf8Path(document);
+    row.expected = ParseOutcome(expected);
     row.title = document + (options.empty() ? "" : " " + options);
     if (!device.empty())
     {
-        if (row.setting.device || row.setting.printer)
+        if (row.job.device || row.job.printer)
         {
             throw std::runtime_error("has --device or --printer and a device of its column");
         }
-        row.setting.device = opc::FromUtf8Path(device);
+        row.job.device = opc::FromUtf8Path(device);
         row.title += " on " + device;
     }
-    PlaceAt(folder, row.setting.userTicket);
-    PlaceAt(folder, row.setting.device);
-    PlaceAt(folder, row.setting.module);
+    PlaceAt(folder, row.job.userTicket);
+    PlaceAt(folder, row.job.device);
+    PlaceAt(folder, row.job.module);
     return row;
 }
 } // namespace

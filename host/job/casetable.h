@@ -11,16 +11,15 @@
 
 namespace host::job
 {
-/// A document, the setting in which the filter is run over it, and what is to become of it.
+/// A job and its expected outcome.
 struct Case
 {
-    /// Of the table, from 1 on.
+    /// The number in the table, from 1 on.
     std::size_t line = 0;
-    std::filesystem::path document;
-    JobSetting setting;
-    /// As the table has them, for messages.
+    Job job;
+    /// Document, options and device as they stand in the table.
     std::string title;
-    Course expected;
+    ExpectedOutcome expected;
 };
 
 /// A line that cannot be understood, and why.
@@ -37,7 +36,7 @@ struct CaseTable
 };
 
 /// Reads a table in UTF-8, with a byte-order mark or without: a case a line, its columns between "|" in any
-/// width: document, options of `run`, device description, expected course. "#" at the start of a line or
+/// width: document, options of `run`, device description, expected outcome. "#" at the start of a line or
 /// after a blank starts a comment. Relative paths start at `folder`.
 CaseTable ReadCaseTable(std::string_view text, const std::filesystem::path& folder);
 } // namespace host::job

@@ -2,12 +2,12 @@
 
 #include <algorithm>
 #include <array>
-#include <charconv>
 #include <cstdint>
 #include <sstream>
 #include <stdexcept>
 
 #include "host/pipeline/resulttext.h"
+#include "host/xml/text.h"
 
 namespace host::job
 {
@@ -28,7 +28,7 @@ constexpr std::array kDecisionWords = {DecisionWord{"passed", Decision::Passed},
 constexpr std::string_view kFailed = "failed";
 constexpr std::string_view kUnusable = "unusable";
 
-// More than any document has; what is beyond it is a slip of the pen.
+// More than any document has; a larger count is a typing error.
 constexpr std::size_t kMostPages = 1'000'000;
 
 std::string WordOf(Decision decision)
@@ -39,30 +39,22 @@ std::string WordOf(Decision decision)
     return std::string(found->word);
 }
 
-template <typename Number>
-std::optional<Number> ParseNumber(std::string_view text, int base)
-{
-    Number number = 0;
-    const char* const end = text.data() + text.size();
-    const auto parsed = std::from_chars(text.data(), end, number, base);
-    return parsed.ec == std::errc() && parsed.ptr == end ? std::optional(number) : std::nullopt;
-}
-
 /// "turned" or "turned*3". False for a word of another kind.
-bool TakePages(std::string_view word, Course& course)
+bool TakePages(std::string_view word, ExpectedOutcome& outcome)
 {
     const std::size_t star = word.find('*');
     const std::string_view name = word.substr(0, star);
     const auto found = std::find_if(kDecisionWords.begin(),
                                     kDecisionWords.end(),
                                     [&](const DecisionWord& candidate) { return candidate.word == name; });
-    const auto count =
-        star == word.npos ? std::size_t{1} : ParseNumber<std::size_t>(word.substr(star + 1), 10).value_or(0);
+    const auto count = star == word.npos
+                           ? std::size_t{1}
+                           : xml::ParseNumber<std::size_t>(word.substr(star + 1), 10).value_or(0);
     if (found == kDecisionWords.end() || count == 0 || count > kMostPages)
     {
         return false;
     }
-    course.pages.insert(course.pages.end(), count, found->decision);
+    outcome.pages.insert(outcome.pages.end(), count, found->decision);
     return true;
 }
 
@@ -74,7 +66,8 @@ bool IsEnd(std::string_view word)
 /// "0x80070005".
 std::optional<HRESULT> ParseFailure(std::string_view word)
 {
-    const auto bits = word.starts_with("0x") ? ParseNumber<std::uint32_t>(word.substr(2), 16) : std::nullopt;
+    const auto bits =
+        word.starts_with("0x") ? xml::ParseNumber<std::uint32_t>(word.substr(2), 16) : std::nullopt;
     const auto result = bits ? std::optional(static_cast<HRESULT>(*bits)) : std::nullopt;
     return result && FAILED(*result) ? result : std::nullopt;
 }
@@ -90,9 +83,9 @@ std::vector<std::string> SplitWords(std::string_view text)
     return words;
 }
 
-std::string FormatEnd(const Course& course)
+std::string FormatEnd(const ExpectedOutcome& outcome)
 {
-    switch (course.end)
+    switch (outcome.end)
     {
     case JobEnd::Done:
         return "done";
@@ -101,7 +94,7 @@ std::string FormatEnd(const Course& course)
     case JobEnd::FilterFailed:
         break;
     }
-    return std::string(kFailed) + (course.result ? " " + pipeline::FormatResult(*course.result) : "");
+    return std::string(kFailed) + (outcome.result ? " " + pipeline::FormatResult(*outcome.result) : "");
 }
 
 std::string ExplainPage(const std::vector<report::PageReport>& pages, std::size_t index)
@@ -114,34 +107,34 @@ std::string ExplainPage(const std::vector<report::PageReport>& pages, std::size_
     return "was " + WordOf(report::Decide(page)) + ": " + report::ExplainDecision(page);
 }
 
-bool EndsAsExpected(const Course& expected, const JobResult& actual)
+bool EndsAsExpected(const ExpectedOutcome& expected, const CaseResult& actual)
 {
     return expected.end == actual.end && (!expected.result || *expected.result == actual.result);
 }
 } // namespace
 
-Course ParseCourse(std::string_view text)
+ExpectedOutcome ParseOutcome(std::string_view text)
 {
-    Course course;
+    ExpectedOutcome outcome;
     const std::vector<std::string> words = SplitWords(text);
     auto word = words.begin();
-    while (word != words.end() && TakePages(*word, course))
+    while (word != words.end() && TakePages(*word, outcome))
     {
         ++word;
     }
     if (word != words.end() && IsEnd(*word))
     {
-        course.end = *word == kFailed ? JobEnd::FilterFailed : JobEnd::Unusable;
+        outcome.end = *word == kFailed ? JobEnd::FilterFailed : JobEnd::Unusable;
         ++word;
-        if (word != words.end() && course.end == JobEnd::FilterFailed)
+        if (word != words.end() && outcome.end == JobEnd::FilterFailed)
         {
-            course.result = ParseFailure(*word);
-            word += course.result ? 1 : 0;
+            outcome.result = ParseFailure(*word);
+            word += outcome.result ? 1 : 0;
         }
     }
     if (word != words.end())
     {
-        const bool isPastTheEnd = course.end != JobEnd::Done && (IsEnd(*word) || TakePages(*word, course));
+        const bool isPastTheEnd = outcome.end != JobEnd::Done && (IsEnd(*word) || TakePages(*word, outcome));
         throw std::runtime_error(
             "expected: " + *word +
             (isPastTheEnd ? " stands after the end of the job" : " cannot be understood"));
@@ -150,47 +143,47 @@ Course ParseCourse(std::string_view text)
     {
         throw std::runtime_error("expected: says nothing");
     }
-    return course;
+    return outcome;
 }
 
-std::string FormatCourse(const Course& course)
+std::string FormatOutcome(const ExpectedOutcome& outcome)
 {
     std::string text;
-    for (auto page = course.pages.begin(); page != course.pages.end();)
+    for (auto page = outcome.pages.begin(); page != outcome.pages.end();)
     {
         const auto next =
-            std::find_if(page, course.pages.end(), [&](Decision other) { return other != *page; });
+            std::find_if(page, outcome.pages.end(), [&](Decision other) { return other != *page; });
         const auto count = next - page;
         text += (text.empty() ? "" : " ") + WordOf(*page) + (count > 1 ? "*" + std::to_string(count) : "");
         page = next;
     }
-    if (course.end == JobEnd::Done)
+    if (outcome.end == JobEnd::Done)
     {
         return text.empty() ? "no page" : text;
     }
-    return text + (text.empty() ? "" : " ") + FormatEnd(course);
+    return text + (text.empty() ? "" : " ") + FormatEnd(outcome);
 }
 
-Course JobResult::ToCourse() const
+ExpectedOutcome CaseResult::ToOutcome() const
 {
-    Course course;
-    std::transform(pages.begin(), pages.end(), std::back_inserter(course.pages), report::Decide);
-    course.end = end;
+    ExpectedOutcome outcome;
+    std::transform(pages.begin(), pages.end(), std::back_inserter(outcome.pages), report::Decide);
+    outcome.end = end;
     if (end == JobEnd::FilterFailed)
     {
-        course.result = result;
+        outcome.result = result;
     }
-    return course;
+    return outcome;
 }
 
-std::vector<std::string> FindDifferences(const Course& expected, const JobResult& actual)
+std::vector<std::string> FindDifferences(const ExpectedOutcome& expected, const CaseResult& actual)
 {
     std::vector<std::string> differences;
-    const Course course = actual.ToCourse();
-    for (std::size_t index = 0; index < std::max(expected.pages.size(), course.pages.size()); ++index)
+    const ExpectedOutcome outcome = actual.ToOutcome();
+    for (std::size_t index = 0; index < std::max(expected.pages.size(), outcome.pages.size()); ++index)
     {
         const bool isExpected = index < expected.pages.size();
-        if (!isExpected || index >= course.pages.size() || expected.pages[index] != course.pages[index])
+        if (!isExpected || index >= outcome.pages.size() || expected.pages[index] != outcome.pages[index])
         {
             differences.push_back("page " + std::to_string(index + 1) + ": expected " +
                                   (isExpected ? WordOf(expected.pages[index]) : "no such page") + ", " +
@@ -199,12 +192,12 @@ std::vector<std::string> FindDifferences(const Course& expected, const JobResult
     }
     if (!EndsAsExpected(expected, actual))
     {
-        differences.push_back("job: expected " + FormatEnd(expected) + ", was " + FormatEnd(course) +
+        differences.push_back("job: expected " + FormatEnd(expected) + ", was " + FormatEnd(outcome) +
                               (actual.reason.empty() ? "" : ": " + actual.reason));
     }
-    if (!actual.leftover.empty())
+    if (!actual.leaks.empty())
     {
-        differences.push_back(actual.leftover);
+        differences.push_back(actual.leaks);
     }
     return differences;
 }

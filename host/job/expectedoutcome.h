@@ -10,47 +10,46 @@
 
 namespace host::job
 {
-/// How a job comes to its end.
+/// How a job ends.
 enum class JobEnd
 {
     Done,
-    /// The filter answered with a failure.
+    /// The filter reported a failure.
     FilterFailed,
     /// The document cannot be read.
     Unusable
 };
 
-/// What becomes of a document: of its pages in order, as far as the filter sent them, and of the job.
-struct Course
+/// The decision for each page that the filter sent, in order, and the end of the job.
+struct ExpectedOutcome
 {
     std::vector<report::Decision> pages;
     JobEnd end = JobEnd::Done;
-    /// Of a failed filter; empty where any will do.
+    /// The failure of the filter; empty where any will do.
     std::optional<HRESULT> result;
 };
 
 /// "passed turned*3 turned+refitted failed 0x80070005". Throws std::runtime_error, naming the word that it
 /// does not understand, and for no word at all.
-Course ParseCourse(std::string_view text);
+ExpectedOutcome ParseOutcome(std::string_view text);
 
-/// The same way round, pages that are alike in one word.
-std::string FormatCourse(const Course& course);
+/// Inverse of ParseOutcome; equal neighbours become "turned*3".
+std::string FormatOutcome(const ExpectedOutcome& outcome);
 
-/// What a run came to.
-struct JobResult
+/// The result of running a case.
+struct CaseResult
 {
     std::vector<report::PageReport> pages;
     JobEnd end = JobEnd::Done;
     HRESULT result = S_OK;
-    /// Why it ended before its time, and at which part.
+    /// Why it ended early, and at which part.
     std::string reason;
-    /// What the filter has not let go of; empty for nothing.
-    std::string leftover;
+    /// What the filter did not release; empty for nothing.
+    std::string leaks;
 
-    Course ToCourse() const;
+    ExpectedOutcome ToOutcome() const;
 };
 
-/// How a result differs from what was expected, a line each without its end; empty for a case that came out
-/// as expected. What a filter has not let go of always counts.
-std::vector<std::string> FindDifferences(const Course& expected, const JobResult& actual);
+/// The differences from what was expected, one line each without its end. A filter's leaks always count.
+std::vector<std::string> FindDifferences(const ExpectedOutcome& expected, const CaseResult& actual);
 } // namespace host::job

@@ -8,6 +8,8 @@
 
 namespace host::job
 {
+namespace
+{
 std::filesystem::path ProgramFolder()
 {
     std::wstring path(MAX_PATH, L'\0');
@@ -17,45 +19,33 @@ std::filesystem::path ProgramFolder()
     }
     return std::filesystem::path(path.c_str()).parent_path();
 }
+} // namespace
 
-std::filesystem::path ModuleOf(const JobSetting& setting)
+std::filesystem::path FilterModuleOf(const Job& job)
 {
-    return setting.module.value_or(ProgramFolder() / "pagevalidatefilter.dll");
+    return job.module.value_or(ProgramFolder() / "pagevalidatefilter.dll");
 }
 
-std::optional<std::wstring> PrinterOf(const JobSetting& setting)
+std::optional<std::wstring> SpoolerPrinterOf(const Job& job)
 {
-    return setting.printer ? std::optional(base::utility::FromUtf8(*setting.printer)) : std::nullopt;
+    return job.printer ? std::optional(base::utility::FromUtf8(*job.printer)) : std::nullopt;
 }
 
-JobEnvironment::JobEnvironment(const JobSetting& setting)
-    : m_library(setting.printer ? std::nullopt : std::optional(ProgramFolder() / "offline" / "prntvpt.dll")),
-      m_userTicket(tickets::MakeUserTicket(setting.userTicket,
-                                           setting.overrides,
-                                           setting.privatePrefix.value_or(tickets::kUsualPrivatePrefix)))
+JobEnvironment::JobEnvironment(const Job& job)
+    : m_library(job.printer ? std::nullopt : std::optional(ProgramFolder() / "offline" / "prntvpt.dll")),
+      m_userTicket(tickets::MakeUserTicket(
+          job.userTicket, job.overrides, job.privatePrefix.value_or(tickets::kUsualPrivatePrefix)))
 {
-    if (setting.device)
+    if (job.device)
     {
-        Describe(*setting.device);
+        Describe(*job.device);
     }
-    else if (!setting.printer)
+    else if (!job.printer)
     {
-        // A filter of a job before may keep the library in the process, and with it that job's device.
+        // The filter of an earlier job may have kept the library in the process, and with it that job's
+        // device.
         m_library.DescribeDevice({});
     }
-}
-
-FilterJob JobEnvironment::MakeJob(const std::filesystem::path& input, const JobSetting& setting) const
-{
-    FilterJob job;
-    job.input = input;
-    job.module = ModuleOf(setting);
-    job.userTicket = m_userTicket;
-    job.printer = PrinterOf(setting);
-    job.tesselType = setting.tesselType;
-    job.privatePrefix = setting.privatePrefix;
-    job.acceptsMalformed = setting.acceptsMalformed;
-    return job;
 }
 
 void JobEnvironment::Describe(const std::filesystem::path& device) const

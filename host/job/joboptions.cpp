@@ -65,27 +65,24 @@ void AddModule(CLI::App& command, std::optional<std::filesystem::path>& module)
         ->type_name("FILE");
 }
 
-void AddSetting(CLI::App& command, job::JobSetting& setting)
+void AddJobOptions(CLI::App& command, Job& job)
 {
-    AddText(
-        command, "--user-ticket", setting.userTicket, "The user's print ticket (default: Letter, upright)")
+    AddText(command, "--user-ticket", job.userTicket, "The user's print ticket (default: Letter, upright)")
         ->type_name("FILE");
     CLI::Option* const device = AddText(command,
                                         "--device",
-                                        setting.device,
+                                        job.device,
                                         "The device, as a print capabilities document (default: built-in)")
                                     ->type_name("FILE");
-    AddText(command, "--printer", setting.printer, "A printer of the spooler, with the platform's provider")
+    AddText(command, "--printer", job.printer, "A printer of the spooler, with the platform's provider")
         ->type_name("NAME")
         ->excludes(device);
-    command.add_option("--tessel-type", setting.tesselType, "The driver's page-description type: 1, 7 or 76")
+    command.add_option("--tessel-type", job.tesselType, "The driver's page-description type: 1, 7 or 76")
         ->type_name("N");
-    AddText(command,
-            "--ns-prefix",
-            setting.privatePrefix,
-            "The driver's private namespace prefix (default: ns0000)")
+    AddText(
+        command, "--ns-prefix", job.privatePrefix, "The driver's private namespace prefix (default: ns0000)")
         ->type_name("P");
-    tickets::TicketOverrides& overrides = setting.overrides;
+    tickets::TicketOverrides& overrides = job.overrides;
     AddText(command, "--orientation", overrides.orientation, "What if: the user's PageOrientation")
         ->type_name("NAME");
     AddText(
@@ -101,15 +98,15 @@ void AddAcceptMalformed(CLI::App& command, bool& acceptsMalformed)
         "--accept-malformed", acceptsMalformed, "Take a page whose new markup is malformed all the same");
 }
 
-JobSetting ParseSetting(const std::string& options)
+Job ParseJobOptions(const std::string& options)
 {
-    JobSetting setting;
+    Job job;
     CLI::App app;
     app.allow_windows_style_options(false);
     app.set_help_flag();
-    AddSetting(app, setting);
-    AddModule(app, setting.module);
-    AddAcceptMalformed(app, setting.acceptsMalformed);
+    AddJobOptions(app, job);
+    AddModule(app, job.module);
+    AddAcceptMalformed(app, job.acceptsMalformed);
     try
     {
         app.parse(options);
@@ -118,6 +115,6 @@ JobSetting ParseSetting(const std::string& options)
     {
         throw std::runtime_error(fault.what());
     }
-    return setting;
+    return job;
 }
 } // namespace host::job

@@ -6,7 +6,7 @@
 
 namespace host::opc
 {
-/// What a ZIP item holds: a part as a whole, or one of the pieces that an interleaved part consists of.
+/// What a ZIP item contains: a whole part, or one piece of an interleaved part.
 struct ItemRole
 {
     /// The name without the piece's own segment, as it stands in the item.
@@ -16,7 +16,7 @@ struct ItemRole
     bool isLastPiece = false;
 };
 
-/// Tells a part's item from a piece's: "1.fpage/[0].piece", "1.fpage/[1].last.piece", in any case (OPC,
+/// Recognises the items of pieces: "1.fpage/[0].piece", "1.fpage/[1].last.piece", in any case (OPC,
 /// mapping logical item names to ZIP item names).
 ItemRole ParseItemName(std::string_view itemName);
 } // namespace host::opc

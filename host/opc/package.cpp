@@ -18,11 +18,10 @@ bool IsContentTypesName(std::string_view logicalName)
     return start <= 1 && ToLowerAscii(logicalName.substr(start)) == kContentTypesName;
 }
 
-/// Gathers the items of one part, which may stand in the archive in any order.
+/// Collects the items of one part, which may be in the archive in any order.
 class ItemCollector
 {
 public:
-    /// Of a part of this package.
     explicit ItemCollector(const std::filesystem::path& package) : m_package(package) {}
 
     bool IsEmpty() const noexcept { return m_indices.empty(); }
@@ -71,7 +70,7 @@ private:
     bool m_isWhole = false;
 };
 
-/// Runs the reading of a part's markup so that a fault in it names the part.
+/// Reads a part's markup; a fault in it names the part.
 template <typename Action>
 auto ReadingPart(const std::filesystem::path& package, const std::string& name, Action&& act)
 {

@@ -14,7 +14,7 @@
 
 namespace host::opc
 {
-/// Where a part's content lies: the item or, for an interleaved part, the items of its pieces in their order.
+/// The items of a part's content: one, or those of the pieces of an interleaved part in order.
 struct StoredPart
 {
     /// The item's name without the segment of a piece, as the producer wrote it.
@@ -35,7 +35,7 @@ public:
 
     bool Has(const PartName& part) const { return m_parts.contains(part); }
 
-    /// What a part may take when it is read into memory. The largest real pages have some 15 MB of markup.
+    /// The largest part that is read into memory. The largest real pages have about 15 MB of markup.
     static constexpr std::uint64_t kPartLimit = 64ULL << 20;
 
     /// The decompressed content. Throws PackageError when the package has no such part or cannot give it, and

@@ -7,8 +7,8 @@
 
 namespace host::opc
 {
-/// A package that cannot be used. The text names the package, the part at fault, where there is one, and says
-/// why: "in.xps: /Documents/1/FixedDocument.fdoc: is missing from the package".
+/// A package that cannot be used. The text names the package, the part at fault if there is one, and the
+/// reason: "in.xps: /Documents/1/FixedDocument.fdoc: is missing from the package".
 class PackageError : public FileError
 {
 public:

@@ -19,7 +19,7 @@ PackageWriter::PackageWriter(const Package& source, const std::optional<std::fil
     {
         throw FileError(*target, "the output would replace the input");
     }
-    // Where the contents wait: beside what they become, or where the system keeps such files.
+    // New contents are kept beside the target, or in the folder of temporary files.
     const std::filesystem::path neighbour =
         target ? *target : std::filesystem::temp_directory_path() / "package";
     m_spill = std::make_shared<SpillFile>(neighbour);
@@ -82,7 +82,7 @@ Relationships& PackageWriter::EditRelationships(const PartName& source)
     {
         return known->second;
     }
-    // Those of a removed part have gone with it.
+    // Those of a removed part were removed with it.
     return m_relationships
         .emplace(source,
                  Exists(source.RelationshipsPart()) ? m_source.RelationshipsOf(source)
@@ -101,7 +101,7 @@ void PackageWriter::Commit(const WriteListener& listener)
     }
     catch (const FileError&)
     {
-        // The archive library does not say which item it could not copy.
+        // The ZIP library does not report which item it could not copy.
         m_source.Archive().RequireReadable();
         throw;
     }
@@ -115,7 +115,7 @@ bool PackageWriter::Exists(const PartName& part) const
 
 void PackageWriter::Keep(const PartName& part, PartContent content)
 {
-    // There may be as many of them as the document has pages.
+    // There may be one for each page of the document.
     content.SpillAll();
     m_changes[part].content = std::move(content);
 }
@@ -232,7 +232,7 @@ void PackageWriter::WriteItems()
             writer.Add(*plan[index].name, std::move(*plan[index].content), items[index].modified);
         }
     }
-    // A time of the source's, not now: the same job gives the same bytes.
+    // The source's time and not the current one, so that the same job gives the same bytes.
     const std::time_t modified = items[m_source.ContentTypesStream().items.front()].modified;
     for (const PartName& part : m_added)
     {

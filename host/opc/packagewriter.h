@@ -58,13 +58,13 @@ public:
     void Commit(const WriteListener& listener = [](double) {});
 
 private:
-    /// What becomes of a part; without content it is removed.
+    /// The change of a part; without content it is removed.
     struct Change
     {
         std::optional<PartContent> content;
     };
 
-    /// What becomes of an item of the source: copied, or left out, or left out with a new item in its place.
+    /// What happens to an item of the source: it is copied, dropped, or replaced by a new item.
     struct ItemPlan
     {
         bool isCopied = true;

@@ -11,8 +11,8 @@
 
 namespace host::opc
 {
-/// The new content of one part while it is collected and until it is written out. Several may grow in turns
-/// over one spill file, which they keep alive.
+/// The new content of one part until it is written to the package. Several contents share one spill file,
+/// which they keep alive.
 class PartContent
 {
 public:
@@ -24,7 +24,7 @@ public:
     /// Throws FileError when the spill file cannot take it.
     void Append(std::string_view bytes);
 
-    /// Keeps nothing in memory any more: to be called when the content is complete.
+    /// Moves all bytes to the spill file. To be called when the content is complete.
     void SpillAll();
 
     /// In bytes.
@@ -33,7 +33,7 @@ public:
     /// Reads from `position` on and gives the count of bytes, which is less than `size` only at the end.
     std::size_t Read(std::uint64_t position, char* buffer, std::size_t size) const;
 
-    /// What it begins with, or all of it where that is not more than `most` bytes.
+    /// The first bytes, at most `most`.
     std::string ReadStart(std::uint64_t most) const;
 
 private:
@@ -49,7 +49,7 @@ private:
     std::shared_ptr<SpillFile> m_spill;
     std::vector<Extent> m_extents;
     std::uint64_t m_spilled = 0;
-    // The last bytes: markup comes in writes of a few characters each.
+    // Not spilled yet: markup is written a few characters at a time.
     std::string m_pending;
 };
 } // namespace host::opc

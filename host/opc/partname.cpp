@@ -124,7 +124,7 @@ bool LiesOutside(std::string_view path)
     return hasScheme || path.starts_with("//");
 }
 
-/// Where a reference leads, or why it leads to no part.
+/// The part name that a reference resolves to, or why it resolves to none.
 struct Resolution
 {
     std::string text;

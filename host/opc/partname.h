@@ -52,11 +52,11 @@ private:
     explicit PartName(std::string text);
 
     std::string m_text;
-    // What is compared: the text in lower case.
+    // The text in lower case, for comparisons.
     std::string m_key;
 };
 
-/// Whether an item's name has a segment that steps up, as no part's has and no honest producer writes.
+/// Whether an item's name has a ".." segment, which no part name has.
 bool StepsUp(std::string_view itemName);
 
 /// ASCII only: part names and extensions know no other case.

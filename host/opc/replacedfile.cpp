@@ -30,7 +30,7 @@ void ReplacedFile::Write(std::string_view bytes)
 
 void ReplacedFile::Commit()
 {
-    // What is written last may find the disk full.
+    // The disk may be full only now.
     const bool isWritten = std::fflush(m_temporary.file.get()) == 0;
     m_temporary.file.reset();
     std::error_code failure;

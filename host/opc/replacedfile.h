@@ -7,8 +7,8 @@
 
 namespace host::opc
 {
-/// A file that appears as a whole or not at all: written under a temporary name beside it, which Commit
-/// renames. Without Commit an existing file stays as it was, and no other is left.
+/// A file that appears complete or not at all: it is written under a temporary name beside the target, which
+/// Commit renames. Without Commit an existing file stays as it was, and no temporary file is left.
 class ReplacedFile
 {
 public:

@@ -9,8 +9,8 @@
 
 namespace host::opc
 {
-/// A temporary file for contents that are too many to be held in memory. The system itself deletes it when it
-/// is closed, even if the process is killed.
+/// A temporary file for contents that do not fit in memory. The system deletes it when it is closed, even if
+/// the process is killed.
 class SpillFile
 {
 public:

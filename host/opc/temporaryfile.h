@@ -12,22 +12,22 @@ struct FileCloser
 };
 using UniqueFile = std::unique_ptr<std::FILE, FileCloser>;
 
-/// What becomes of a temporary file when it is closed.
+/// What happens to a temporary file when it is closed.
 enum class OnClose
 {
-    /// The system itself deletes it, even if the process is killed.
+    /// The system deletes it, even if the process is killed.
     Delete,
     Keep
 };
 
-/// A file of this process alone, open for reading and writing.
+/// A file that only this process can open, for reading and writing.
 struct TemporaryFile
 {
     UniqueFile file;
     std::filesystem::path path;
 };
 
-/// Creates a file beside `target` under a name that no file had. Throws FileError, naming the target, when
-/// the target is a folder or anything else that is no file, and when there can be no file beside it.
+/// Creates a file with an unused name beside `target`. Throws FileError, naming the target, when the target
+/// is a folder or no regular file, and when no file can be created beside it.
 TemporaryFile CreateTemporaryFile(const std::filesystem::path& target, OnClose onClose);
 } // namespace host::opc

@@ -86,7 +86,7 @@ void ZipArchive::Append(std::size_t index, std::string& content, std::uint64_t l
 {
     const ZipItem& item = m_items.at(index);
     const OpenItem file = Open(index);
-    // Grows with what there is, not with what the directory promises.
+    // Grows with the data that is there, not with the size in the directory.
     std::array<char, 65536> chunk;
     std::uint64_t total = 0;
     zip_int64_t read = 0;

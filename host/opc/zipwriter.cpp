@@ -9,7 +9,7 @@ namespace host::opc
 {
 namespace
 {
-/// Feeds the library from a collected content; the library owns it.
+/// The library's source of a new content; the library owns it.
 class ContentSource
 {
 public:
@@ -81,7 +81,7 @@ private:
     zip_error_t m_error;
 };
 
-/// Forwards the library's progress. An exception of the listener is kept, and the library asked to cancel.
+/// Forwards the library's progress. An exception of the listener is kept and cancels the writing.
 class CloseWatch
 {
 public:
@@ -141,7 +141,7 @@ void ZipWriter::Copy(const ZipArchive& source, std::size_t index)
     const ZipItem& item = source.Items().at(index);
     const zip_uint64_t added = AddItem(
         item.name, Source(zip_source_zip(m_archive.get(), source.Handle(), index, ZIP_FL_COMPRESSED, 0, -1)));
-    // The library would compress what is only stored.
+    // Otherwise the library would compress stored items.
     if (item.method == ZIP_CM_STORE && zip_set_file_compression(m_archive.get(), added, ZIP_CM_STORE, 0) != 0)
     {
         Fail(item.name);

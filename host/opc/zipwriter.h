@@ -14,11 +14,11 @@
 
 namespace host::opc
 {
-/// Told now and then which fraction of an archive has been written.
+/// Called from time to time with the fraction of an archive that has been written.
 using WriteListener = std::function<void(double fraction)>;
 
-/// A ZIP archive in the making. Nothing of it is on disk before Close, which writes it under a temporary name
-/// and renames that to the target's, and nothing is left of one that is not closed.
+/// Writes a ZIP archive. Nothing is on disk before Close, which writes a temporary file and renames it; an
+/// archive that is not closed leaves nothing.
 class ZipWriter
 {
 public:

@@ -2,14 +2,17 @@
 
 namespace host::pipeline
 {
-void CallTrace::Tell(std::string_view method, std::string_view subject, HRESULT result) noexcept
+void CallTrace::Record(std::string_view method,
+                       std::string_view subject,
+                       HRESULT result,
+                       CallRole role) noexcept
 {
     try
     {
         const std::lock_guard lock(m_lock);
         if (m_listener)
         {
-            m_listener({method, std::string(subject), result});
+            m_listener({method, std::string(subject), result, role});
         }
     }
     catch (...)

@@ -39,19 +39,23 @@ template <typename Part, typename Store>
 HRESULT DocumentConsumer::Send(const char* method, IUnknown* object, Store&& store)
 {
     const ComPtr<Part> part = Part::Recognise(object);
-    return m_pJob->trace.Answer(method, part ? part->Name() : std::string_view(), [&]() -> HRESULT {
-        if (!part)
-        {
-            return object == nullptr ? E_POINTER : E_INVALIDARG;
-        }
-        if (m_pJob->isSenderClosed || part->Place() != m_pJob->sent || !part->IsComplete())
-        {
-            return E_UNEXPECTED;
-        }
-        const HRESULT stored = store(*part);
-        m_pJob->sent += SUCCEEDED(stored) ? 1 : 0;
-        return stored;
-    });
+    return m_pJob->trace.Answer(
+        method,
+        part ? part->Name() : std::string_view(),
+        [&]() -> HRESULT {
+            if (!part)
+            {
+                return object == nullptr ? E_POINTER : E_INVALIDARG;
+            }
+            if (m_pJob->isSenderClosed || part->Place() != m_pJob->sent || !part->IsComplete())
+            {
+                return E_UNEXPECTED;
+            }
+            const HRESULT stored = store(*part);
+            m_pJob->sent += SUCCEEDED(stored) ? 1 : 0;
+            return stored;
+        },
+        CallRole::TakesPart);
 }
 
 template <typename Part>
@@ -66,13 +70,17 @@ HRESULT DocumentConsumer::SendTreePart(const char* method, IUnknown* object)
 
 STDMETHODIMP DocumentConsumer::SendXpsUnknown(IUnknown* part)
 {
-    return m_pJob->trace.Answer("IXpsDocumentConsumer::SendXpsUnknown", "", [&] {
-        if (part == nullptr)
-        {
-            return E_POINTER;
-        }
-        return m_pJob->isSenderClosed ? E_UNEXPECTED : S_OK;
-    });
+    return m_pJob->trace.Answer(
+        "IXpsDocumentConsumer::SendXpsUnknown",
+        "",
+        [&] {
+            if (part == nullptr)
+            {
+                return E_POINTER;
+            }
+            return m_pJob->isSenderClosed ? E_UNEXPECTED : S_OK;
+        },
+        CallRole::TakesPart);
 }
 
 STDMETHODIMP DocumentConsumer::SendXpsDocument(IXpsDocument* document)

@@ -11,15 +11,15 @@
 
 namespace host::pipeline
 {
-/// What a filter did to a part of the tree, told when it sends the part.
+/// What a filter did to a part of the tree, reported when it sends the part.
 struct SentPart
 {
     const xps::JobPart& part;
-    /// Of a page; null for markup that stays as it is.
+    /// Null for a page whose markup stays, and for other parts.
     const xps::PageMarkup* newMarkup;
-    /// Null for a ticket that stays as it is, or none.
+    /// Null for a ticket that stays, or none.
     TicketPart* newTicket;
-    /// Whether the part is not taken, for what is wrong with its new markup.
+    /// Whether the part is refused because of a fault in its new markup.
     bool isRefused;
 };
 

@@ -29,7 +29,8 @@ STDMETHODIMP DocumentProvider::GetXpsPart(IUnknown** part)
         *part = MakeNext();
         return S_OK;
     });
-    return m_pJob->trace.Answer(method, m_pJob->currentPart, [found] { return found; });
+    m_pJob->trace.Record(method, m_pJob->currentPart, found, CallRole::HandsOutPart);
+    return found;
 }
 
 IUnknown* DocumentProvider::MakeNext()

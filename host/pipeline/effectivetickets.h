@@ -19,7 +19,7 @@ namespace host::pipeline
 /// The driver's default ticket for the page-description type that its property bag has, or lacks.
 std::wstring DefaultTicketOf(std::optional<std::int32_t> tesselType);
 
-/// What the tickets of a job are merged with, and in whose name.
+/// The tickets above a document's own, and the printer and user that they are merged for.
 struct TicketSetting
 {
     std::string userTicket;
@@ -28,9 +28,8 @@ struct TicketSetting
     HANDLE userToken;
 };
 
-/// The effective tickets of a job's parts as the filter comes by them: by the module's own code, over the
-/// print ticket library that the process uses. For telling people what a page's ticket says, not for
-/// printing.
+/// The effective tickets of a job's parts, obtained as the filter obtains them: with the module's code, over
+/// the print ticket library of the process. For showing them, not for printing.
 ///
 /// Used on one thread, on which COM is initialised: providers belong to the thread that opens them.
 class EffectiveTickets
@@ -39,7 +38,7 @@ public:
     /// Throws HresultError where the provider cannot be opened or the user's ticket cannot be read.
     EffectiveTickets(const opc::Package& package, const TicketSetting& setting);
 
-    /// Takes in the part's ticket. To be called for each part in the order of the job.
+    /// Applies the part's ticket. To be called for each part in the order of the job.
     void Enter(const xps::JobPart& part);
 
     /// The effective ticket at the level of the part that was entered last.
@@ -50,10 +49,10 @@ public:
     /// HresultError where the printer does not tell.
     base::xps::printschema::ImageableArea ReadImageableArea();
 
-    /// The same of a ticket by itself, from its bytes, whatever was entered.
+    /// The same for a ticket by itself, given as bytes.
     base::xps::printschema::ImageableArea ReadImageableArea(const std::string& ticket) const;
 
-    /// What the printer makes of a ticket by itself, whatever was entered.
+    /// A ticket by itself, validated for the printer.
     std::string Validate(const std::string& ticket) const;
 
 private:

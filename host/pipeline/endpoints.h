@@ -29,7 +29,7 @@ private:
     base::utility::ComPtr<DocumentConsumer> m_pConsumer;
 };
 
-/// Takes note of what a filter asks of the pipeline, on any thread.
+/// Records what a filter requests from the pipeline, on any thread.
 class ManagerControl final : public base::utility::ComObject<IPrintPipelineManagerControl>
 {
 public:

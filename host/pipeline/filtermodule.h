@@ -28,7 +28,7 @@ public:
         return reinterpret_cast<Function*>(FindAddress(MAKEINTRESOURCEA(ordinal)));
     }
 
-    /// Lets the library stay in the process for good.
+    /// Leaves the library loaded for the life of the process.
     void Abandon() noexcept { static_cast<void>(m_module.release()); }
 
 private:
@@ -44,7 +44,7 @@ private:
     std::unique_ptr<HMODULE, Closer> m_module;
 };
 
-/// A filter's DLL as the pipeline uses it: without registration, by its path and its two exports.
+/// A filter's DLL, loaded as the pipeline loads it: by its path, without registration.
 class FilterModule
 {
 public:
@@ -55,10 +55,10 @@ public:
     ~FilterModule();
 
     /// Creates the page-validation filter through its class factory. Throws std::runtime_error, naming the
-    /// file, for a module that has none.
+    /// file, when the module cannot.
     base::utility::ComPtr<IPrintPipelineFilter> CreateFilter(CallTrace& trace) const;
 
-    /// Whether the module answers that nothing of it is in use. A module that is in use is never unloaded.
+    /// Whether the module reports that it is not in use. A module in use is never unloaded.
     bool CanUnload() const noexcept;
 
 private:

@@ -8,8 +8,8 @@
 
 namespace host::pipeline
 {
-/// A part of this pipeline. Filters pass parts around by interfaces of the platform; `Self::kOwnId`, which
-/// nobody else knows, tells this pipeline's own.
+/// A part of this pipeline. A private interface id, `Self::kOwnId`, finds the object behind a platform
+/// interface that a filter passes in.
 template <typename Self, typename Interface>
 class OwnPart : public base::utility::ComObject<Interface>
 {

@@ -31,19 +31,19 @@ bool PagePart::IsComplete() const noexcept
 STDMETHODIMP PagePart::GetUri(BSTR* uri)
 {
     return m_pJob->trace.Answer(
-        "IFixedPage::GetUri", m_name.Text(), [&] { return HandOutName(m_name, uri); });
+        "IFixedPage::GetUri", m_name.Text(), [&] { return CopyPartUri(m_name, uri); });
 }
 
 STDMETHODIMP PagePart::GetStream(IPrintReadStream** stream)
 {
     return m_pJob->trace.Answer(
-        "IFixedPage::GetStream", m_name.Text(), [&] { return HandOutContent(*m_pJob, m_name, stream); });
+        "IFixedPage::GetStream", m_name.Text(), [&] { return OpenPartContent(*m_pJob, m_name, stream); });
 }
 
 STDMETHODIMP PagePart::GetPartCompression(EXpsCompressionOptions* compression)
 {
     return m_pJob->trace.Answer("IFixedPage::GetPartCompression", m_name.Text(), [&] {
-        return HandOutCompression(m_compression, compression);
+        return CopyCompression(m_compression, compression);
     });
 }
 

@@ -14,7 +14,7 @@ using base::utility::MakeCom;
 
 namespace
 {
-/// The content of a part that goes to XML readers, which in Wine open the files that a document type names.
+/// The content of a part for the filter's XML readers, which in Wine open files that a document type names.
 std::string ReadMarkup(const PipelineJob& job, const opc::PartName& name, std::uint64_t limit)
 {
     std::string markup = job.package.Read(name, limit);
@@ -30,7 +30,7 @@ std::string ReadMarkup(const PipelineJob& job, const opc::PartName& name, std::u
 }
 } // namespace
 
-HRESULT HandOutName(const opc::PartName& name, BSTR* uri)
+HRESULT CopyPartUri(const opc::PartName& name, BSTR* uri)
 {
     if (uri == nullptr)
     {
@@ -41,10 +41,10 @@ HRESULT HandOutName(const opc::PartName& name, BSTR* uri)
     return S_OK;
 }
 
-HRESULT HandOutContent(const PipelineJob& job,
-                       const opc::PartName& name,
-                       IPrintReadStream** stream,
-                       std::uint64_t limit)
+HRESULT OpenPartContent(const PipelineJob& job,
+                        const opc::PartName& name,
+                        IPrintReadStream** stream,
+                        std::uint64_t limit)
 {
     if (stream == nullptr)
     {
@@ -55,7 +55,7 @@ HRESULT HandOutContent(const PipelineJob& job,
     return S_OK;
 }
 
-HRESULT HandOutCompression(EXpsCompressionOptions kept, EXpsCompressionOptions* compression)
+HRESULT CopyCompression(EXpsCompressionOptions kept, EXpsCompressionOptions* compression)
 {
     if (compression == nullptr)
     {
@@ -68,7 +68,7 @@ HRESULT HandOutCompression(EXpsCompressionOptions kept, EXpsCompressionOptions* 
 ComPtr<PartWriteStream> MakeWriteStream(const PipelineJobPtr& job, const opc::PartName& part)
 {
     return MakeCom<PartWriteStream>(job->writer->NewContent(), [job, name = part.Text()] {
-        job->trace.Tell("IPrintWriteStream::Close", name, S_OK);
+        job->trace.Record("IPrintWriteStream::Close", name, S_OK);
     });
 }
 } // namespace host::pipeline

@@ -11,21 +11,21 @@
 
 namespace host::pipeline
 {
-/// What the pipeline answers when there is no such element.
+/// The pipeline's HRESULT for an element that does not exist.
 inline constexpr HRESULT kElementNotFound = __HRESULT_FROM_WIN32(ERROR_NOT_FOUND);
 
-/// Answers GetUri.
-[[nodiscard]] HRESULT HandOutName(const opc::PartName& name, BSTR* uri);
+/// The body of GetUri.
+[[nodiscard]] HRESULT CopyPartUri(const opc::PartName& name, BSTR* uri);
 
-/// Answers GetStream of a part of the package.
-[[nodiscard]] HRESULT HandOutContent(const PipelineJob& job,
-                                     const opc::PartName& name,
-                                     IPrintReadStream** stream,
-                                     std::uint64_t limit = opc::Package::kPartLimit);
+/// The body of GetStream for a part of the package.
+[[nodiscard]] HRESULT OpenPartContent(const PipelineJob& job,
+                                      const opc::PartName& name,
+                                      IPrintReadStream** stream,
+                                      std::uint64_t limit = opc::Package::kPartLimit);
 
-/// Answers GetPartCompression.
-[[nodiscard]] HRESULT HandOutCompression(EXpsCompressionOptions kept, EXpsCompressionOptions* compression);
+/// The body of GetPartCompression.
+[[nodiscard]] HRESULT CopyCompression(EXpsCompressionOptions kept, EXpsCompressionOptions* compression);
 
-/// An empty content for a part of this name; its closing shows in the job's trace.
+/// A stream for new content of a part; closing it is recorded in the job's trace.
 base::utility::ComPtr<PartWriteStream> MakeWriteStream(const PipelineJobPtr& job, const opc::PartName& part);
 } // namespace host::pipeline

@@ -13,7 +13,7 @@ void PipelineJob::RemoveOrphanedTickets()
     }
 }
 
-std::string_view PipelineJob::FindDebt() const
+std::string_view PipelineJob::FindUnfinishedWork() const
 {
     if (!isReadToEnd || sent != handedOut)
     {

@@ -19,10 +19,10 @@
 
 namespace host::pipeline
 {
-/// What the endpoints of one job share. They hold it together, so that a filter which keeps one of them does
-/// not pull it from under the others; whoever runs the job sees by their number what the filter kept.
+/// The state that the endpoints of one job share. Each holds a reference, so that it lives as long as any
+/// endpoint that a filter keeps; the reference count shows what the filter did not release.
 ///
-/// The job's thread alone changes it, but for what is atomic.
+/// Only the job's thread changes it, except for the atomic members.
 struct PipelineJob
 {
     /// Throws PackageError for relationships of the package that cannot be read.
@@ -32,7 +32,7 @@ struct PipelineJob
     }
 
     const opc::Package& package;
-    /// That new relationships are written in.
+    /// The vocabulary of new relationships.
     const xps::Vocabulary& vocabulary;
     /// Null for a job that is only read.
     opc::PackageWriter* writer;
@@ -49,7 +49,7 @@ struct PipelineJob
 
     /// Whether new markup is taken that is not well-formed or lies in no namespace of XPS.
     bool acceptsMalformed = false;
-    /// The page that was not taken for its new markup, and what is wrong with that.
+    /// The page that was refused because of its new markup, and the fault in it.
     struct Refusal
     {
         std::string page;
@@ -57,7 +57,7 @@ struct PipelineJob
     };
     std::optional<Refusal> refusal;
 
-    /// How many parts of the job name a ticket, and how many of them let go of it.
+    /// How many parts of the job name a ticket, and how many of them dropped it.
     struct TicketUse
     {
         std::size_t named = 0;
@@ -73,11 +73,11 @@ struct PipelineJob
     /// The first failure that a filter gave as a reason to shut the pipeline down.
     std::atomic<HRESULT> shutdownReason{S_OK};
 
-    /// Removes the tickets that no part of the job names any more. To be called once all parts have passed.
+    /// Removes the tickets that no part of the job names any more. To be called after the last part.
     void RemoveOrphanedTickets();
 
-    /// What a filter that claims success still owes the pipeline; empty for nothing.
-    std::string_view FindDebt() const;
+    /// The work that a filter left unfinished although it reported success; empty for none.
+    std::string_view FindUnfinishedWork() const;
 };
 
 using PipelineJobPtr = std::shared_ptr<PipelineJob>;

@@ -8,13 +8,13 @@
 
 namespace host::pipeline
 {
-/// The printer that a job is for, and the user in whose name it is printed.
+/// The printer of a job, and the user who prints it.
 class Printer
 {
 public:
-    /// Opens a printer of the spooler; without a name there is none, and only its name is made up. Throws
-    /// std::runtime_error for a printer that cannot be opened, HresultError when the current user's token
-    /// cannot be had.
+    /// Opens a printer of the spooler; without a name the printer is offline and has only a made-up name.
+    /// Throws std::runtime_error for a printer that cannot be opened, HresultError when the current user's
+    /// token cannot be obtained.
     explicit Printer(const std::optional<std::wstring>& spoolerName);
 
     const std::wstring& Name() const noexcept { return m_name; }

@@ -33,7 +33,7 @@ private:
 class PartWriteStream final : public base::utility::ComObject<IPrintWriteStream>
 {
 public:
-    /// `onClose` is told of each closing; it must not throw.
+    /// `onClose` is called for each Close; it must not throw.
     explicit PartWriteStream(
         opc::PartContent content, std::function<void()> onClose = [] {})
         : m_content(std::move(content)), m_onClose(std::move(onClose))
@@ -44,12 +44,12 @@ public:
     STDMETHODIMP WriteBytes(const void* buffer, ULONG count, ULONG* written) override;
     STDMETHODIMP_(void) Close() override;
 
-    /// How often the filter has closed the stream: a second time is its fault as well as none.
+    /// How often the filter has closed the stream. Anything but once is the filter's fault.
     int CloseCount() const noexcept { return m_closeCount; }
 
     const opc::PartContent& Content() const noexcept { return m_content; }
 
-    /// Gives away what was written. To be called once, after the stream was closed.
+    /// Gives away the content. To be called once, after the stream was closed.
     opc::PartContent DetachContent() { return std::move(m_content); }
 
 private:

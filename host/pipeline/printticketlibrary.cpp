@@ -21,7 +21,7 @@ struct Functions
     decltype(PTMergeAndValidatePrintTicket)* merge = nullptr;
 };
 
-// Those of the library that is loaded.
+// The functions of the loaded library.
 Functions g_functions;
 } // namespace
 
@@ -54,8 +54,8 @@ void PrintTicketLibrary::DescribeDevice(std::string_view capabilities) const
 }
 } // namespace host::pipeline
 
-// The module's ticket code calls these by import; in the host they lead to whichever library was loaded. A
-// host that imported them would have the platform's library before any other.
+// The module's ticket code calls these functions. In the host they forward to the library that was loaded: a
+// host that imported them would load the platform's library first.
 STDAPI PTOpenProvider(PCWSTR printerName, DWORD version, HPTPROVIDER* provider)
 {
     return host::pipeline::g_functions.open(printerName, version, provider);

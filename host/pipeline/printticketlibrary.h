@@ -8,9 +8,9 @@
 
 namespace host::pipeline
 {
-/// The print ticket provider of this process: the offline one or the platform's own. Loaded before the filter
-/// module, whose import by the library's name then binds to it; and the host's own print ticket calls go
-/// through it. One at a time.
+/// The print ticket provider of this process: the offline one or the platform's own. It must be loaded before
+/// the filter module, whose import then binds to it; the host's own print ticket calls go through it too. One
+/// at a time.
 class PrintTicketLibrary
 {
 public:
@@ -20,7 +20,7 @@ public:
     PrintTicketLibrary& operator=(const PrintTicketLibrary&) = delete;
     ~PrintTicketLibrary();
 
-    /// Tells the offline library of the device to stand in for: the bytes of a print capabilities document.
+    /// Sets the device of the offline library, from the bytes of a print capabilities document.
     /// Throws std::runtime_error with the reason when it cannot be used.
     void DescribeDevice(std::string_view capabilities) const;
 

@@ -23,7 +23,7 @@ std::string ToSubject(const wchar_t* name)
     return base::utility::ToUtf8(ToName(name));
 }
 
-/// A handle is copied as it is: nobody owns it by a VARIANT.
+/// Copies a value. A handle is copied as it is: a VARIANT does not own it.
 [[nodiscard]] HRESULT CopyValue(const VARIANT& from, VARIANT* to)
 {
     if (from.vt == VT_BYREF)
@@ -95,7 +95,7 @@ STDMETHODIMP PipelinePropertyBag::GetProperty(const wchar_t* name, VARIANT* valu
 STDMETHODIMP_(BOOL) PipelinePropertyBag::DeleteProperty(const wchar_t* name)
 {
     const bool isDeleted = m_values.erase(ToName(name)) != 0;
-    m_trace.Tell("IPrintPipelinePropertyBag::DeleteProperty", ToSubject(name), isDeleted ? S_OK : S_FALSE);
+    m_trace.Record("IPrintPipelinePropertyBag::DeleteProperty", ToSubject(name), isDeleted ? S_OK : S_FALSE);
     return isDeleted;
 }
 

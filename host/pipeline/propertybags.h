@@ -24,7 +24,7 @@ public:
     void SetText(const wchar_t* name, const std::wstring& text);
     /// Shares the object.
     void SetObject(const wchar_t* name, IUnknown* object);
-    /// The handle as the bare VT_BYREF in which the platform passes handles; it stays the caller's.
+    /// The handle is stored as a bare VT_BYREF, as the platform passes handles. The caller keeps it.
     void SetHandle(const wchar_t* name, HANDLE handle);
     void SetNumber(const wchar_t* name, ULONG number);
 
@@ -38,7 +38,7 @@ private:
     std::map<std::wstring, base::utility::Variant, std::less<>> m_values;
 };
 
-/// What a printer driver tells its filters: here, strings and integers.
+/// The printer driver's properties: strings and integers.
 class DriverPropertyBag final : public base::utility::ComObject<IPrinterPropertyBag>
 {
 public:
@@ -47,7 +47,7 @@ public:
     void SetText(const wchar_t* name, const std::wstring& text) { m_texts[name] = text; }
     void SetNumber(const wchar_t* name, std::int32_t number) { m_numbers[name] = number; }
 
-    // Scripting is of no use to filters.
+    // Filters do not use scripting.
     STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
     STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
     STDMETHODIMP GetIDsOfNames(REFIID, OLECHAR**, UINT, LCID, DISPID*) override { return E_NOTIMPL; }

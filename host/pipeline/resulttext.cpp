@@ -15,7 +15,7 @@ struct CodeName
     const char* name;
 };
 
-// The system has other texts for these, of OLE, or none.
+// The system has OLE's texts for these codes, or none.
 constexpr CodeName kPrintTicketCodes[] = {
     {0x80040003, "E_PRINTTICKET_FORMAT, the print ticket is not valid"},
     {0x80040004, "E_PRINTCAPABILITIES_FORMAT, the print capabilities are not valid"},

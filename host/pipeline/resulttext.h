@@ -10,7 +10,7 @@ namespace host::pipeline
 /// "0x80070490".
 std::string FormatResult(HRESULT result);
 
-/// What an HRESULT says, on one line: of the print ticket calls' own codes their names, of others the
+/// The meaning of an HRESULT on one line: the names of the print ticket calls' own codes, otherwise the
 /// system's text. Empty for S_OK.
 std::string DescribeResult(HRESULT result);
 } // namespace host::pipeline

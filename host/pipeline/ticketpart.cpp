@@ -8,21 +8,21 @@ namespace host::pipeline
 STDMETHODIMP TicketPart::GetUri(BSTR* uri)
 {
     return m_pJob->trace.Answer(
-        "IPartPrintTicket::GetUri", m_name.Text(), [&] { return HandOutName(m_name, uri); });
+        "IPartPrintTicket::GetUri", m_name.Text(), [&] { return CopyPartUri(m_name, uri); });
 }
 
 STDMETHODIMP TicketPart::GetStream(IPrintReadStream** stream)
 {
     return m_pJob->trace.Answer("IPartPrintTicket::GetStream", m_name.Text(), [&] {
         return m_pNewContent ? E_ACCESSDENIED
-                             : HandOutContent(*m_pJob, m_name, stream, xps::kPrintTicketLimit);
+                             : OpenPartContent(*m_pJob, m_name, stream, xps::kPrintTicketLimit);
     });
 }
 
 STDMETHODIMP TicketPart::GetPartCompression(EXpsCompressionOptions* compression)
 {
     return m_pJob->trace.Answer("IPartPrintTicket::GetPartCompression", m_name.Text(), [&] {
-        return HandOutCompression(m_compression, compression);
+        return CopyCompression(m_compression, compression);
     });
 }
 

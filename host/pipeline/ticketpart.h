@@ -28,7 +28,7 @@ public:
     }
 
     STDMETHODIMP GetUri(BSTR* uri) override;
-    /// E_ACCESSDENIED for a new ticket, whose content goes the other way.
+    /// E_ACCESSDENIED for a new ticket, which can only be written.
     STDMETHODIMP GetStream(IPrintReadStream** stream) override;
     STDMETHODIMP GetPartCompression(EXpsCompressionOptions* compression) override;
     STDMETHODIMP SetPartCompression(EXpsCompressionOptions compression) override;

@@ -63,7 +63,7 @@ void TicketSlot::Store()
 {
     if (m_pNew && m_owner.printTicket)
     {
-        // A part has one ticket: a new one takes the old one's place, detached or not.
+        // A part has one ticket: a new one replaces the old one, detached or not.
         Detach(*m_owner.printTicket);
     }
     if (!m_isDetached && !m_pNew)

@@ -9,7 +9,7 @@
 
 namespace host::pipeline
 {
-/// The print ticket of one part of the tree: the one that it came with, none, or a new one.
+/// The print ticket of one part of the tree: its own, none, or a new one.
 class TicketSlot
 {
 public:
@@ -22,16 +22,16 @@ public:
     /// Takes a ticket of this pipeline; E_INVALIDARG for any other, and what was there stays.
     [[nodiscard]] HRESULT Set(IPartPrintTicket* ticket);
 
-    /// Lets go of the ticket of this name; false when it is not the one that the part came with.
+    /// Drops the part's own ticket; false when it does not have this name.
     bool Detach(const opc::PartName& name);
 
-    /// The part as it came.
+    /// The part as the document has it.
     const xps::JobPart& Owner() const noexcept { return m_owner; }
     /// Null when the part keeps what it has.
     TicketPart* New() const noexcept { return m_pNew.Get(); }
     bool IsComplete() const noexcept { return !m_pNew || m_pNew->IsComplete(); }
 
-    /// Writes what has become of the ticket into the package.
+    /// Writes the change of the ticket into the package.
     void Store();
 
 private:

@@ -33,7 +33,7 @@ template <typename Interface>
 STDMETHODIMP TreePart<Interface>::GetUri(BSTR* uri)
 {
     const std::string method = TreePartTraits<Interface>::kName + std::string("GetUri");
-    return m_pJob->trace.Answer(method, m_name.Text(), [&] { return HandOutName(m_name, uri); });
+    return m_pJob->trace.Answer(method, m_name.Text(), [&] { return CopyPartUri(m_name, uri); });
 }
 
 template <typename Interface>

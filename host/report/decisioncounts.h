@@ -8,7 +8,7 @@
 
 namespace host::report
 {
-/// How many pages of a run came to each decision.
+/// The number of pages of a run for each decision.
 class DecisionCounts
 {
 public:

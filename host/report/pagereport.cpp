@@ -104,6 +104,10 @@ std::string ExplainDecision(const PageReport& page)
         text +=
             "; " + replacement.wanted + " is asked for, in whose place the device puts " + replacement.taken;
     }
+    for (const std::string& feature : page.asked.keptFeatures)
+    {
+        text += "; the ticket does not give " + feature + ", so that of the part before holds";
+    }
     return text;
 }
 

@@ -12,16 +12,16 @@
 
 namespace host::report
 {
-/// How closely a page is looked at: each level takes more time.
+/// How much is collected about a page: each level takes more time.
 enum class Detail
 {
     None,
     Tickets,
-    /// And where the printer can print.
+    /// Also where the printer can print.
     All
 };
 
-/// What only those want to know of a page who look at it closely.
+/// Facts that only detailed reports show.
 struct PageDetails
 {
     /// Bytes of tickets; empty for none.
@@ -35,7 +35,7 @@ struct PageDetails
     std::optional<xps::ContentTransform> transform;
 };
 
-/// What was seen of a page that went through the filter.
+/// The facts of a page that the filter has sent.
 struct PageReport
 {
     /// From 1 on, over all documents.
@@ -43,23 +43,23 @@ struct PageReport
     std::string part;
     xps::PageSize before;
     xps::PageSize after;
-    /// Of the page's effective ticket as it came.
+    /// From the page's effective ticket before the filter.
     tickets::TicketFacts asked;
-    /// What the page's tickets ask for in vain.
+    /// What the page's tickets ask for and the device replaces.
     std::vector<tickets::Replacement> replacements;
-    /// Of the new ticket; empty when the page keeps its own.
+    /// From the new ticket; empty when the page keeps its own.
     std::optional<tickets::SheetFacts> given;
-    /// Where the printer does not take the sheet that a refitted page is given.
+    /// Set when the device does not take the sheet of a refitted page.
     std::optional<tickets::Replacement> givenReplacement;
     bool isMarkupReplaced = false;
     /// What is wrong with the new markup, as xps::PageMarkup has it; empty for nothing.
     std::string markupFault;
-    /// Whether the pipeline did not take the page for that.
+    /// Whether the pipeline refused the page because of it.
     bool isRefused = false;
     /// Part names; empty for none.
     std::string oldTicket;
     std::string newTicket;
-    /// Empty when nobody asked for them.
+    /// Empty unless they were asked for.
     std::optional<PageDetails> details;
 };
 
@@ -77,7 +77,7 @@ Decision Decide(const PageReport& page);
 const char* NameOf(Decision decision);
 bool IsRefitted(const PageReport& page);
 
-/// Why, in words: what of the ticket led to the decision, and what the printer has changed of it.
+/// The reason in words: what in the ticket led to the decision, and what the device replaced.
 std::string ExplainDecision(const PageReport& page);
 
 /// "the new markup is not well-formed: line 3, column 14: ..."; empty where nothing is wrong with it.
@@ -88,9 +88,9 @@ bool IsLandscape(const std::string& orientation);
 
 base::xps::printschema::MediaSize Rotated(base::xps::printschema::MediaSize sheet);
 
-/// The sheet that the limits are held against: as the page lies on it, upright once it has been turned.
+/// The sheet that is compared with the limits: as it lies when the page is printed, upright after a turn.
 base::xps::printschema::MediaSize AsPrinted(const PageReport& page);
 
-/// "816x1056", to hundredths, or "?" for what the markup does not say.
+/// "816x1056", to hundredths, with "?" for a length that the markup does not give.
 std::string FormatPageSize(const xps::PageSize& size);
 } // namespace host::report

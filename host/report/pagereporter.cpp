@@ -14,7 +14,7 @@ namespace host::report
 {
 namespace
 {
-/// A job must not fail because of what its report wants to know in addition.
+/// Additional questions for a report must not fail a job.
 template <typename Question>
 auto AnswerOrNone(Question&& ask) -> std::optional<decltype(ask())>
 {
@@ -59,6 +59,8 @@ void PageReporter::Take(const pipeline::SentPart& sent)
     m_documents += sent.part.kind == xps::JobPartKind::FixedDocument ? 1 : 0;
     m_asked.reset();
     EnterLevel(sent.part);
+    // For the values that a page's ticket may lack.
+    static_cast<void>(m_facts.Read(m_tickets->GetEffective()));
 }
 
 void PageReporter::EnterLevel(const xps::JobPart& part)
@@ -78,7 +80,7 @@ const PageReporter::Asked& PageReporter::AskedBy(const xps::JobPart& page)
     {
         EnterLevel(page);
         const auto ticket = m_tickets->GetEffective();
-        m_asked = {tickets::ReadFacts(ticket), {}, tickets::SaveBytes(ticket.Get()), {}};
+        m_asked = {m_facts.Read(ticket), {}, tickets::SaveBytes(ticket.Get()), {}};
         m_asked->replacements = tickets::FindReplacements(m_wanted, SelectionOf(m_asked->ticket));
         m_askedBy = page.printTicket;
         if (m_detail == Detail::All)

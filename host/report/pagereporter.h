@@ -14,8 +14,8 @@
 
 namespace host::report
 {
-/// Makes a report of each page that a filter sends. Works on the thread that sends, from the first part to
-/// Finish; its own reading of the tickets does not show in the pipeline's trace.
+/// Makes a report of each page that a filter sends. Works on the sending thread, from the first part to
+/// Finish. Its own reading of tickets is not in the pipeline's trace.
 class PageReporter
 {
 public:
@@ -31,14 +31,14 @@ public:
 
     void Take(const pipeline::SentPart& sent);
 
-    /// Lets go of what belongs to the thread.
+    /// Releases what belongs to the thread.
     void Finish() { m_tickets.reset(); }
 
     std::size_t Documents() const noexcept { return m_documents; }
     std::size_t Pages() const noexcept { return m_pages; }
 
 private:
-    /// What an effective ticket comes to.
+    /// The facts of an effective ticket.
     struct Asked
     {
         tickets::TicketFacts facts;
@@ -58,15 +58,17 @@ private:
     Listener m_onPage;
     Detail m_detail;
     std::unique_ptr<pipeline::EffectiveTickets> m_tickets;
-    // What the tickets of page, document, job, user and driver select.
+    tickets::TicketFactsReader m_facts;
+    // The selections of the tickets of page, document, job, user and driver.
     std::vector<tickets::SheetSelection> m_wanted;
-    // Of the last page: the next one of the document that has the same ticket, or none either, agrees.
+    // The last page's ticket and its facts, which hold for the next page of the document with the same
+    // ticket, or none.
     std::optional<opc::PartName> m_askedBy;
     std::optional<Asked> m_asked;
-    // Of the last new ticket: those of many pages are the same.
+    // The last new ticket and its area: many pages get the same one.
     std::string m_newTicket;
     std::optional<base::xps::printschema::ImageableArea> m_newArea;
-    // And of the last one of a refitted page.
+    // The last new ticket of a refitted page, likewise.
     std::string m_refittedTicket;
     std::optional<tickets::Replacement> m_givenReplacement;
     std::size_t m_documents = 0;

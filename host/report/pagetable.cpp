@@ -157,19 +157,20 @@ std::string FormatJson(const PageReport& page)
     return ToLine(object);
 }
 
-std::string FormatAgainLine(const PageReport& page)
+std::string FormatSecondRunLine(const PageReport& page)
 {
-    return "page " + std::to_string(page.number) + " " + NameAgain(page) + ": " + ExplainAgain(page) + "\n";
+    return "page " + std::to_string(page.number) + " " + NameSecondRun(page) + ": " + ExplainSecondRun(page) +
+           "\n";
 }
 
-std::string FormatAgainJson(const PageReport& page)
+std::string FormatSecondRunJson(const PageReport& page)
 {
     const nlohmann::json again = {
         {"page", page.number},
         {"part", page.part},
         {"isStable", IsJudged(page) ? nlohmann::json(IsStable(page)) : nlohmann::json(nullptr)},
         {"decision", NameOf(Decide(page))},
-        {"reason", ExplainAgain(page)}};
+        {"reason", ExplainSecondRun(page)}};
     return ToLine({{"again", again}});
 }
 } // namespace host::report

@@ -15,8 +15,7 @@ std::string FormatTableLine(const PageReport& page);
 /// The same as one JSON object on one line. Page sizes are in 1/96 inch, sheets in micrometres.
 std::string FormatJson(const PageReport& page);
 
-/// The line and the object of a page in a run over the output of another. COM must be initialised on the
-/// thread.
-std::string FormatAgainLine(const PageReport& page);
-std::string FormatAgainJson(const PageReport& page);
+/// The same for a page in a second run.
+std::string FormatSecondRunLine(const PageReport& page);
+std::string FormatSecondRunJson(const PageReport& page);
 } // namespace host::report

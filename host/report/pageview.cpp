@@ -45,8 +45,7 @@ bool IsExtent(const std::optional<double>& value)
     return value && std::isfinite(*value) && *value > 0.0;
 }
 
-/// An offset is taken off before the page is scaled: that is how the filter brings the corners of two
-/// imageable areas together.
+/// The offset is subtracted before scaling: so the filter aligns the corners of two imageable areas.
 std::optional<MillimetreBox> PlacePage(const PageSize& size, const tickets::SheetFacts& ticket)
 {
     if (!IsExtent(size.width) || !IsExtent(size.height))

@@ -17,23 +17,23 @@ struct MillimetreBox
     bool operator==(const MillimetreBox&) const = default;
 };
 
-/// A page on its sheet, as someone sees it who holds the page so that it can be read.
+/// A page on its sheet, in the frame of the page as it is read.
 struct PageView
 {
     MillimetreBox sheet;
     /// The smallest and the largest sheet that the limits allow.
     MillimetreBox smallest;
     MillimetreBox largest;
-    /// Empty where the printer does not tell.
+    /// Empty if the printer gives none.
     std::optional<MillimetreBox> imageable;
-    /// Where the page's markup comes to lie when the ticket's own scale is applied; empty without a size.
+    /// The page's place after the ticket's scale is applied; empty without a size.
     std::optional<MillimetreBox> page;
 };
 
-/// What was asked for. A page that the filter turns lies across its sheet, and across the limits with it.
+/// The page before the filter. A page that the filter turns lies across its sheet, and so do the limits.
 PageView ViewBefore(const PageReport& page);
 
-/// What came of it: the same for a page that was passed.
+/// The page after the filter; the same view for a page that was passed.
 PageView ViewAfter(const PageReport& page);
 
 /// The smallest box that holds both.

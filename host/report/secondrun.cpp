@@ -12,7 +12,7 @@ bool IsStable(const PageReport& page)
     return IsJudged(page) && !page.isMarkupReplaced && page.newTicket.empty();
 }
 
-std::string NameAgain(const PageReport& page)
+std::string NameSecondRun(const PageReport& page)
 {
     if (!IsJudged(page))
     {
@@ -27,7 +27,7 @@ std::string NameAgain(const PageReport& page)
            (decision == Decision::Passed ? "given another ticket" : NameOf(decision));
 }
 
-std::string ExplainAgain(const PageReport& page)
+std::string ExplainSecondRun(const PageReport& page)
 {
     if (!IsJudged(page))
     {

@@ -6,18 +6,18 @@
 
 namespace host::report
 {
-// What is said of a page in a run over the output of another. Its fault is that of the markup which the other
-// run wrote.
+// The words for a page in a second run, over the output of the first. Its markup fault is that of the markup
+// that the first run wrote.
 
-/// Nothing can be said of markup that readers do not understand alike.
+/// False for malformed markup, which readers may understand in different ways.
 bool IsJudged(const PageReport& page);
 
-/// Whether the other run's work is done.
+/// Whether the second run leaves the page alone.
 bool IsStable(const PageReport& page);
 
 /// "stable", "not judged", or "would be" and what.
-std::string NameAgain(const PageReport& page);
+std::string NameSecondRun(const PageReport& page);
 
 /// Why.
-std::string ExplainAgain(const PageReport& page);
+std::string ExplainSecondRun(const PageReport& page);
 } // namespace host::report

@@ -13,30 +13,30 @@ namespace host::tickets
 struct Selection
 {
     ExpandedName option;
-    /// Of a medium, where the ticket tells it.
+    /// The size of a medium, if the ticket gives it.
     std::optional<base::xps::printschema::MediaSize> size;
 };
 
-/// What a ticket says of the two features by which a page comes to its sheet; empty for what it leaves open.
+/// A ticket's selections for the two features that decide a page's sheet; empty for a feature that it lacks.
 struct SheetSelection
 {
     std::optional<Selection> orientation;
     std::optional<Selection> medium;
 };
 
-/// Throws xml::MarkupError for what is no print ticket. COM must be initialised on the thread.
+/// Throws xml::MarkupError for what is no print ticket.
 SheetSelection ReadSheetSelection(const std::string& ticket);
 
-/// What the printer puts in place of what it does not have, as people know both: "CustomMediaSize 500x500"
-/// and "NorthAmericaLetter 215.9x279.4".
+/// An option that the device does not have, and the one that it takes instead, as shown to people:
+/// "CustomMediaSize 500x500" and "NorthAmericaLetter 215.9x279.4".
 struct Replacement
 {
     std::string wanted;
     std::string taken;
 };
 
-/// `wanted` are the tickets that hold for a page, most specific first, of which the first one that selects
-/// something is heard; `effective` is what the printer made of them.
+/// `wanted` are the tickets that apply to a page, most specific first; for each feature the first one that
+/// selects an option counts. `effective` is the validated ticket.
 std::vector<Replacement> FindReplacements(const std::vector<SheetSelection>& wanted,
                                           const SheetSelection& effective);
 } // namespace host::tickets

@@ -80,7 +80,7 @@ private:
 
     void Add(Shown path, Shown value)
     {
-        // A ticket may have a setting twice, though it should not.
+        // A faulty ticket may have a setting twice.
         if (const int count = ++m_counts[path.identity]; count > 1)
         {
             const std::string number = " (" + std::to_string(count) + ")";

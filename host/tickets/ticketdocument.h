@@ -67,7 +67,7 @@ struct Node
     ExpandedName name = {};
     /// All other attributes but the namespace declarations.
     std::vector<Attribute> attributes = {};
-    /// Of a Value only.
+    /// The content of a Value; empty for others.
     Content content = {};
     std::vector<Node> children = {};
 };
@@ -89,8 +89,8 @@ struct Document
     std::vector<xml::PrefixBinding> prefixes = {};
 };
 
-/// Shows the names of a ticket to people: keywords plainly, other names with the ticket's own prefix. Borrows
-/// the prefixes.
+/// Formats the names of a ticket for people: keywords without prefix, other names with the ticket's own.
+/// Lends the prefixes.
 class NameDisplay
 {
 public:

@@ -1,9 +1,6 @@
 #include "host/tickets/ticketfacts.h"
 
 #include "base/utility/utf8.h"
-#include "base/xps/printschema/mediasizedata.h"
-#include "base/xps/printschema/pageorientationdata.h"
-#include "base/xps/printschema/printablemediasizedata.h"
 #include "host/tickets/ticketbytes.h"
 #include "host/xml/text.h"
 
@@ -16,38 +13,58 @@ namespace printschema = base::xps::printschema;
 
 namespace
 {
-template <typename Feature>
-Feature ReadFeature(const printschema::PrintSchemaHandler& handler)
-{
-    Feature feature;
-    feature.Read(handler);
-    return feature;
-}
-
 std::string OptionOf(const printschema::PrintTicketFunctionOption& feature)
 {
     return base::utility::ToUtf8(feature.GetOptionQname().localName);
 }
 
-SheetFacts ReadSheetFacts(const printschema::PrintSchemaHandler& handler)
+SheetFacts FactsOf(const printschema::PageOrientationData& orientation,
+                   const printschema::MediaSizeData& media,
+                   const printschema::ScalingData& scaling)
 {
-    const auto orientation = ReadFeature<printschema::PageOrientationData>(handler);
-    const auto media = ReadFeature<printschema::MediaSizeData>(handler);
-    const auto scaling = ReadFeature<printschema::ScalingData>(handler);
     return {OptionOf(orientation), OptionOf(media), media.GetSize(), OptionOf(scaling), scaling.GetScale()};
 }
 } // namespace
 
-TicketFacts ReadFacts(const ComPtr<IXMLDOMDocument2>& effectiveTicket)
+TicketFacts TicketFactsReader::Read(const ComPtr<IXMLDOMDocument2>& effectiveTicket)
 {
     const auto handler = printschema::PrintSchemaDocumentHandler::ForPrintTicket(effectiveTicket);
-    const auto limits = ReadFeature<printschema::PrintableMediaSizeData>(handler);
-    return {ReadSheetFacts(handler), limits.GetLimits()};
+    Features features;
+    const TicketFacts own = ReadInto(features, handler);
+    TicketFacts facts = ReadInto(m_features, handler);
+    const auto note = [&](bool isKept, const char* feature) {
+        if (isKept)
+        {
+            facts.keptFeatures.emplace_back(feature);
+        }
+    };
+    note(facts.orientation != own.orientation, "PageOrientation");
+    note(facts.mediaName != own.mediaName || facts.media != own.media, "PageMediaSize");
+    note(facts.scaling != own.scaling, "PageScaling");
+    note(facts.limits != own.limits, "PagePrintableMediaSize");
+    return facts;
+}
+
+TicketFacts TicketFactsReader::ReadInto(Features& features, const printschema::PrintSchemaHandler& ticket)
+{
+    // In the filter's order, so that what fails there first fails here first.
+    features.scaling.Read(ticket);
+    features.media.Read(ticket);
+    features.orientation.Read(ticket);
+    features.limits.Read(ticket);
+    return {FactsOf(features.orientation, features.media, features.scaling), features.limits.GetLimits(), {}};
 }
 
 SheetFacts ReadSheetFacts(const std::string& ticket)
 {
-    return ReadSheetFacts(printschema::PrintSchemaDocumentHandler::ForPrintTicket(LoadBytes(ticket)));
+    const auto handler = printschema::PrintSchemaDocumentHandler::ForPrintTicket(LoadBytes(ticket));
+    printschema::PageOrientationData orientation;
+    printschema::MediaSizeData media;
+    printschema::ScalingData scaling;
+    orientation.Read(handler);
+    media.Read(handler);
+    scaling.Read(handler);
+    return FactsOf(orientation, media, scaling);
 }
 
 std::string FormatSheet(MediaSize size)

@@ -1,9 +1,13 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "base/utility/comptr.h"
 #include "base/xps/printschema/mediasize.h"
+#include "base/xps/printschema/mediasizedata.h"
+#include "base/xps/printschema/pageorientationdata.h"
+#include "base/xps/printschema/printablemediasizedata.h"
 #include "base/xps/printschema/scalingdata.h"
 #include "platform/msxml6.h"
 
@@ -19,16 +23,38 @@ struct SheetFacts
     base::xps::printschema::PageScale scale;
 };
 
-/// What an effective ticket says, the printable sheets among it.
+/// What holds for a part by its effective ticket.
 struct TicketFacts : SheetFacts
 {
     base::xps::printschema::MediaSizeLimits limits;
+    /// The features whose value the ticket does not give: that of the part before holds.
+    std::vector<std::string> keptFeatures;
 };
 
-/// Throws what the module's accessors throw for a ticket that they cannot read.
-TicketFacts ReadFacts(const base::utility::ComPtr<IXMLDOMDocument2>& effectiveTicket);
+/// Reads effective tickets as the filter does: with the module's accessors, which keep the value of a feature
+/// that a ticket lacks or selects an unknown option of.
+class TicketFactsReader
+{
+public:
+    /// To be called for each part in the order of the job. Throws what the accessors throw for a ticket that
+    /// they cannot read.
+    TicketFacts Read(const base::utility::ComPtr<IXMLDOMDocument2>& effectiveTicket);
 
-/// The same from the bytes of a page's own ticket, which may have no limits.
+private:
+    struct Features
+    {
+        base::xps::printschema::ScalingData scaling;
+        base::xps::printschema::MediaSizeData media;
+        base::xps::printschema::PageOrientationData orientation;
+        base::xps::printschema::PrintableMediaSizeData limits;
+    };
+
+    static TicketFacts ReadInto(Features& features, const base::xps::printschema::PrintSchemaHandler& ticket);
+
+    Features m_features;
+};
+
+/// The facts of a page's own ticket by itself, from its bytes. Throws as the reader does.
 SheetFacts ReadSheetFacts(const std::string& ticket);
 
 /// In millimetres, as they are typed: "210x297".

@@ -5,7 +5,7 @@
 
 namespace host::tickets
 {
-/// A ticket that can lend a value to the effective ones, and what people know it by.
+/// A ticket that an effective ticket may get values from, and its name for people.
 struct TicketLayer
 {
     std::string name;
@@ -16,7 +16,7 @@ struct TicketLayer
 /// parameter. Throws xml::MarkupError for what is no print ticket.
 std::string ListTicket(const std::string& ticket);
 
-/// The same of an effective ticket, each line with the first of the layers, most specific first, that asks
-/// for it. A value that the layers do not account for is the device's.
+/// The same for an effective ticket. Each line names the first layer, most specific first, that asks for the
+/// value; a value that no layer asks for comes from the device.
 std::string ListTicketWithOrigins(const std::string& effective, const std::vector<TicketLayer>& layers);
 } // namespace host::tickets

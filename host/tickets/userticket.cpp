@@ -86,8 +86,8 @@ std::optional<printschema::MediaSize> TakeSize(std::string_view& text)
     return height ? std::optional(printschema::MediaSize{*width, *height}) : std::nullopt;
 }
 
-/// Whether a driver can have this prefix for its own names: it is one that XML allows and that no ticket
-/// needs for something else. Letters beyond ASCII are not told from other characters.
+/// Whether a driver can have this prefix for its own names: XML allows it, and no ticket needs it for
+/// something else. All characters beyond ASCII are accepted.
 bool IsPrivatePrefix(std::string_view prefix)
 {
     const auto isLetter = [](char c) {
@@ -197,7 +197,7 @@ private:
     printschema::PrintSchemaHandler m_handler;
 };
 
-/// The ticket's prefixes must be known for as much as reading it, also when nothing is overridden.
+/// Throws for a document without the prefixes of a print ticket, even if nothing is to be overridden.
 void RequirePrintTicket(const ComPtr<IXMLDOMDocument2>& ticket)
 {
     const auto handler = printschema::PrintSchemaDocumentHandler::ForPrintTicket(ticket);

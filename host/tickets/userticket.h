@@ -10,7 +10,7 @@
 
 namespace host::tickets
 {
-/// What the user's ticket shall say in place of what it says.
+/// Settings that replace those of the user's ticket.
 struct TicketOverrides
 {
     /// An option of PageOrientation.

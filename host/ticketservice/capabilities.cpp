@@ -8,7 +8,7 @@ namespace host::ticketservice
 {
 namespace
 {
-/// How the page's content lies on an upright sheet.
+/// The rotation of the page's content on an upright sheet.
 enum class Turn
 {
     None,
@@ -78,7 +78,7 @@ Turn ChooseTurn(const Device& device, const tickets::Node& ticket)
     return requested ? *requested : FindTurn(preferred).value_or(Turn::None);
 }
 
-/// The sheet as seen by someone who holds the page so that it can be read.
+/// The sheet in the frame of the page as it is read.
 Sheet TurnSheet(const Sheet& sheet, Turn turn)
 {
     const auto& [size, edges] = sheet;

@@ -13,7 +13,7 @@ namespace
 {
 using base::exception::ThrowIfFailed;
 
-/// The built-in description, which lies in this library's resources; lent for the library's life.
+/// The built-in description, a resource of this library; lent for the library's life.
 std::string_view FindBuiltInDescription()
 {
     HMODULE library = nullptr;

@@ -128,7 +128,7 @@ Parameter ReadParameter(const tickets::Node& definition)
     return parameter;
 }
 
-/// Checks that a feature and those in it can be fallen back on.
+/// Checks that a feature and those in it have a default option.
 void RequireOptions(const tickets::Node& feature)
 {
     if (tickets::FindChild(feature, tickets::Kind::Option) == nullptr)

@@ -68,7 +68,7 @@ struct Parameter
 /// for.
 inline constexpr std::string_view kDeviceNamespace = "urn:offline-device-description";
 
-/// What the printer that is not there can do; immutable, hence free to share between threads.
+/// The capabilities of the simulated printer. Immutable, so threads may share it.
 class Device
 {
 public:

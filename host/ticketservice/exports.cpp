@@ -34,8 +34,7 @@ constexpr auto kTicketFormat = static_cast<HRESULT>(E_PRINTTICKET_FORMAT);
 constexpr auto kDeltaFormat = static_cast<HRESULT>(E_DELTA_PRINTTICKET_FORMAT);
 constexpr auto kCapabilitiesFormat = static_cast<HRESULT>(E_PRINTCAPABILITIES_FORMAT);
 
-/// A document of the caller's breaks the rules: the code to answer with, and the reason in place of the
-/// code's own text.
+/// A document of the caller is not valid: the code to return, and the reason in place of the code's text.
 class RefusedInput : public base::exception::HresultError
 {
 public:
@@ -89,7 +88,7 @@ void WriteAll(IStream& stream, std::string_view bytes)
     }
 }
 
-/// Reads something of the caller's, for which a fault in the format has a code of its own.
+/// Reads a document of the caller; a fault in it has a code of its own.
 template <typename Read>
 auto ReadOrRefuse(HRESULT formatFault, Read&& read)
 {
@@ -153,7 +152,7 @@ std::optional<Scope> FindScope(EPrintTicketScope scope)
     return std::nullopt;
 }
 
-// For the library's life, as any thread may open a provider.
+// Global, because any thread may open a provider.
 OpenProviders g_openProviders;
 CurrentDevice g_currentDevice;
 

@@ -19,8 +19,7 @@ bool IsPickMany(const tickets::Node& described)
     return value != nullptr && value->content == tickets::Content(tickets::Keyword("PickMany"));
 }
 
-/// What a ticket says when it asks for an option that print capabilities describe: the option's name and its
-/// scored properties.
+/// A described option as a ticket selects it: its name and its scored properties.
 tickets::Node ToTicketOption(const tickets::Node& described)
 {
     tickets::Node option{tickets::Kind::Option, described.name};
@@ -31,7 +30,7 @@ tickets::Node ToTicketOption(const tickets::Node& described)
     return option;
 }
 
-/// The text that a number must have instead of its own; none when its own is right.
+/// The text that replaces a number; none when the number is valid.
 std::optional<std::string> FindCorrection(const Parameter& parameter, const std::string& text)
 {
     const std::optional<double> number = parameter.ReadNumber(text);

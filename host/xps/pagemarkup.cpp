@@ -18,12 +18,12 @@ enum class Extent
     Whole
 };
 
-/// Ends the reading: of a start nothing but the root and what it begins with is of interest.
+/// Ends the reading of a page's start: only the root and its first element are of interest.
 struct StartFound
 {
 };
 
-/// Ends the reading: an element that belongs to XPS lies elsewhere.
+/// Ends the reading: the element should be in a namespace of XPS.
 struct ForeignElement
 {
     std::string localName;
@@ -66,7 +66,7 @@ std::optional<ContentTransform> ToTransform(const std::string* text)
     return transform;
 }
 
-/// Takes a page's root and the element that comes first in it.
+/// Reads a page's root and the root's first element.
 class PageListener final : public xml::Listener
 {
 public:
@@ -113,7 +113,7 @@ private:
     int m_seen = 0;
 };
 
-/// Markup that was cut off somewhere, cut off behind its last tag, so that no character is halved.
+/// Cuts markup off after its last tag, so that no character is incomplete.
 std::string_view ToLastTag(std::string_view markup)
 {
     const std::size_t tagEnd = markup.rfind('>');
@@ -121,7 +121,7 @@ std::string_view ToLastTag(std::string_view markup)
     {
         return markup;
     }
-    // In UTF-16 the second byte of a character may still be to come.
+    // In UTF-16 the last character may lack its second byte.
     return markup.substr(0, (tagEnd + 2) & ~std::size_t{1});
 }
 } // namespace
@@ -139,7 +139,7 @@ PageMarkup ReadPageStart(std::string_view markupStart)
     }
     catch (const xml::MarkupError&)
     {
-        // Nothing that the start can say more of.
+        // The start says nothing more.
     }
     return page;
 }

@@ -21,21 +21,21 @@ struct PageSize
 /// The matrix m11, m12, m21, m22, dx, dy brings (x, y) to (x m11 + y m21 + dx, x m12 + y m22 + dy).
 using ContentTransform = std::array<double, 6>;
 
-/// What a page's markup says of the whole page.
+/// What a page's markup says about the whole page.
 struct PageMarkup
 {
     PageSize size;
-    /// Of a canvas that comes first on the page.
+    /// The transform of a canvas that is the first element of the page.
     std::optional<ContentTransform> transform;
-    /// Why no consumer of XPS can be expected to take it, as "is not well-formed: line 3, column 14: ...";
-    /// empty when there is nothing that shows here. Only what was read as a whole has one.
+    /// Why a consumer of XPS may refuse the page, as "is not well-formed: line 3, column 14: ..."; empty if
+    /// nothing was found, and after ReadPageStart.
     std::string fault;
 };
 
-/// Of the start of a page, which may be cut off anywhere. COM must be initialised on the thread.
+/// Reads the start of a page, which may be cut off anywhere.
 PageMarkup ReadPageStart(std::string_view markupStart);
 
-/// Of a whole page, in one pass that keeps nothing of it: whether it is well-formed, and whether its root,
-/// and a canvas that comes first in that, lie in a namespace of XPS. COM must be initialised on the thread.
+/// Reads a whole page in one pass that keeps nothing of it, and checks that it is well-formed and that its
+/// root, and a canvas that is the root's first element, are in a namespace of XPS.
 PageMarkup ReadPage(std::string_view markup);
 } // namespace host::xps

@@ -49,8 +49,8 @@ PartName FindSequence(const opc::Package& package)
     return std::move(*sequence);
 }
 
-/// Passes over what this reader must not see: the choices of alternate content, each of which needs an
-/// extension that is unknown here, so that the fallback holds.
+/// Skips the choices of alternate content: each needs an extension that is unknown here, so the fallback
+/// applies.
 class ChoiceFilter
 {
 public:

@@ -27,7 +27,7 @@ struct JobPart
     std::optional<opc::PartName> printTicket;
 };
 
-/// The vocabulary that a package is written in, told by its root; the original one where that does not tell.
+/// The vocabulary of a package, found by its root relationships; the original one if they do not show it.
 /// Throws PackageError for relationships that cannot be read.
 const Vocabulary& FindVocabulary(const opc::Package& package);
 
@@ -57,7 +57,7 @@ private:
     const opc::Package& m_package;
     opc::PartName m_sequence;
     bool m_sequencePassed = false;
-    // Still to come, the next one last.
+    // Those that are still to come, in reverse order.
     std::vector<opc::PartName> m_documents;
     std::vector<opc::PartName> m_pages;
     std::set<opc::PartName> m_passed;

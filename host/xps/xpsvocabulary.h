@@ -23,7 +23,7 @@ inline constexpr Vocabulary kVocabularies[] = {
      "http://schemas.openxps.org/oxps/v1.0/printticket"},
 };
 
-/// Of either vocabulary.
+/// Whether a namespace is that of either vocabulary's markup.
 constexpr bool IsXpsNamespace(std::string_view uri)
 {
     return uri == kVocabularies[0].markupNamespace || uri == kVocabularies[1].markupNamespace;
@@ -32,9 +32,9 @@ constexpr bool IsXpsNamespace(std::string_view uri)
 inline constexpr std::string_view kMarkupCompatibilityNamespace =
     "http://schemas.openxmlformats.org/markup-compatibility/2006";
 
-/// Readers of tickets build trees. Real tickets have some 100 KB at most.
+/// Readers of tickets build trees. Real tickets have at most about 100 KB.
 inline constexpr std::uint64_t kPrintTicketLimit = 4ULL << 20;
 
-/// Both vocabularies type print tickets alike.
+/// The same in both vocabularies.
 inline constexpr std::string_view kPrintTicketContentType = "application/vnd.ms-printing.printticket+xml";
 } // namespace host::xps

@@ -8,7 +8,7 @@
 
 namespace host::report::html
 {
-/// The calls of the pipeline that one part took. Of very many the last ones are counted only.
+/// The pipeline calls for one part. Beyond a limit they are only counted.
 class CallList
 {
 public:

@@ -10,8 +10,8 @@ namespace host::report::html
 {
 namespace
 {
-/// The policy holds even where a text of the document would get by the escaping: nothing is loaded, and no
-/// script but ours runs.
+/// The policy protects even against a text that the escaping missed: nothing is loaded, and no other script
+/// runs.
 std::string FormatHead(const std::string& title)
 {
     std::string html =
@@ -49,9 +49,9 @@ void HtmlReport::AddPage(const PageReport& page, const CallList& calls)
     m_decisions.Add(page);
 }
 
-void HtmlReport::AddAgain(const PageReport& page)
+void HtmlReport::AddSecondRun(const PageReport& page)
 {
-    m_blocks.at(page.number - 1).again = Keep(FormatAgainBlock(page));
+    m_blocks.at(page.number - 1).again = Keep(FormatSecondRunBlock(page));
 }
 
 void HtmlReport::AddFailure(const Failure& failure, const CallList& calls)

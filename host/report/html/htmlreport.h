@@ -19,20 +19,20 @@ struct SummaryRow
     std::string html;
 };
 
-/// A page of HTML that tells what became of each page of a job, whole in itself: no other file, no network,
-/// and a script for nothing but hiding pages. It grows page by page in a temporary file, so that a long job
-/// takes no memory, and appears under its name with Finish only. Not safe for use on several threads at once.
+/// One HTML file that shows what the filter did to each page of a job. It needs no other file and no network;
+/// its script only hides pages. It is collected in a temporary file, so that a long job takes no memory, and
+/// appears under its name with Finish. To be used by one thread at a time.
 class HtmlReport
 {
 public:
     /// Throws opc::FileError when there can be no file of this name, as all below do when the disk is full.
     explicit HtmlReport(std::filesystem::path target);
 
-    /// Of a page with details, in the order of the job. COM must be initialised on the thread.
+    /// Adds a page with details. To be called in the order of the job.
     void AddPage(const PageReport& page, const CallList& calls);
 
-    /// Of the same page in another run over the output.
-    void AddAgain(const PageReport& page);
+    /// Adds what the second run did to that page.
+    void AddSecondRun(const PageReport& page);
 
     void AddFailure(const Failure& failure, const CallList& calls);
 

@@ -296,11 +296,11 @@ PageBlock FormatPageBlock(const PageReport& page, const CallList& calls)
     return block;
 }
 
-std::string FormatAgainBlock(const PageReport& again)
+std::string FormatSecondRunBlock(const PageReport& again)
 {
     return "<p class=\"again\"><b>Run again:</b>" +
-           Tag(IsStable(again) ? "stable" : "changes", NameAgain(again).c_str()) + " " +
-           EscapeHtml(ExplainAgain(again)) + ".</p>";
+           Tag(IsStable(again) ? "stable" : "changes", NameSecondRun(again).c_str()) + " " +
+           EscapeHtml(ExplainSecondRun(again)) + ".</p>";
 }
 
 std::string FormatFailureBlock(const Failure& failure, const CallList& calls)

@@ -7,21 +7,20 @@
 
 namespace host::report::html
 {
-/// The part of the HTML report that is about one page, in two pieces, so that something can be put in between
-/// that is known later only.
+/// The block of one page, in two pieces: the result of the second run, known later, is inserted between them.
 struct PageBlock
 {
     std::string head;
     std::string rest;
 };
 
-/// Of a page with details. COM must be initialised on the thread.
+/// The page must have details.
 PageBlock FormatPageBlock(const PageReport& page, const CallList& calls);
 
-/// What another run would do to the page: goes in between.
-std::string FormatAgainBlock(const PageReport& again);
+/// What the second run did to the page, for between the pieces.
+std::string FormatSecondRunBlock(const PageReport& again);
 
-/// What a job failed of.
+/// Where and why a job failed.
 struct Failure
 {
     /// Empty before the first part.
@@ -29,6 +28,6 @@ struct Failure
     std::string reason;
 };
 
-/// In place of a page, where the job failed.
+/// The block in place of the page at which the job failed.
 std::string FormatFailureBlock(const Failure& failure, const CallList& calls);
 } // namespace host::report::html

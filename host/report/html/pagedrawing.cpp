@@ -41,8 +41,8 @@ std::string Point(double x, double y)
     return xml::FormatNumber(x) + "," + xml::FormatNumber(y);
 }
 
-/// What stands for the content of a page, in the page's own pixels: its top left corner, an arrow that points
-/// up, and lines of text below it.
+/// A symbol for the content of a page, in the page's pixels: its top left corner, an arrow that points up,
+/// and lines of text below it.
 std::string DrawContent(double width, double height)
 {
     const double corner = 0.16 * std::min(width, height);
@@ -87,7 +87,7 @@ std::string DrawText(double textSize, const std::string& place, const std::strin
     return "<text" + Attribute("font-size", textSize) + place + ">" + text + "</text>";
 }
 
-/// The edges with their lengths; in one line where two would lie over each other.
+/// The lengths at the edges; in one line if two would overlap.
 std::string DrawLengths(const MillimetreBox& sheet, double textSize)
 {
     const double gap = textSize / 2;
@@ -124,7 +124,8 @@ std::string DescribePage(const PageView& view)
                      : std::string(", page of unknown size");
 }
 
-/// All that a view shows. Limits that are far away would leave the sheet too small to be seen.
+/// The box of all that a view shows, without limits that are so large that the sheet would be too small to
+/// see.
 MillimetreBox FindExtent(const PageView& view)
 {
     const MillimetreBox extent = view.page ? Enclose(view.sheet, *view.page) : view.sheet;
@@ -189,7 +190,7 @@ private:
     double m_textSize = 0.0;
 };
 
-/// Where the top edge of the content comes to lie.
+/// The direction of the content's top edge.
 std::string DescribeWayUp(const ContentTransform& transform)
 {
     // The upward direction is (0, -1).

@@ -6,8 +6,8 @@
 
 namespace host::report::html
 {
-/// The two views of a page as SVG elements of one scale, with lengths in millimetres. `before` is all there
-/// is to draw of a page that was passed.
+/// The two views of a page as SVG elements of the same scale, with lengths in millimetres. A page that was
+/// passed has only `before`.
 struct PageDrawings
 {
     std::string before;

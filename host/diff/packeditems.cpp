@@ -1,4 +1,4 @@
-#include "host/diff/itemroll.h"
+#include "host/diff/packeditems.h"
 
 #include <utility>
 
@@ -6,12 +6,12 @@ namespace host::diff
 {
 namespace
 {
-// Neither may stand in XML.
+// XML cannot contain either.
 constexpr char kFieldEnd = '\0';
 constexpr char kItemEnd = '\1';
 } // namespace
 
-void ItemRoll::Append(const Item& item)
+void PackedItems::Append(const Item& item)
 {
     Put(std::to_string(item.depth));
     Put(item.name);
@@ -24,7 +24,7 @@ void ItemRoll::Append(const Item& item)
     m_bytes += kItemEnd;
 }
 
-std::optional<Item> ItemRoll::Next()
+std::optional<Item> PackedItems::Next()
 {
     if (m_position == m_bytes.size())
     {
@@ -43,12 +43,12 @@ std::optional<Item> ItemRoll::Next()
     return item;
 }
 
-void ItemRoll::Put(std::string_view field)
+void PackedItems::Put(std::string_view field)
 {
     m_bytes.append(field) += kFieldEnd;
 }
 
-std::string ItemRoll::Take()
+std::string PackedItems::Take()
 {
     const std::size_t end = m_bytes.find(kFieldEnd, m_position);
     std::string field = m_bytes.substr(m_position, end - m_position);

@@ -1,4 +1,4 @@
-#include "host/job/filterjob.h"
+#include "host/job/runjob.h"
 
 #include <chrono>
 #include <future>
@@ -9,6 +9,7 @@
 #include "base/logging/boundary.h"
 #include "base/utility/safecoinit.h"
 #include "base/utility/utf8.h"
+#include "host/job/jobenvironment.h"
 #include "host/opc/package.h"
 #include "host/opc/packagewriter.h"
 #include "host/pipeline/effectivetickets.h"
@@ -26,8 +27,9 @@ using base::utility::MakeCom;
 
 namespace
 {
-/// The bags that a filter is initialised with.
-ComPtr<pipeline::PipelinePropertyBag> MakePropertyBag(const FilterJob& job,
+/// The property bag that a filter is initialised with.
+ComPtr<pipeline::PipelinePropertyBag> MakePropertyBag(const Job& job,
+                                                      const std::string& userTicket,
                                                       const pipeline::Printer& printer,
                                                       pipeline::CallTrace& trace)
 {
@@ -40,11 +42,11 @@ ComPtr<pipeline::PipelinePropertyBag> MakePropertyBag(const FilterJob& job,
     {
         driverBag->SetNumber(L"QuellmarkTesselType", *job.tesselType);
     }
-    const auto userTicket = MakeCom<pipeline::TicketStreamFactory>(trace, job.userTicket);
+    const auto ticketStreams = MakeCom<pipeline::TicketStreamFactory>(trace, userTicket);
 
     auto bag = MakeCom<pipeline::PipelinePropertyBag>(trace);
     bag->SetObject(L"DriverPropertyBag", driverBag.Get());
-    bag->SetObject(L"PerUserPrintTicket", userTicket.Get());
+    bag->SetObject(L"PerUserPrintTicket", ticketStreams.Get());
     bag->SetText(L"PrinterName", printer.Name());
     bag->SetHandle(L"UserSecurityToken", printer.UserToken());
     bag->SetNumber(L"PrintJobId", 1);
@@ -55,13 +57,13 @@ ComPtr<pipeline::PipelinePropertyBag> MakePropertyBag(const FilterJob& job,
     return bag;
 }
 
-/// The filter at work: its answer comes from a thread of its own.
-HRESULT Operate(IPrintPipelineFilter& filter,
-                pipeline::PipelineJob& job,
-                report::PageReporter& reporter,
-                const std::function<bool()>& isCancelled)
+/// Runs the filter on a thread of its own and waits for its result.
+HRESULT StartAndWait(IPrintPipelineFilter& filter,
+                     pipeline::PipelineJob& job,
+                     report::PageReporter& reporter,
+                     JobListener& listener)
 {
-    constexpr auto lookEvery = std::chrono::milliseconds(50);
+    constexpr auto pollInterval = std::chrono::milliseconds(50);
     std::future<HRESULT> answer = std::async(std::launch::async, [&] {
         return AtBoundary([&] {
             const base::utility::SafeCoInit com;
@@ -72,9 +74,9 @@ HRESULT Operate(IPrintPipelineFilter& filter,
         });
     });
     bool isAskedToStop = false;
-    while (answer.wait_for(lookEvery) != std::future_status::ready)
+    while (answer.wait_for(pollInterval) != std::future_status::ready)
     {
-        if (isCancelled() && !std::exchange(isAskedToStop, true))
+        if (listener.IsCancelled() && !std::exchange(isAskedToStop, true))
         {
             job.isCancelled = true;
             static_cast<void>(job.trace.Answer(
@@ -84,8 +86,8 @@ HRESULT Operate(IPrintPipelineFilter& filter,
     return answer.get();
 }
 
-/// What the success that a filter claims is worth to the pipeline.
-HRESULT Judge(const pipeline::PipelineJob& job, std::string& debt)
+/// Checks whether a filter that reported success really finished its work.
+HRESULT CheckComplete(const pipeline::PipelineJob& job, std::string& unfinishedWork)
 {
     if (FAILED(job.shutdownReason))
     {
@@ -95,24 +97,26 @@ HRESULT Judge(const pipeline::PipelineJob& job, std::string& debt)
     {
         return E_INVALIDARG;
     }
-    debt = job.FindDebt();
-    return debt.empty() ? S_OK : E_UNEXPECTED;
+    unfinishedWork = job.FindUnfinishedWork();
+    return unfinishedWork.empty() ? S_OK : E_UNEXPECTED;
 }
 
-/// Plays the pipeline around a filter of the module. When it returns, what still holds the shared job is held
-/// by the filter.
-FilterOutcome Play(const FilterJob& job,
-                   const pipeline::Printer& printer,
-                   const pipeline::FilterModule& module,
-                   const pipeline::PipelineJobPtr& shared)
+/// Creates a filter of the module and runs it. When this returns, only the filter can still hold the shared
+/// job.
+JobOutcome RunInPipeline(const Job& job,
+                         const std::string& userTicket,
+                         JobListener& listener,
+                         const pipeline::Printer& printer,
+                         const pipeline::FilterModule& module,
+                         const pipeline::PipelineJobPtr& shared)
 {
     pipeline::CallTrace& trace = shared->trace;
-    const auto bag = MakePropertyBag(job, printer, trace);
+    const auto bag = MakePropertyBag(job, userTicket, printer, trace);
     report::PageReporter reporter(
         shared->package,
-        {job.userTicket, pipeline::DefaultTicketOf(job.tesselType), printer.Name(), printer.UserToken()},
-        job.onPage,
-        job.detail);
+        {userTicket, pipeline::DefaultTicketOf(job.tesselType), printer.Name(), printer.UserToken()},
+        [&](const report::PageReport& page) { listener.OnPage(page); },
+        listener.WantedDetail());
     const auto control = MakeCom<pipeline::ManagerControl>(shared);
     const auto communicator = MakeCom<pipeline::Communicator>(
         trace,
@@ -120,19 +124,22 @@ FilterOutcome Play(const FilterJob& job,
         MakeCom<pipeline::DocumentConsumer>(shared,
                                             [&](const pipeline::SentPart& sent) { reporter.Take(sent); }));
 
-    FilterOutcome outcome;
+    JobOutcome outcome;
     const ComPtr<IPrintPipelineFilter> filter = module.CreateFilter(trace);
-    outcome.result = trace.Answer("IPrintPipelineFilter::InitializeFilter", "", [&] {
-        return filter->InitializeFilter(communicator.Get(), bag.Get(), control.Get());
-    });
+    outcome.result = trace.Answer(
+        "IPrintPipelineFilter::InitializeFilter",
+        "",
+        [&] { return filter->InitializeFilter(communicator.Get(), bag.Get(), control.Get()); },
+        pipeline::CallRole::RunsFilter);
     if (SUCCEEDED(outcome.result))
     {
-        outcome.result = Operate(*filter.Get(), *shared, reporter, job.isCancelled);
-        trace.Tell("IPrintPipelineFilter::StartOperation", "", outcome.result);
+        outcome.result = StartAndWait(*filter.Get(), *shared, reporter, listener);
+        trace.Record(
+            "IPrintPipelineFilter::StartOperation", "", outcome.result, pipeline::CallRole::RunsFilter);
     }
     if (SUCCEEDED(outcome.result))
     {
-        outcome.result = Judge(*shared, outcome.debt);
+        outcome.result = CheckComplete(*shared, outcome.unfinishedWork);
     }
     outcome.part = shared->currentPart;
     if (const auto& refusal = shared->refusal)
@@ -145,17 +152,18 @@ FilterOutcome Play(const FilterJob& job,
     return outcome;
 }
 
-/// Looks at what the filter left behind once it was let go of, and writes the output where all went well.
-void Settle(const FilterJob& job,
-            const pipeline::FilterModule& module,
-            const pipeline::PipelineJobPtr& shared,
-            FilterOutcome& outcome)
+/// Checks what the released filter left behind, and writes the output if all went well.
+void CommitOutput(const Job& job,
+                  JobListener& listener,
+                  const pipeline::FilterModule& module,
+                  const pipeline::PipelineJobPtr& shared,
+                  JobOutcome& outcome)
 {
     outcome.keptObjects = static_cast<std::size_t>(shared.use_count()) - 1;
     outcome.isModuleInUse = !module.CanUnload();
-    shared->trace.Tell("DllCanUnloadNow", "", outcome.isModuleInUse ? S_FALSE : S_OK);
+    shared->trace.Record("DllCanUnloadNow", "", outcome.isModuleInUse ? S_FALSE : S_OK);
 
-    // Also where the filter made light of it.
+    // Even if the filter reported success.
     if (const auto failure = shared->trace.GetHostFailure())
     {
         std::rethrow_exception(failure);
@@ -163,24 +171,24 @@ void Settle(const FilterJob& job,
     if (SUCCEEDED(outcome.result) && job.output)
     {
         shared->RemoveOrphanedTickets();
-        shared->writer->Commit(job.onWriting);
+        shared->writer->Commit([&](double fraction) { listener.OnWriting(fraction); });
     }
 }
 } // namespace
 
-FilterOutcome RunFilter(const FilterJob& job)
+JobOutcome RunJob(const Job& job, const std::string& userTicket, JobListener& listener)
 {
-    const opc::Package package(job.input);
+    const opc::Package package(job.document);
     opc::PackageWriter writer(package, job.output);
-    const pipeline::Printer printer(job.printer);
-    pipeline::CallTrace trace(job.onCall);
-    const pipeline::FilterModule module(job.module);
+    const pipeline::Printer printer(SpoolerPrinterOf(job));
+    pipeline::CallTrace trace([&](const pipeline::TracedCall& call) { listener.OnCall(call); });
+    const pipeline::FilterModule module(FilterModuleOf(job));
     const auto shared = std::make_shared<pipeline::PipelineJob>(package, &writer, trace);
     shared->acceptsMalformed = job.acceptsMalformed;
-    // A filter may hold documents of MSXML until it goes, when its own thread is done with COM.
+    // A filter may hold MSXML documents until it is released, when its own thread has left COM.
     const base::utility::SafeCoInit com;
-    FilterOutcome outcome = Play(job, printer, module, shared);
-    Settle(job, module, shared, outcome);
+    JobOutcome outcome = RunInPipeline(job, userTicket, listener, printer, module, shared);
+    CommitOutput(job, listener, module, shared, outcome);
     return outcome;
 }
 } // namespace host::job

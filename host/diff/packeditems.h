@@ -8,21 +8,21 @@
 
 namespace host::diff
 {
-/// What can differ: a start tag or text.
+/// A start tag or a text: what is compared.
 struct Item
 {
-    /// Of text, that of the tags beside it.
+    /// A text has the depth of the tags beside it.
     int depth = 0;
-    /// With the namespace; empty for text.
+    /// With the namespace; empty for a text.
     std::string name;
     std::string text;
     std::map<std::string, std::string> attributes;
 };
 
-/// The items of a document one behind the other in little more room than the document itself takes. A list of
-/// them would not do: every item has a map of its attributes, and a part may have as many short tags as 64 MB
-/// hold.
-class ItemRoll
+/// The items of a document in one block of bytes, which takes little more memory than the document. A list of
+/// items would take too much: each has a map of its attributes, and a part of 64 MB may consist of short
+/// tags.
+class PackedItems
 {
 public:
     void Append(const Item& item);

@@ -1,8 +1,7 @@
-#include "host/job/filteranswer.h"
+#include "host/job/joboutcome.h"
 
 #include <vector>
 
-#include "host/app/console.h"
 #include "host/opc/package.h"
 #include "host/opc/packageerror.h"
 #include "host/pipeline/resulttext.h"
@@ -20,9 +19,9 @@ std::string Describe(HRESULT result)
 }
 } // namespace
 
-void ThrowPackageFault(const std::filesystem::path& input, const FilterOutcome& outcome)
+void ThrowPackageFault(const std::filesystem::path& document, const JobOutcome& outcome)
 {
-    const opc::Package package(input);
+    const opc::Package package(document);
     const auto part = opc::PartName::FromItem(outcome.part);
     if (!part || !package.Has(*part))
     {
@@ -39,12 +38,12 @@ void ThrowPackageFault(const std::filesystem::path& input, const FilterOutcome& 
         if (!fault.empty())
         {
             throw opc::PackageError(
-                input, suspect.Text(), fault + " (the filter answered " + Describe(outcome.result) + ")");
+                document, suspect.Text(), fault + " (the filter answered " + Describe(outcome.result) + ")");
         }
     }
 }
 
-std::string DescribeFailure(const FilterOutcome& outcome)
+std::string DescribeFailure(const JobOutcome& outcome)
 {
     const std::string at = outcome.part.empty() ? "" : outcome.part + ": ";
     if (!outcome.markupFault.empty())
@@ -52,11 +51,11 @@ std::string DescribeFailure(const FilterOutcome& outcome)
         return at + "the filter failed with " + pipeline::FormatResult(outcome.result) + ": the new markup " +
                xml::ToOneLine(outcome.markupFault) + "; --accept-malformed takes it all the same";
     }
-    const std::string what = outcome.debt.empty() ? "failed with" : outcome.debt + ":";
+    const std::string what = outcome.unfinishedWork.empty() ? "failed with" : outcome.unfinishedWork + ":";
     return at + "the filter " + what + " " + Describe(outcome.result);
 }
 
-std::string DescribeLeftover(const FilterOutcome& outcome)
+std::string DescribeLeaks(const JobOutcome& outcome)
 {
     if (outcome.keptObjects == 0 && !outcome.isModuleInUse)
     {
