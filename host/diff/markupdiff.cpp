@@ -5,8 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "host/diff/elementpath.h"
-#include "host/diff/excerpt.h"
+#include "host/diff/differencetext.h"
 #include "host/diff/packeditems.h"
 #include "host/tickets/ticketdocument.h"
 #include "host/xml/prefixscope.h"

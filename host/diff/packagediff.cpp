@@ -5,7 +5,6 @@
 #include <optional>
 #include <set>
 
-#include "host/app/console.h"
 #include "host/diff/markupdiff.h"
 #include "host/opc/relationships.h"
 #include "host/xml/markup.h"

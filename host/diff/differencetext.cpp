@@ -1,4 +1,4 @@
-#include "host/diff/excerpt.h"
+#include "host/diff/differencetext.h"
 
 #include <algorithm>
 
@@ -38,6 +38,30 @@ std::string Excerpt(std::string_view text, std::size_t start, std::size_t length
     return shown;
 }
 } // namespace
+
+std::string LocalName(const std::string& name)
+{
+    return name.substr(name.find('}') + 1);
+}
+
+void ElementPath::Enter(const Item& item)
+{
+    const std::string name = LocalName(item.name);
+    // Deeper levels have ended.
+    m_levels.resize(static_cast<std::size_t>(item.depth) + 1);
+    const std::size_t number = ++m_levels.back().children[name];
+    m_levels.back().step = item.depth == 0 ? name : name + "[" + std::to_string(number) + "]";
+}
+
+std::string ElementPath::ParentOf(int depth) const
+{
+    std::string path;
+    for (std::size_t level = 0; level < std::min(m_levels.size(), static_cast<std::size_t>(depth)); ++level)
+    {
+        path += "/" + m_levels[level].step;
+    }
+    return path.empty() ? "/" : path;
+}
 
 std::string FormatChange(std::string_view one, std::string_view other)
 {

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "host/diff/packeditems.h"
@@ -31,4 +32,7 @@ private:
 
     std::vector<Level> m_levels;
 };
+
+/// Two values side by side, long ones cut to where they differ: "816 -> 1056.00".
+std::string FormatChange(std::string_view one, std::string_view other);
 } // namespace host::diff
