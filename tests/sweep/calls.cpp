@@ -15,13 +15,12 @@ namespace
 {
 constexpr char kText[] = "string";
 
-// Stages, told apart by their addresses. Nothing is absorbed in the first two; in the last two, the request
-// has been written.
+// Stages, told apart by their addresses. Nothing is absorbed in the first two; in the last, the request has
+// been written.
 constexpr char kNothing[] = "";
 constexpr char kWritten[] = "";
 constexpr char kCapabilities[] = "the printer is asked for its capabilities";
 constexpr char kRequested[] = "the printer is asked for its capabilities";
-constexpr char kCloned[] = "the printer is asked for its capabilities";
 
 bool HasSucceeded(const Call& call)
 {
@@ -149,10 +148,7 @@ void ReplaceLateImport(Call& call, const HandOver&)
 
 void AskPrinter(Call&, const HandOver&)
 {
-    if (Watch::Get().GetStage() == kWritten)
-    {
-        Watch::Get().SetStage(kCapabilities);
-    }
+    Watch::Get().SetStage(Watch::Get().GetStage() == kWritten ? kCapabilities : kNothing);
 }
 
 void EndOperation(Call& call, const HandOver& what)
@@ -255,17 +251,7 @@ const std::map<std::string_view, const char* (*)(const Call&)> kStages = {
     {"writes-ticket", [](const Call&) -> const char* { return kWritten; }},
     {"queries", &StageOfQuery},
     // What the printer's answers are remembered by: a page's ticket, then the one that is written for it.
-    {"remembers-text",
-     [](const Call& call) {
-         return Watch::Get().GetStage() == kCloned ? kRequested : After<kWritten, kWritten>(call);
-     }},
-    // An element without its content, whose text tells of its prefixes; or one for a ticket that is
-    // completed.
-    {"clones",
-     [](const Call& call) {
-         const bool isWhole = static_cast<VARIANT_BOOL>(call.arguments[1]) != VARIANT_FALSE;
-         return isWhole ? kNothing : After<kRequested, kCloned>(call);
-     }},
+    {"remembers-text", &After<kWritten, kWritten>},
     {"saves-ticket", &After<kCapabilities, kRequested>},
     {"prepares-queries", &After<kRequested, kRequested>}};
 

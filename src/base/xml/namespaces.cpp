@@ -7,7 +7,7 @@
 #include "base/logging/log.h"
 #include "base/utility/bstr.h"
 #include "base/utility/variant.h"
-#include "base/xml/attributes.h"
+#include "base/xml/attributewalk.h"
 
 namespace base::xml
 {
@@ -22,13 +22,21 @@ constexpr std::wstring_view kDeclares = L"xmlns:";
 NamespaceDeclarations DeclarationsOf(IXMLDOMElement* element)
 {
     NamespaceDeclarations declarations;
-    for (const auto& [name, value] : ReadAttributes(element))
-    {
-        if (name.starts_with(kDeclares))
+    VisitAttributes(element, [&](IXMLDOMNode* attribute) {
+        if (attribute == nullptr)
         {
-            declarations.emplace(name, value);
+            return true;
         }
-    }
+        Bstr name;
+        ThrowIfFailed(attribute->get_nodeName(name.Receive()));
+        if (name.View().starts_with(kDeclares))
+        {
+            Bstr uri;
+            ThrowIfFailed(attribute->get_text(uri.Receive()));
+            declarations.emplace(name.View(), uri.View());
+        }
+        return true;
+    });
     return declarations;
 }
 
