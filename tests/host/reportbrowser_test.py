@@ -132,7 +132,7 @@ class ReportTest(ProgramTestCase):
         text = self.browser.ask("document.getElementById('failed').innerText")
         self.assertIn("At /Documents/1/Pages/2.fpage", text)
         self.assertIn("is not well-formed: line 3", text)
-        self.assertIn("0x00000000  IFixedPage::GetWriteStream  /Documents/1/Pages/2.fpage", text)
+        self.assertIn("0x00000000  IFixedPage::GetStream  /Documents/1/Pages/2.fpage", text)
         self.browser.click("#filter input[value=turned]")
         self.assertEqual(self.browser.ask(VISIBLE), ["failed"])
         self.browser.click("a[href='#failed']")
