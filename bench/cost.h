@@ -27,7 +27,7 @@ public:
     }
 
 private:
-    // Of the unit that a FILETIME counts in.
+    // A FILETIME counts in this unit.
     using Ticks = std::chrono::duration<std::int64_t, std::ratio<1, 10'000'000>>;
 
     static Ticks ProcessorTime()

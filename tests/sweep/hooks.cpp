@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-// Of thunk.S, and what it calls.
+// These are in thunk.S, or called by it.
 extern "C"
 {
     void SweepThunk();

@@ -91,7 +91,7 @@ void AddWholeJob(Pipeline& pipeline)
     pipeline.Add<support::PagePart>("passed", kPage, A4(Feature("PageInputBin", "AutoSelect", feed)));
 }
 
-/// Of a sheet beyond the printer's limits.
+/// Asks for a sheet beyond the printer's limits.
 std::string UserTicket()
 {
     return Ticket(MediaFeature("ISOA3", 297000, 420000) + Feature("PageOrientation", "Portrait"));

@@ -10,7 +10,7 @@ namespace sweep
 {
 namespace
 {
-/// Of a call that fails.
+/// What a failing call answers.
 std::uintptr_t AnswerOf(Failing failing)
 {
     constexpr std::uintptr_t kGenericError = 1;

@@ -23,7 +23,7 @@ bool HasDefaultNamespace(IXMLDOMNode* element)
 
 void VisitAttributes(IXMLDOMNode* element, const std::function<bool(IXMLDOMNode*)>& visit)
 {
-    // Faults of Wine 8 are gone round here, which PrintSchemaHandlerTest and XmlMargerTest guard. By name
+    // Works around faults of Wine 8, which PrintSchemaHandlerTest and XmlMargerTest guard. By name
     // declarations cannot be had, and nextNode leaves them out, so that the walk goes by index. Where there
     // are only declarations, the first has two indexes and the count is one short, so that the walk goes on
     // until there is nothing. And the declaration of a default namespace, of which there is one, has an

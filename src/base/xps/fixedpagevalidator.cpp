@@ -41,7 +41,7 @@ namespace
 constexpr float kTurnDegrees = 270.0F;
 constexpr float kTurnScale = 1.0F;
 
-// Of all replaced tickets of the process, so that their part names differ.
+// Counts the replaced tickets of the process, so that their part names differ.
 std::atomic<std::uint32_t> g_pageCounter{0};
 
 /// The tickets of a job as the resolver asks for them.
@@ -242,7 +242,7 @@ void FixedPageValidator::RewriteMarkup()
 
 ComPtr<ISAXContentHandler> FixedPageValidator::CreateContentHandler(std::ostream& output)
 {
-    // Of fixed angle and scale, whatever the ticket says of scaling.
+    // Angle and scale are fixed, whatever the ticket says of scaling.
     return ComPtr<ISAXContentHandler>::Adopt(new FixedPageSaxConvertor(output, kTurnDegrees, kTurnScale));
 }
 

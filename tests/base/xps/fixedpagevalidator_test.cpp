@@ -265,7 +265,7 @@ TEST_F(FixedPageValidatorTest, NamesTheNewTicketAfterTheOldOneAndACount)
         {"/a.xml", "\\pagevalidator__a.xml"},
         {"a.xml", "a.xml\\pagevalidator__a.xml"},
         {"/Metadata/", "/Metadata\\pagevalidator__"},
-        // Of a page without a ticket.
+        // A page without a ticket.
         {"", ".xml\\pagevalidator__.xml"},
     };
     mediaSize.SetSize(kA3);

@@ -62,7 +62,7 @@ private:
     utility::ComPtr<IPrintPipelineManagerControl> m_pPipelineControl;
     std::unique_ptr<utility::DriverInfo> m_pDriverInfo;
 
-    // For whoever looks into a process that will not let go of its filters.
+    // For a debugger only.
     static inline std::atomic<ULONG> s_liveFilters{0};
 };
 } // namespace base::xps::filterpipeline

@@ -257,7 +257,7 @@ PrintTicketProvider::Document PrintTicketProvider::Merge(IXMLDOMDocument2* base,
     const ComPtr<IStream> result = CreateMemoryStream();
     const utility::Impersonation user(m_userToken);
     ThrowIfFailed(user.GetResult());
-    // Why a merge failed is said in words too, which nobody here has a place for.
+    // The error text is discarded; only the HRESULT is returned.
     Bstr message;
     ThrowIfFailed(PTMergeAndValidatePrintTicket(
         m_provider, baseStream.Get(), deltaStream.Get(), scope, result.Get(), message.Receive()));
