@@ -32,10 +32,10 @@ else()
     endif()
     if(MINGW AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
         target_link_options(project_options INTERFACE -static)
-        # GCC 12 warns of overlapping and endless copies where strings are joined, in optimised builds only.
+        # GCC 12 warns of overlapping, endless and short copies where strings are joined, in optimised builds only.
         target_compile_options(
             project_options
-            INTERFACE "$<$<CONFIG:Release>:-Wno-restrict;-Wno-stringop-overflow;-Wno-array-bounds>")
+            INTERFACE "$<$<CONFIG:Release>:-Wno-restrict;-Wno-stringop-overflow;-Wno-stringop-overread;-Wno-array-bounds>")
     endif()
 endif()
 
