@@ -456,8 +456,7 @@ def large_ticket(rng, document):
     many = rng.choice([lambda n: feature.format(f"F{n}", "O", reference.format(n)) + parameter.format(n),
                        lambda n: parameter.format(n), lambda n: reference.format(n), lambda n: landscape,
                        lambda n: feature.format(f"F{n}", "O", ""), lambda n: feature.format("PageScaling", f"O{n}", ""),
-                       # Fewer namespaces: the DOM of Wine 8 counts to each declaration from the first.
-                       lambda n: f'<psf:Feature xmlns:p{n % 1000}="urn:{n % 1000}" name="p{n % 1000}:F{n}"/>'])
+                       lambda n: f'<psf:Feature xmlns:p{n}="urn:{n}" name="p{n}:F{n}"/>'])
     document.put(pick_ticket(rng, document), TICKET % (landscape + "".join(many(n) for n in range(count))))
 
 

@@ -7,7 +7,7 @@
 #include "base/logging/log.h"
 #include "base/utility/bstr.h"
 #include "base/utility/variant.h"
-#include "base/xml/attributewalk.h"
+#include "base/xml/attributes.h"
 
 namespace base::xml
 {
@@ -22,21 +22,13 @@ constexpr std::wstring_view kDeclares = L"xmlns:";
 NamespaceDeclarations DeclarationsOf(IXMLDOMElement* element)
 {
     NamespaceDeclarations declarations;
-    VisitAttributes(element, [&](IXMLDOMNode* attribute) {
-        if (attribute == nullptr)
+    for (const auto& [name, value] : ReadAttributes(element))
+    {
+        if (name.starts_with(kDeclares))
         {
-            return true;
+            declarations.emplace(name, value);
         }
-        Bstr name;
-        ThrowIfFailed(attribute->get_nodeName(name.Receive()));
-        if (name.View().starts_with(kDeclares))
-        {
-            Bstr uri;
-            ThrowIfFailed(attribute->get_text(uri.Receive()));
-            declarations.emplace(name.View(), uri.View());
-        }
-        return true;
-    });
+    }
     return declarations;
 }
 

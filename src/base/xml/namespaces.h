@@ -11,7 +11,7 @@ namespace base::xml
 /// What prefixes stand for, by the name of the declaring attribute, as "xmlns:psk".
 using NamespaceDeclarations = std::map<std::wstring, std::wstring>;
 
-/// The prefixes that an element itself declares; its default namespace is left out.
+/// The prefixes that an element itself declares, and its own; its default namespace is left out.
 NamespaceDeclarations DeclarationsOf(IXMLDOMElement* element);
 
 /// `name` is that of the declaring attribute.

@@ -68,7 +68,7 @@ void RequireLoaded(IXMLDOMDocument2& document, VARIANT_BOOL loaded, exception::S
     {
         ThrowIfFailed(E_FAIL, where);
     }
-    // MSXML in Wine 8 loads what it was told to prohibit.
+    // MSXML in Wine 8 and 10 loads what it was told to prohibit; on Windows nothing is left to refuse here.
     ComPtr<IXMLDOMDocumentType> documentType;
     ThrowIfFailed(document.get_doctype(documentType.Receive()), where);
     if (documentType)
@@ -77,8 +77,8 @@ void RequireLoaded(IXMLDOMDocument2& document, VARIANT_BOOL loaded, exception::S
     }
 }
 
-// MSXML in Wine 8 takes the feature "prohibit-dtd" and a lexical handler, and then neither refuses a document
-// type nor tells the handler of one. So the bytes themselves are looked at.
+// MSXML in Wine 8 and 10 takes the feature "prohibit-dtd" and a lexical handler, and then neither refuses a
+// document type nor tells the handler of one. So the bytes themselves are looked at.
 void RefuseDocumentType(IStream& markup)
 {
     ULARGE_INTEGER start{};
@@ -124,7 +124,7 @@ ComPtr<IXMLDOMDocument2> LoadDocumentFromString(const std::wstring& markup)
 
 void WriteDocument(IXMLDOMDocument2& document, IStream& target)
 {
-    // MSXML in Wine 8 writes UTF-8 whatever the declaration says, which nobody can read then
+    // MSXML in Wine 8 and 10 writes UTF-8 whatever the declaration says, which nobody can read then
     // (XmlUtility.SavesWhatWasInAnotherEncoding). Without one XML is UTF-8.
     if (const ComPtr<IXMLDOMNode> declaration = FindForeignDeclaration(document))
     {

@@ -272,7 +272,7 @@ void FixedPageValidator::SaveTicket(IXMLDOMDocument2* document, IPrintWriteStrea
     }
     const auto stream = utility::MakeCom<io::PrintWriteStreamToIStream>(writer);
     xml::XmlUtility::WriteDocument(*document, *stream.Get());
-    // MSXML in Wine 8 saves on, and succeeds, when the stream takes nothing any more.
+    // MSXML in Wine 8 and 10 saves on, and succeeds, when the stream takes nothing any more.
     ThrowIfFailed(stream->GetResult());
 }
 

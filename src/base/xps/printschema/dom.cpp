@@ -5,7 +5,6 @@
 
 #include "base/logging/errors.h"
 #include "base/utility/variant.h"
-#include "base/xml/attributewalk.h"
 
 namespace base::xps::printschema
 {
@@ -13,33 +12,6 @@ using exception::ThrowIfFailed;
 using utility::Bstr;
 using utility::ComPtr;
 using utility::Variant;
-
-namespace
-{
-Bstr ToText(const Variant& value)
-{
-    Variant text;
-    // MinGW declares the source without const; it stays as it is.
-    ThrowIfFailed(VariantChangeType(text.Receive(), const_cast<VARIANT*>(&value.Get()), 0, VT_BSTR));
-    return Bstr(std::wstring_view(V_BSTR(&text.Get()), SysStringLen(V_BSTR(&text.Get()))));
-}
-
-bool IsDefaultNamespace(IXMLDOMNode* element, std::wstring_view uri)
-{
-    const std::wstring xpath =
-        L"self::node()[namespace::*[local-name() = '' and . = \"" + std::wstring(uri) + L"\"]]";
-    ComPtr<IXMLDOMNode> found;
-    ThrowIfFailed(element->selectSingleNode(Bstr(xpath).Get(), found.Receive()));
-    return static_cast<bool>(found);
-}
-
-Bstr NameOf(IXMLDOMNode* node)
-{
-    Bstr name;
-    ThrowIfFailed(node->get_nodeName(name.Receive()));
-    return name;
-}
-} // namespace
 
 bool AreEqual(const Bstr& left, const Bstr& right)
 {
@@ -88,7 +60,10 @@ Bstr ReadTypedValue(IXMLDOMNode* element)
 {
     Variant value;
     ThrowIfFailed(element->get_nodeTypedValue(value.Receive()));
-    return ToText(value);
+    Variant text;
+    // MinGW declares the source without const; it stays as it is.
+    ThrowIfFailed(VariantChangeType(text.Receive(), const_cast<VARIANT*>(&value.Get()), 0, VT_BSTR));
+    return Bstr(std::wstring_view(V_BSTR(&text.Get()), SysStringLen(V_BSTR(&text.Get()))));
 }
 
 long CountOf(IXMLDOMNodeList* nodes)
@@ -124,25 +99,6 @@ ComPtr<IXMLDOMNode> FindNamed(IXMLDOMNodeList* nodes, const Bstr& name)
         }
     }
     return {};
-}
-
-Bstr FindAttributeByValue(IXMLDOMNode* element, const Bstr& value)
-{
-    Bstr name;
-    xml::VisitAttributes(element, [&](IXMLDOMNode* attribute) {
-        if (attribute == nullptr)
-        {
-            name = IsDefaultNamespace(element, value.View()) ? Bstr(L"xmlns") : Bstr();
-        }
-        else
-        {
-            Variant attributeValue;
-            ThrowIfFailed(attribute->get_nodeValue(attributeValue.Receive()));
-            name = AreEqual(ToText(attributeValue), value) ? NameOf(attribute) : Bstr();
-        }
-        return name.Get() == nullptr;
-    });
-    return name;
 }
 
 void AppendChild(IXMLDOMNode* parent, IXMLDOMNode* child)

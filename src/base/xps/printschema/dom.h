@@ -31,9 +31,5 @@ utility::ComPtr<IXMLDOMNode> ItemOf(IXMLDOMNodeList* nodes, long index);
 /// The first node whose "name" attribute has this value.
 utility::ComPtr<IXMLDOMNode> FindNamed(IXMLDOMNodeList* nodes, const utility::Bstr& name);
 
-/// The name of an element's first attribute with this value, namespace declarations included; null without
-/// any.
-utility::Bstr FindAttributeByValue(IXMLDOMNode* element, const utility::Bstr& value);
-
 void AppendChild(IXMLDOMNode* parent, IXMLDOMNode* child);
 } // namespace base::xps::printschema

@@ -1,5 +1,6 @@
 #include "base/xps/printschema/printschemahandler.h"
 
+#include <algorithm>
 #include <cwchar>
 #include <utility>
 
@@ -64,10 +65,11 @@ PrintSchemaHandler::PrintSchemaHandler(const wchar_t* rootName, ComPtr<IXMLDOMDo
 {
     SetDocumentProperty(L"SelectionLanguage", L"XPath");
     SelectWithPrefix(L"psf");
-    m_psfPrefix = FindPrefix(kFrameworkUri);
-    m_pskPrefix = FindPrefix(kKeywordsUri);
-    m_xsiPrefix = FindPrefix(kSchemaInstanceUri);
-    m_xsdPrefix = FindPrefix(kSchemaUri);
+    const std::vector<xml::Attribute> attributes = ReadRootAttributes();
+    ThrowIfFailed(FindPrefix(attributes, kFrameworkUri, m_psfPrefix));
+    ThrowIfFailed(FindPrefix(attributes, kKeywordsUri, m_pskPrefix));
+    ThrowIfFailed(FindPrefix(attributes, kSchemaInstanceUri, m_xsiPrefix));
+    ThrowIfFailed(FindPrefix(attributes, kSchemaUri, m_xsdPrefix));
     ProvideFallbackPrefixes();
 
     const std::wstring bare(m_psfPrefix.View().substr(0, m_psfPrefix.View().find(L':')));
@@ -111,22 +113,10 @@ HRESULT PrintSchemaHandler::DiscoverPrefix(const wchar_t* namespaceUri, BSTR* pr
         RequirePointers(prefix);
         RequireText(namespaceUri);
         *prefix = nullptr;
-        // The root is looked up under the prefix that construction selects with, whatever its own is.
-        const std::wstring xpath = FormatWString(L"//%s:%s", L"psf", m_rootName.Get());
-        ComPtr<IXMLDOMNode> root;
-        ThrowIfFailed(SelectSingleNode(xpath.c_str(), root.Receive()));
-        const Bstr name = root ? FindAttributeByValue(root.Get(), Bstr(namespaceUri)) : Bstr();
-        if (name.Length() == 0)
-        {
-            return S_FALSE;
-        }
-        constexpr std::wstring_view declares = L"xmlns:";
-        if (!name.View().starts_with(declares) || name.Length() == declares.size())
-        {
-            return E_FAIL;
-        }
-        *prefix = Bstr(std::wstring(name.View().substr(declares.size())) + L':').Detach();
-        return S_OK;
+        Bstr found;
+        const HRESULT hr = FindPrefix(ReadRootAttributes(), namespaceUri, found);
+        *prefix = found.Detach();
+        return hr;
     });
 }
 
@@ -597,11 +587,34 @@ void PrintSchemaHandler::SelectWithPrefix(const std::wstring& prefix) const
                         FormatWString(L"xmlns:%s='%s'", prefix.c_str(), kFrameworkUri));
 }
 
-Bstr PrintSchemaHandler::FindPrefix(const wchar_t* namespaceUri) const
+std::vector<xml::Attribute> PrintSchemaHandler::ReadRootAttributes() const
 {
-    Bstr prefix;
-    ThrowIfFailed(DiscoverPrefix(namespaceUri, prefix.Receive()));
-    return prefix;
+    // The root is looked up under the prefix that construction selects with, whatever its own is.
+    const std::wstring xpath = FormatWString(L"//%s:%s", L"psf", m_rootName.Get());
+    ComPtr<IXMLDOMNode> root;
+    ThrowIfFailed(SelectSingleNode(xpath.c_str(), root.Receive()));
+    return root ? xml::ReadAttributes(root.Get()) : std::vector<xml::Attribute>();
+}
+
+HRESULT PrintSchemaHandler::FindPrefix(const std::vector<xml::Attribute>& attributes,
+                                       const wchar_t* namespaceUri,
+                                       Bstr& prefix)
+{
+    const Bstr uri(namespaceUri);
+    const auto found = std::ranges::find_if(
+        attributes, [&](const xml::Attribute& attribute) { return AreEqual(Bstr(attribute.value), uri); });
+    if (found == attributes.end())
+    {
+        return S_FALSE;
+    }
+    constexpr std::wstring_view declares = L"xmlns:";
+    const std::wstring& name = found->qualifiedName;
+    if (!name.starts_with(declares) || name.size() == declares.size())
+    {
+        return E_FAIL;
+    }
+    prefix = Bstr(name.substr(declares.size()) + L':');
+    return S_OK;
 }
 
 std::wstring PrintSchemaHandler::Prefixed(NamespaceId id, const wchar_t* localName) const

@@ -10,6 +10,7 @@
 
 #include "base/utility/bstr.h"
 #include "base/utility/comptr.h"
+#include "base/xml/attributes.h"
 #include "base/xps/printschema/domboundary.h"
 #include "base/xps/printschema/featurequerybuilder.h"
 #include "base/xps/printschema/schemabase.h"
@@ -214,7 +215,10 @@ private:
     IXMLDOMDocument2& Document() const;
     void SetDocumentProperty(const wchar_t* name, const std::wstring& value) const;
     void SelectWithPrefix(const std::wstring& prefix) const;
-    utility::Bstr FindPrefix(const wchar_t* namespaceUri) const;
+    std::vector<xml::Attribute> ReadRootAttributes() const;
+    static HRESULT FindPrefix(const std::vector<xml::Attribute>& attributes,
+                              const wchar_t* namespaceUri,
+                              utility::Bstr& prefix);
     std::wstring Prefixed(NamespaceId id, const wchar_t* localName) const;
     std::wstring FrameworkName(const wchar_t* localName) const;
     utility::ComPtr<IXMLDOMNode> FindChild(IXMLDOMNode* node, const wchar_t* localName) const;

@@ -61,11 +61,11 @@ TEST_F(PrintSchemaHandlerTest, RefusesDocumentsThatItCannotQuery)
     const std::string refused[] = {
         "<PrintTicket xmlns=" + kFramework + "/>",
         "<psf:PrintCapabilities " + kPsf + "/>",
-        "<x " + kPsf + "><psf:PrintTicket/></x>",
+        "<x " + kPsf + "><psf:PrintTicket><x " + kPsf + "/></psf:PrintTicket></x>",
         "<psf:PrintTicket xmlns=" + kFramework + " " + kPsf + "/>",
         "<psf:PrintTicket " + kPsf + " xmlns=" + kKeywords + "/>",
-        // The first attribute of that value is no declaration of a prefix.
-        "<psf:PrintTicket first=" + kFramework + " " + kPsf + " second=" + kFramework + "/>",
+        // The attribute of that value is no declaration of a prefix.
+        "<psf:PrintTicket " + kPsf + " other=" + kKeywords + "/>",
     };
     for (const std::string& markup : refused)
     {
@@ -92,10 +92,19 @@ TEST_F(PrintSchemaHandlerTest, TakesADocumentUnderAnyPrefixes)
                     "'type' and namespace-uri()='http://www.w3.org/2001/XMLSchema-instance']"),
               1);
 
-    // A default namespace that is not looked for is passed over.
-    const auto other = HandlerOf(LoadDocument("<psf:PrintTicket xmlns='urn:o' " + kPsf + " " + kPsk + "/>"));
+    // A default namespace that is not looked for is passed over. What follows the start tag is not looked at.
+    const auto other = HandlerOf(
+        LoadDocument("<psf:PrintTicket xmlns='urn:o' xmlns:r='urn:?a=&quot;1&amp;&gt;' xmlns:h='urn:&amp;#y' "
+                     "xmlns:t='urn:&amp;' "
+                     "v='=&quot;/>&#10;&lt;&amp;' w='&#x1F5A8;' " +
+                     kPsf + " " + kPsk + "><x xmlns:y='urn:none' z='urn:none'/></psf:PrintTicket>"));
     EXPECT_EQ(other.GetPrefix(Keywords).View(), L"psk:");
     EXPECT_EQ(TextOf([&](BSTR* text) { return other.DiscoverPrefix(L"urn:o", text); }), "(80004005)");
+    EXPECT_EQ(TextOf([&](BSTR* text) { return other.DiscoverPrefix(L"urn:?a=\"1&>", text); }), "r:");
+    EXPECT_EQ(TextOf([&](BSTR* text) { return other.DiscoverPrefix(L"urn:&#y", text); }), "h:");
+    EXPECT_EQ(TextOf([&](BSTR* text) { return other.DiscoverPrefix(L"urn:&", text); }), "t:");
+    EXPECT_EQ(TextOf([&](BSTR* text) { return other.DiscoverPrefix(L"=\"/>\n<&", text); }), "(80004005)");
+    EXPECT_EQ(TextOf([&](BSTR* text) { return other.DiscoverPrefix(L"\U0001F5A8", text); }), "(80004005)");
     EXPECT_EQ(TextOf([&](BSTR* text) { return other.DiscoverPrefix(L"urn:none", text); }), "(1)");
 }
 

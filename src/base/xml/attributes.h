@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "platform/msxml6.h"
+
+namespace base::xml
+{
+struct Attribute
+{
+    std::wstring qualifiedName;
+    std::wstring value;
+};
+
+/// The attributes and namespace declarations of an element, in document order as far as the DOM keeps it. For
+/// an element inside another, MSXML on Windows adds the declarations that its names need. Throws HresultError
+/// where the DOM fails.
+std::vector<Attribute> ReadAttributes(IXMLDOMNode* element);
+} // namespace base::xml
