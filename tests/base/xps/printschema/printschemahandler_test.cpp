@@ -61,7 +61,7 @@ TEST_F(PrintSchemaHandlerTest, RefusesDocumentsThatItCannotQuery)
     const std::string refused[] = {
         "<PrintTicket xmlns=" + kFramework + "/>",
         "<psf:PrintCapabilities " + kPsf + "/>",
-        "<x " + kPsf + "><psf:PrintTicket><x " + kPsf + "/></psf:PrintTicket></x>",
+        "<x " + kPsf + "><psf:PrintTicket>v<x xmlns:f=" + kFramework + "/></psf:PrintTicket></x>",
         "<psf:PrintTicket xmlns=" + kFramework + " " + kPsf + "/>",
         "<psf:PrintTicket " + kPsf + " xmlns=" + kKeywords + "/>",
         // The attribute of that value is no declaration of a prefix.
