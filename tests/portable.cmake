@@ -3,15 +3,15 @@ add_suite(
     portable_tests
     SOURCES base/logging/log_test.cpp
             base/xml/prologscanner_test.cpp
-            base/xps/gdimatrix_test.cpp
-            base/xps/markuptext_test.cpp
-            base/xps/mediafit_test.cpp
-            base/xps/pagetransform_test.cpp
+            base/xps/page/gdimatrix_test.cpp
+            base/xps/page/markuptext_test.cpp
+            base/xps/page/mediafit_test.cpp
+            base/xps/page/pagetransform_test.cpp
             host/opc/packagewriter_test.cpp
             host/opc/partname_test.cpp
             host/xml/reader_test.cpp
             host/xps/xpsdocument_test.cpp
-    TESTS_OF xps host_xps)
+    TESTS_OF page xml host_xps)
 add_dependencies(portable_tests test_packages)
 target_compile_definitions(portable_tests PRIVATE TEST_DATA_PATH="${CMAKE_CURRENT_SOURCE_DIR}/data")
 

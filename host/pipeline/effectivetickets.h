@@ -6,8 +6,8 @@
 
 #include "base/utility/bstr.h"
 #include "base/utility/comptr.h"
-#include "base/xps/printschema/imageableareareader.h"
-#include "base/xps/printschema/printticketprovider.h"
+#include "base/xps/printschema/tickets/imageableareareader.h"
+#include "base/xps/printschema/tickets/printticketprovider.h"
 #include "host/opc/package.h"
 #include "host/pipeline/calltrace.h"
 #include "host/pipeline/pipelinejob.h"

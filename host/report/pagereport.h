@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "base/xps/printschema/imageableareareader.h"
+#include "base/xps/printschema/tickets/imageableareareader.h"
 #include "host/tickets/replacement.h"
 #include "host/tickets/ticketfacts.h"
 #include "host/xps/pagemarkup.h"

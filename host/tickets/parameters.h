@@ -4,7 +4,7 @@
 #include <set>
 #include <string_view>
 
-#include "base/xps/printschema/mediasize.h"
+#include "base/xps/printschema/vocabulary/mediasize.h"
 #include "host/tickets/ticketdocument.h"
 
 namespace host::tickets

@@ -3,7 +3,7 @@
 #include "base/logging/errors.h"
 #include "base/utility/comobject.h"
 #include "base/xml/xmlutility.h"
-#include "base/xps/printschema/ticketdocument.h"
+#include "base/xps/printschema/tickets/ticketdocument.h"
 
 namespace host::tickets
 {

@@ -4,11 +4,11 @@
 #include <vector>
 
 #include "base/utility/comptr.h"
-#include "base/xps/printschema/mediasize.h"
 #include "base/xps/printschema/mediasizedata.h"
 #include "base/xps/printschema/pageorientationdata.h"
 #include "base/xps/printschema/printablemediasizedata.h"
 #include "base/xps/printschema/scalingdata.h"
+#include "base/xps/printschema/vocabulary/mediasize.h"
 #include "platform/msxml6.h"
 
 namespace host::tickets

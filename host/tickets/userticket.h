@@ -5,7 +5,7 @@
 #include <string>
 
 #include "base/utility/comptr.h"
-#include "base/xps/printschema/mediasize.h"
+#include "base/xps/printschema/vocabulary/mediasize.h"
 #include "platform/msxml6.h"
 
 namespace host::tickets

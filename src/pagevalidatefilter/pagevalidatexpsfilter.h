@@ -2,12 +2,12 @@
 
 #include "base/utility/lock.h"
 #include "base/xps/filterpipeline/xpsdocumentproviderfilterbase.h"
-#include "base/xps/printschema/imageableareareader.h"
 #include "base/xps/printschema/inputbindata.h"
 #include "base/xps/printschema/mediasizedata.h"
 #include "base/xps/printschema/pageorientationdata.h"
 #include "base/xps/printschema/printablemediasizedata.h"
 #include "base/xps/printschema/scalingdata.h"
+#include "base/xps/printschema/tickets/imageableareareader.h"
 #include "pagevalidatefilter/modulecount.h"
 
 namespace pagevalidatefilter

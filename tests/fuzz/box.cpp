@@ -1,8 +1,8 @@
 #include <cmath>
 #include <stdexcept>
 
-#include "base/xps/pagebox.h"
-#include "base/xps/pagetransform.h"
+#include "base/xps/page/pagebox.h"
+#include "base/xps/page/pagetransform.h"
 #include "fuzz/bytes.h"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)

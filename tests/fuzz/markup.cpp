@@ -2,7 +2,7 @@
 #include <string_view>
 
 #include "base/xml/prologscanner.h"
-#include "base/xps/markuptext.h"
+#include "base/xps/page/markuptext.h"
 #include "fuzz/bytes.h"
 #include "host/xml/reader.h"
 #include "host/xml/writer.h"

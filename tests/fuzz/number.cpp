@@ -1,6 +1,6 @@
 #include <cmath>
 
-#include "base/xps/markuptext.h"
+#include "base/xps/page/markuptext.h"
 #include "fuzz/bytes.h"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)

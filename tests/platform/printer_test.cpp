@@ -10,10 +10,10 @@
 #include "base/utility/bstr.h"
 #include "base/utility/driverinfo.h"
 #include "base/xml/xmlutility.h"
-#include "base/xps/printschema/defaulttickets.h"
-#include "base/xps/printschema/imageableareareader.h"
 #include "base/xps/printschema/printablemediasizedata.h"
-#include "base/xps/printschema/printticketprovider.h"
+#include "base/xps/printschema/tickets/defaulttickets.h"
+#include "base/xps/printschema/tickets/imageableareareader.h"
+#include "base/xps/printschema/tickets/printticketprovider.h"
 #include "support/pipeline.h"
 #include "support/tickets.h"
 

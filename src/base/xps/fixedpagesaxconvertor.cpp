@@ -3,8 +3,8 @@
 #include <string>
 
 #include "base/utility/utf8.h"
-#include "base/xps/markuptext.h"
-#include "base/xps/pagetransform.h"
+#include "base/xps/page/markuptext.h"
+#include "base/xps/page/pagetransform.h"
 
 namespace base::xps
 {

@@ -4,9 +4,9 @@
 #include <stack>
 #include <string>
 
-#include "base/xps/elementtagwriter.h"
 #include "base/xps/fixedpagesaxhandlerbase.h"
-#include "base/xps/gdiplusguard.h"
+#include "base/xps/page/elementtagwriter.h"
+#include "base/xps/page/gdiplusguard.h"
 
 namespace base::xps
 {

@@ -5,8 +5,8 @@
 
 #include "base/logging/failure.h"
 #include "base/utility/utf8.h"
-#include "base/xps/markuptext.h"
-#include "base/xps/pagetransform.h"
+#include "base/xps/page/markuptext.h"
+#include "base/xps/page/pagetransform.h"
 
 namespace base::xps
 {

@@ -4,8 +4,8 @@
 #include <string>
 
 #include "base/utility/comobject.h"
-#include "base/xps/gdimatrix.h"
-#include "base/xps/pagebox.h"
+#include "base/xps/page/gdimatrix.h"
+#include "base/xps/page/pagebox.h"
 #include "platform/msxml6.h"
 
 namespace base::xps

@@ -20,14 +20,14 @@
 #include "base/xml/xmlutility.h"
 #include "base/xps/fixedpagesaxconvertor.h"
 #include "base/xps/markupreader.h"
-#include "base/xps/mediafit.h"
-#include "base/xps/printschema/domboundary.h"
-#include "base/xps/printschema/emptyticket.h"
-#include "base/xps/printschema/mediasizeresolver.h"
-#include "base/xps/printschema/mediasizetable.h"
-#include "base/xps/printschema/namespaceprefixes.h"
-#include "base/xps/printschema/namespaceuris.h"
-#include "base/xps/printschema/ticketrewrite.h"
+#include "base/xps/page/mediafit.h"
+#include "base/xps/printschema/document/domboundary.h"
+#include "base/xps/printschema/tickets/mediasizeresolver.h"
+#include "base/xps/printschema/tickets/ticketdocument.h"
+#include "base/xps/printschema/tickets/ticketrewrite.h"
+#include "base/xps/printschema/vocabulary/mediasizetable.h"
+#include "base/xps/printschema/vocabulary/namespaceprefixes.h"
+#include "base/xps/printschema/vocabulary/namespaceuris.h"
 
 namespace base::xps
 {

@@ -3,13 +3,13 @@
 #include <ostream>
 
 #include "base/utility/comptr.h"
-#include "base/xps/printschema/imageableareareader.h"
 #include "base/xps/printschema/inputbindata.h"
 #include "base/xps/printschema/mediasizedata.h"
 #include "base/xps/printschema/pageorientationdata.h"
 #include "base/xps/printschema/printablemediasizedata.h"
-#include "base/xps/printschema/printticketprovider.h"
 #include "base/xps/printschema/scalingdata.h"
+#include "base/xps/printschema/tickets/imageableareareader.h"
+#include "base/xps/printschema/tickets/printticketprovider.h"
 #include "platform/filterpipeline.h"
 #include "platform/msxml6.h"
 

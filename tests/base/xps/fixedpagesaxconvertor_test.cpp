@@ -139,7 +139,7 @@ TEST_F(ConvertorTest, ClosesNothingOfAPageWhoseTransformCannotBeTold)
 {
     g_areElementsLost = true;
     EXPECT_EQ(support::MessageOf<std::logic_error>([&] { Start(L"FixedPage"); }),
-              "base\\xps\\pagetransform(...) : Matrix.GetElements failed.\n");
+              "base\\xps\\page\\pagetransform(...) : Matrix.GetElements failed.\n");
     g_areElementsLost = false;
     EXPECT_EQ(output.str(), R"(<FixedPage Height="0.00" Width="0.00">)");
 }

@@ -7,7 +7,7 @@
 
 #include "base/utility/comptr.h"
 #include "base/utility/utf8.h"
-#include "base/xps/pagetransform.h"
+#include "base/xps/page/pagetransform.h"
 #include "support/saxattributes.h"
 #include "support/table.h"
 #include "support/thrown.h"

@@ -5,7 +5,7 @@
 #include "base/logging/errors.h"
 #include "base/utility/variant.h"
 #include "base/xml/xmlutility.h"
-#include "base/xps/printschema/defaulttickets.h"
+#include "base/xps/printschema/tickets/defaulttickets.h"
 
 namespace base::xps::filterpipeline
 {

@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "base/xps/filterpipeline/xpsfilterbase.h"
-#include "base/xps/printschema/printticketprovider.h"
+#include "base/xps/printschema/tickets/printticketprovider.h"
 
 namespace base::xps::filterpipeline
 {

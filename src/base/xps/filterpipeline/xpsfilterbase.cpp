@@ -8,7 +8,7 @@
 #include "base/utility/driverpropertybag.h"
 #include "base/utility/safecoinit.h"
 #include "base/utility/variant.h"
-#include "base/xps/printschema/namespaceprefixes.h"
+#include "base/xps/printschema/vocabulary/namespaceprefixes.h"
 
 namespace base::xps::filterpipeline
 {

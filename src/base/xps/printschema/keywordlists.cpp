@@ -2,7 +2,7 @@
 
 #include <initializer_list>
 
-#include "base/xps/printschema/mediasizetable.h"
+#include "base/xps/printschema/vocabulary/mediasizetable.h"
 
 namespace base::xps::printschema
 {

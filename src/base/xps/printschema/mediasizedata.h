@@ -1,7 +1,7 @@
 #pragma once
 
-#include "base/xps/printschema/mediasizetable.h"
 #include "base/xps/printschema/printticketfunctionoption.h"
+#include "base/xps/printschema/vocabulary/mediasizetable.h"
 
 namespace base::xps::printschema
 {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "base/xps/printschema/mediasize.h"
 #include "base/xps/printschema/printticketfunctionoption.h"
+#include "base/xps/printschema/vocabulary/mediasize.h"
 
 namespace base::xps::printschema
 {

@@ -7,9 +7,9 @@
 #include "base/logging/errors.h"
 #include "base/logging/log.h"
 #include "base/utility/variant.h"
-#include "base/xps/printschema/dom.h"
-#include "base/xps/printschema/namespaceprefixes.h"
-#include "base/xps/printschema/namespaceuris.h"
+#include "base/xps/printschema/document/dom.h"
+#include "base/xps/printschema/vocabulary/namespaceprefixes.h"
+#include "base/xps/printschema/vocabulary/namespaceuris.h"
 
 namespace base::xps::printschema
 {

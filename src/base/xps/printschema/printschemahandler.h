@@ -11,9 +11,9 @@
 #include "base/utility/bstr.h"
 #include "base/utility/comptr.h"
 #include "base/xml/attributes.h"
-#include "base/xps/printschema/domboundary.h"
-#include "base/xps/printschema/featurequerybuilder.h"
-#include "base/xps/printschema/schemabase.h"
+#include "base/xps/printschema/document/domboundary.h"
+#include "base/xps/printschema/document/featurequerybuilder.h"
+#include "base/xps/printschema/vocabulary/qname.h"
 #include "platform/msxml6.h"
 
 namespace base::xps::printschema

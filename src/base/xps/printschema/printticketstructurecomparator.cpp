@@ -3,7 +3,7 @@
 #include "base/logging/errors.h"
 #include "base/utility/bstr.h"
 #include "base/utility/comptr.h"
-#include "base/xps/printschema/dom.h"
+#include "base/xps/printschema/document/dom.h"
 
 namespace base::xps::printschema
 {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "base/xps/printschema/pagescale.h"
 #include "base/xps/printschema/printticketfunctionoption.h"
+#include "base/xps/printschema/vocabulary/imageablearea.h"
 
 namespace base::xps::printschema
 {

@@ -5,28 +5,10 @@
 #include <string>
 #include <vector>
 
+#include "base/xps/printschema/vocabulary/qname.h"
+
 namespace base::xps::printschema
 {
-/// The namespaces of the names in a ticket. PrintSchemaHandler knows the prefix of each.
-enum class NamespaceId : std::uint32_t
-{
-    Keywords = 0,
-    Framework = 1,
-    /// The driver's own, under the prefix that its property bag names.
-    Private = 2,
-    /// The prefix "ns0000", under which private names stand where the driver names none.
-    Fallback = 3,
-};
-
-/// A qualified name of the Print Schema.
-struct Qname
-{
-    NamespaceId namespaceId{};
-    std::wstring localName;
-
-    bool operator==(const Qname&) const = default;
-};
-
 /// An ordered list of names. A name's position is the number by which the feature accessors refer to it:
 /// their feature and option ids are indexes into such lists. A list registers its names in its constructor
 /// and never changes afterwards, so that all threads may share it.

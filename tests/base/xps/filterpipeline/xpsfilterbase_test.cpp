@@ -10,7 +10,7 @@
 #include <gtest/gtest.h>
 
 #include "base/logging/errors.h"
-#include "base/xps/printschema/namespaceprefixes.h"
+#include "base/xps/printschema/vocabulary/namespaceprefixes.h"
 #include "support/failures.h"
 #include "support/pipelinetest.h"
 #include "support/thrown.h"

@@ -4,8 +4,8 @@
 
 #include "base/logging/log.h"
 #include "base/utility/utf8.h"
-#include "base/xps/printschema/dom.h"
-#include "base/xps/printschema/namespaceprefixes.h"
+#include "base/xps/printschema/document/dom.h"
+#include "base/xps/printschema/vocabulary/namespaceprefixes.h"
 #include "support/failures.h"
 #include "support/heap.h"
 #include "support/table.h"

@@ -8,10 +8,10 @@
 #include "base/utility/variant.h"
 #include "base/xps/printschema/inputbindata.h"
 #include "base/xps/printschema/mediasizedata.h"
-#include "base/xps/printschema/namespaceprefixes.h"
 #include "base/xps/printschema/pageorientationdata.h"
 #include "base/xps/printschema/printablemediasizedata.h"
 #include "base/xps/printschema/scalingdata.h"
+#include "base/xps/printschema/vocabulary/namespaceprefixes.h"
 #include "support/table.h"
 #include "support/tickets.h"
 

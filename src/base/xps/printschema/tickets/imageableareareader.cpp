@@ -1,0 +1,180 @@
+#include "base/xps/printschema/tickets/imageableareareader.h"
+
+#include <initializer_list>
+#include <utility>
+
+#include "base/logging/boundary.h"
+#include "base/logging/errors.h"
+#include "base/logging/log.h"
+#include "base/utility/bstr.h"
+#include "base/xml/xmlutility.h"
+#include "base/xps/printschema/tickets/ticketdocument.h"
+#include "base/xps/printschema/tickets/ticketrewrite.h"
+#include "base/xps/printschema/vocabulary/namespaceuris.h"
+
+namespace base::xps::printschema
+{
+using exception::ThrowIfFailed;
+using utility::Bstr;
+using utility::ComPtr;
+
+namespace
+{
+/// Through its text: MSXML in Wine 8 never frees the clone of a document
+/// (ImageableAreaReader.LeavesNoCopyOfATicketBehind).
+ComPtr<IXMLDOMDocument2> CopyOf(IXMLDOMDocument2* ticket)
+{
+    return LoadTicketDocument(*xml::XmlUtility::SaveDocument(ticket));
+}
+
+std::wstring TextOf(IXMLDOMDocument2* ticket)
+{
+    Bstr text;
+    ThrowIfFailed(ticket->get_xml(text.Receive()));
+    return std::wstring(text.View());
+}
+
+/// What tells a sheet and an orientation from others.
+std::wstring NameOf(const MediaSizeEntry& media, const PageOrientationData& orientation)
+{
+    return media.name.localName + logging::FormatWString(L" %d %d %d %d",
+                                                         media.value,
+                                                         media.size.widthMicrometres,
+                                                         media.size.heightMicrometres,
+                                                         orientation.GetOptionId());
+}
+
+/// How often the portrait page on the upright sheet is to be turned clockwise to be seen as in this
+/// orientation: Landscape has the content lie turned counter-clockwise, and so the sheet turned clockwise.
+int QuarterTurnsOf(const PageOrientationData& orientation)
+{
+    switch (orientation.GetOptionId())
+    {
+    case PageOrientationData::kLandscape:
+        return 1;
+    case PageOrientationData::kReversePortrait:
+        return 2;
+    case PageOrientationData::kReverseLandscape:
+        return 3;
+    default:
+        return 0;
+    }
+}
+
+MediaSize Turned(MediaSize size)
+{
+    return {size.heightMicrometres, size.widthMicrometres};
+}
+
+std::int32_t ReadNumber(const PrintSchemaHandler& capabilities, std::initializer_list<const wchar_t*> levels)
+{
+    const std::wstring framework(capabilities.GetPrefix(NamespaceId::Framework).View());
+    const std::wstring keywords(capabilities.GetPrefix(NamespaceId::Keywords).View());
+    std::wstring path;
+    for (const wchar_t* level : levels)
+    {
+        path.append(path.empty() ? L"//" : L"/")
+            .append(framework)
+            .append(L"Property[@name = \"")
+            .append(keywords)
+            .append(level)
+            .append(L"\"]");
+    }
+    std::int32_t value = 0;
+    ThrowIfFailed(capabilities.GetValueInteger(path.c_str(), &value));
+    return value;
+}
+
+ImageableSize ReadSize(const PrintSchemaHandler& capabilities)
+{
+    const auto sheet = [&](const wchar_t* name) {
+        return ReadNumber(capabilities, {L"PageImageableSize", name});
+    };
+    const auto area = [&](const wchar_t* name) {
+        return ReadNumber(capabilities, {L"PageImageableSize", L"ImageableArea", name});
+    };
+    return {{sheet(L"ImageableSizeWidth"), sheet(L"ImageableSizeHeight")},
+            {area(L"OriginWidth"), area(L"OriginHeight"), area(L"ExtentWidth"), area(L"ExtentHeight")}};
+}
+} // namespace
+
+std::optional<ImageableArea> ImageableAreaReader::Read(const MediaSizeEntry& media,
+                                                       const PageOrientationData& orientation)
+{
+    ComPtr<IXMLDOMDocument2> pageTicket;
+    ThrowIfFailed(m_provider.GetLevelTicket(kPTPageScope, pageTicket.Receive()));
+    std::wstring request = TextOf(pageTicket.Get()) + NameOf(media, orientation);
+    Answer answer;
+    if (const Answer* known = m_byPage.Find(request))
+    {
+        answer = *known;
+    }
+    else
+    {
+        answer = ReadUnder(pageTicket.Get(), media, orientation);
+        m_byPage.Add(std::move(request), answer);
+    }
+    return answer ? std::optional(answer->area) : std::nullopt;
+}
+
+ImageableAreaReader::Answer ImageableAreaReader::ReadUnder(IXMLDOMDocument2* pageTicket,
+                                                           const MediaSizeEntry& media,
+                                                           const PageOrientationData& orientation)
+{
+    MediaSizeData sheet(media);
+    int quarters = QuarterTurnsOf(orientation);
+    const MediaSize seen = quarters % 2 == 0 ? sheet.GetSize() : Turned(sheet.GetSize());
+    Answer answer = AskFor(pageTicket, sheet, orientation);
+    if (answer && IsSameSheet(answer->sheet, seen))
+    {
+        return answer;
+    }
+    if (sheet.IsPortrait() && quarters == 0)
+    {
+        return std::nullopt;
+    }
+    if (!sheet.IsPortrait())
+    {
+        // Portrait on the turned sheet lies on the upright one as Landscape does.
+        sheet.Rotate();
+        ++quarters;
+    }
+    answer = AskFor(pageTicket, sheet, PageOrientationData());
+    if (answer && IsSameSheet(answer->sheet, sheet.GetSize()))
+    {
+        return TurnClockwise(*answer, quarters % 4);
+    }
+    return std::nullopt;
+}
+
+ImageableAreaReader::Answer ImageableAreaReader::AskFor(IXMLDOMDocument2* pageTicket,
+                                                        const MediaSizeData& media,
+                                                        const PageOrientationData& orientation)
+{
+    const ComPtr<IXMLDOMDocument2> ticket = CopyOf(pageTicket);
+    const PrintTicketFunctionOption* const accessors[] = {&media, &orientation};
+    RewriteTicket(ticket, accessors, kPrivateUri);
+
+    std::wstring text = TextOf(ticket.Get());
+    if (const Answer* known = m_byTicket.Find(text))
+    {
+        return *known;
+    }
+    const Answer answer = Ask(ticket.Get());
+    m_byTicket.Add(std::move(text), answer);
+    return answer;
+}
+
+ImageableAreaReader::Answer ImageableAreaReader::Ask(IXMLDOMDocument2* ticket)
+{
+    ImageableSize size;
+    const HRESULT asked = exception::AtBoundary([&] {
+        ComPtr<IXMLDOMDocument2> document;
+        ThrowIfFailed(m_provider.GetCapabilities(ticket, document.Receive()));
+        size = ReadSize(PrintSchemaDocumentHandler::ForPrintCapabilities(document));
+        return S_OK;
+    });
+    const bool hasExtent = size.area.widthMicrometres > 0 && size.area.heightMicrometres > 0;
+    return HasSucceeded(asked) && hasExtent ? Answer(size) : std::nullopt;
+}
+} // namespace base::xps::printschema
