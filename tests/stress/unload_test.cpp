@@ -98,6 +98,30 @@ Holdings GrowthOf(const char* what, int times, bool isUnloaded)
     return growth;
 }
 
+bool HasCom()
+{
+    APTTYPE type;
+    APTTYPEQUALIFIER qualifier;
+    return CoGetApartmentType(&type, &qualifier) != CO_E_NOTINITIALIZED;
+}
+
+// A released filter lets go of some 20 blocks of its own; a ticket's document has hundreds.
+TEST(Unload, ReleasesAFilterWhereNothingElseBringsComUp)
+{
+    const LoadedLibrary tickets(OFFLINE_TICKET_LIBRARY);
+    const FilterModule module(FILTER_MODULE);
+    host::pipeline::CallTrace trace;
+    auto filter = module.CreateFilter(trace);
+    std::thread([&] {
+        RunTurnedPage(*filter);
+        EXPECT_FALSE(HasCom());
+    }).join();
+    const long long held = MeasureHoldings().heapBlocks;
+    std::thread([&] { filter = {}; }).join();
+    EXPECT_LT(held - MeasureHoldings().heapBlocks, 100) << "documents of COM that were not released in time";
+    EXPECT_TRUE(module.CanUnload());
+}
+
 TEST(Unload, LeavesNothingBehind)
 {
     // The system's libraries stay: winspool.drv in Wine 8 leaves a handle open each time that it goes.

@@ -128,18 +128,6 @@ TEST_F(PartLoop, DoesNotStartWithoutWhatTheTicketsAreOpenedWith)
     }
 }
 
-TEST_F(PartLoop, KeepsNoTicketDocumentBeyondTheOperation)
-{
-    pipeline->driverBag->tesselType = 'L';
-    pipeline->Add<support::SequencePart>("sequence");
-    const auto filter = Initialized();
-    EXPECT_EQ(filter->StartOperation(), S_OK);
-    ComPtr<IXMLDOMDocument2> ticket;
-    EXPECT_EQ(filter->GetPrintTicketProvider().GetReceivedTicket(ticket.Receive()), S_OK);
-    EXPECT_FALSE(ticket);
-    EXPECT_EQ(filter->GetPrintTicketProvider().GetLevelTicket(kPTJobScope, ticket.Receive()), E_PENDING);
-}
-
 TEST_F(PartLoop, NeedsAReader)
 {
     pipeline->communicator->reader = {};
