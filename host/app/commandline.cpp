@@ -102,6 +102,9 @@ CLI::App* AddRun(CLI::App& app, RunCommand& command)
         job::AddText(*run, "-o,--output", command.job.output, "The document to write")->type_name("OUT");
     const CLI::Option* const dryRun =
         run->add_flag("--dry-run")->description("Write no document")->excludes(output);
+    run->add_option("--compression", command.job.compression, "How hard to compress new parts (default: 6)")
+        ->type_name("0-9")
+        ->check(CLI::Range(0, 9));
     run->add_flag("--trace", command.showsCalls, "Print each pipeline call and its HRESULT on stderr");
     run->add_flag("--json", command.asJson, "Print one JSON object a page in place of the table");
     job::AddText(*run, "--report", command.report, "Write a page that shows what became of each page")

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 
+#include "host/opc/compressedcontent.h"
 #include "host/tickets/userticket.h"
 
 namespace host::job
@@ -15,6 +16,8 @@ struct Job
     std::filesystem::path document;
     /// Empty for a run that writes nothing.
     std::optional<std::filesystem::path> output;
+    /// zlib's level for new parts: 0 to 9.
+    int compression = opc::kUsualCompression;
 
     /// Empty for the built-in ticket.
     std::optional<std::filesystem::path> userTicket;

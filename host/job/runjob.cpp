@@ -179,7 +179,7 @@ void CommitOutput(const Job& job,
 JobOutcome RunJob(const Job& job, const std::string& userTicket, JobListener& listener)
 {
     const opc::Package package(job.document);
-    opc::PackageWriter writer(package, job.output);
+    opc::PackageWriter writer(package, job.output, job.compression);
     const pipeline::Printer printer(SpoolerPrinterOf(job));
     pipeline::CallTrace trace([&](const pipeline::TracedCall& call) { listener.OnCall(call); });
     const pipeline::FilterModule module(FilterModuleOf(job));

@@ -10,10 +10,15 @@ namespace host::opc
 namespace
 {
 constexpr std::string_view kRelationshipsType = "application/vnd.openxmlformats-package.relationships+xml";
+
+/// In bytes. A smaller content is compressed when the package is written: a thread costs more than it saves.
+constexpr std::uint64_t kLargeContent = 65536;
 } // namespace
 
-PackageWriter::PackageWriter(const Package& source, const std::optional<std::filesystem::path>& target)
-    : m_source(source), m_contentTypes(source.Types())
+PackageWriter::PackageWriter(const Package& source,
+                             const std::optional<std::filesystem::path>& target,
+                             int compression)
+    : m_source(source), m_compression(compression), m_contentTypes(source.Types())
 {
     if (target && std::filesystem::exists(*target) && std::filesystem::equivalent(*target, source.Path()))
     {
@@ -110,14 +115,32 @@ void PackageWriter::Commit(const WriteListener& listener)
 bool PackageWriter::Exists(const PartName& part) const
 {
     const auto change = m_changes.find(part);
-    return change != m_changes.end() ? change->second.content.has_value() : m_source.Has(part);
+    return change != m_changes.end() ? change->second.content.valid() : m_source.Has(part);
 }
 
 void PackageWriter::Keep(const PartName& part, PartContent content)
 {
+    m_changes[part].content = StartToCompress(std::move(content));
+}
+
+PackageWriter::Compressing PackageWriter::StartToCompress(PartContent content)
+{
     // There may be one for each page of the document.
     content.SpillAll();
-    m_changes[part].content = std::move(content);
+    const bool isLarge = content.Size() >= kLargeContent;
+    auto work = [source = std::move(content), empty = NewContent(), level = m_compression]() mutable {
+        return std::make_shared<const CompressedContent>(Compress(source, std::move(empty), level));
+    };
+    if (!isLarge)
+    {
+        return std::async(std::launch::deferred, std::move(work));
+    }
+    if (m_latest.valid())
+    {
+        m_latest.wait();
+    }
+    m_latest = std::async(std::launch::async, std::move(work));
+    return m_latest;
 }
 
 void PackageWriter::Require(const PartName& part) const
@@ -130,7 +153,7 @@ void PackageWriter::Require(const PartName& part) const
 
 void PackageWriter::Drop(const PartName& part)
 {
-    m_changes[part].content.reset();
+    m_changes[part].content = {};
     std::erase(m_added, part);
     m_contentTypes.Remove(part);
     m_typesChanged = true;
@@ -189,10 +212,10 @@ void PackageWriter::StoreRelationships(const Relationships& relationships, const
     }
 }
 
-std::vector<PackageWriter::ItemPlan> PackageWriter::PlanItems(PartContent& contentTypes)
+std::vector<PackageWriter::ItemPlan> PackageWriter::PlanItems()
 {
     std::vector<ItemPlan> plan(m_source.Archive().Items().size());
-    const auto place = [&](const StoredPart& stored, PartContent* content) {
+    const auto place = [&](const StoredPart& stored, const Compressing& content) {
         for (const std::size_t item : stored.items)
         {
             plan[item].isCopied = false;
@@ -205,12 +228,12 @@ std::vector<PackageWriter::ItemPlan> PackageWriter::PlanItems(PartContent& conte
         const auto stored = m_source.Parts().find(part);
         if (stored != m_source.Parts().end())
         {
-            place(stored->second, change.content.has_value() ? &*change.content : nullptr);
+            place(stored->second, change.content);
         }
     }
     if (m_typesChanged)
     {
-        place(m_source.ContentTypesStream(), &contentTypes);
+        place(m_source.ContentTypesStream(), StartToCompress(NewContent(m_contentTypes.Serialize())));
     }
     return plan;
 }
@@ -218,8 +241,7 @@ std::vector<PackageWriter::ItemPlan> PackageWriter::PlanItems(PartContent& conte
 void PackageWriter::WriteItems()
 {
     ZipWriter& writer = m_archive.value();
-    PartContent contentTypes = NewContent(m_contentTypes.Serialize());
-    const std::vector<ItemPlan> plan = PlanItems(contentTypes);
+    const std::vector<ItemPlan> plan = PlanItems();
     const auto& items = m_source.Archive().Items();
     for (std::size_t index = 0; index < plan.size(); ++index)
     {
@@ -227,16 +249,16 @@ void PackageWriter::WriteItems()
         {
             writer.Copy(m_source.Archive(), index);
         }
-        else if (plan[index].content != nullptr)
+        else if (plan[index].content.valid())
         {
-            writer.Add(*plan[index].name, std::move(*plan[index].content), items[index].modified);
+            writer.Add(*plan[index].name, plan[index].content.get(), items[index].modified);
         }
     }
     // The source's time and not the current one, so that the same job gives the same bytes.
     const std::time_t modified = items[m_source.ContentTypesStream().items.front()].modified;
     for (const PartName& part : m_added)
     {
-        writer.Add(part.Text().substr(1), std::move(*m_changes.at(part).content), modified);
+        writer.Add(part.Text().substr(1), m_changes.at(part).content.get(), modified);
     }
 }
 } // namespace host::opc

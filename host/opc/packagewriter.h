@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <future>
 #include <map>
 #include <memory>
 #include <optional>
@@ -9,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "host/opc/compressedcontent.h"
 #include "host/opc/contenttypes.h"
 #include "host/opc/package.h"
 #include "host/opc/partcontent.h"
@@ -21,16 +23,19 @@ namespace host::opc
 /// A new package made of an existing one and of changes to it. What is not changed is copied as it is stored,
 /// item by item in the same order; a changed part takes the place of its first item; new parts follow.
 ///
-/// Changes are collected, the contents in a temporary file beside the target, and written by Commit. A writer
-/// that is destroyed without Commit, or whose Commit throws, leaves the target as it was and no other file.
-/// Without a target there is nothing to commit; the temporary file lies where the system keeps such files.
-/// Used on one thread. What it throws for the target is a FileError that names it.
+/// Changes are collected, the contents in a temporary file beside the target, and written by Commit. A large
+/// content is compressed meanwhile on a thread of its own, one at a time; a failure there is Commit's. A
+/// writer that is destroyed without Commit, or whose Commit throws, leaves the target as it was and no other
+/// file. Without a target there is nothing to commit; the temporary file lies where the system keeps such
+/// files. Called on one thread. What it throws for the target is a FileError that names it.
 class PackageWriter
 {
 public:
     /// `source` must outlive the writer. Throws FileError when the target is the source's own file or when
-    /// there can be no file of its name.
-    PackageWriter(const Package& source, const std::optional<std::filesystem::path>& target);
+    /// there can be no file of its name. New parts are compressed at a level from 0 to 9.
+    PackageWriter(const Package& source,
+                  const std::optional<std::filesystem::path>& target,
+                  int compression = kUsualCompression);
     PackageWriter(const PackageWriter&) = delete;
     PackageWriter& operator=(const PackageWriter&) = delete;
 
@@ -58,10 +63,12 @@ public:
     void Commit(const WriteListener& listener = [](double) {});
 
 private:
+    using Compressing = std::shared_future<std::shared_ptr<const CompressedContent>>;
+
     /// The change of a part; without content it is removed.
     struct Change
     {
-        std::optional<PartContent> content;
+        Compressing content;
     };
 
     /// What happens to an item of the source: it is copied, dropped, or replaced by a new item.
@@ -69,7 +76,7 @@ private:
     {
         bool isCopied = true;
         const std::string* name = nullptr;
-        PartContent* content = nullptr;
+        Compressing content;
     };
 
     bool Exists(const PartName& part) const;
@@ -79,11 +86,14 @@ private:
     void DropRelationshipsToRemovedParts();
     void StoreRelationships();
     void StoreRelationships(const Relationships& relationships, const PartName& part);
-    std::vector<ItemPlan> PlanItems(PartContent& contentTypes);
+    Compressing StartToCompress(PartContent content);
+    std::vector<ItemPlan> PlanItems();
     void WriteItems();
 
     const Package& m_source;
     std::shared_ptr<SpillFile> m_spill;
+    int m_compression;
+    Compressing m_latest;
     std::optional<ZipWriter> m_archive;
     std::map<PartName, Change> m_changes;
     std::vector<PartName> m_added;

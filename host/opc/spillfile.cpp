@@ -26,6 +26,7 @@ SpillFile::SpillFile(const std::filesystem::path& target)
 
 std::uint64_t SpillFile::Append(std::string_view bytes)
 {
+    const std::lock_guard lock(m_mutex);
     Seek(m_end);
     if (std::fwrite(bytes.data(), 1, bytes.size(), m_temporary.file.get()) != bytes.size())
     {
@@ -38,6 +39,7 @@ std::uint64_t SpillFile::Append(std::string_view bytes)
 
 void SpillFile::Read(std::uint64_t offset, char* buffer, std::size_t size)
 {
+    const std::lock_guard lock(m_mutex);
     Seek(offset);
     if (std::fread(buffer, 1, size, m_temporary.file.get()) != size)
     {

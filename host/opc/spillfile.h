@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <mutex>
 #include <string_view>
 
 #include "host/opc/temporaryfile.h"
@@ -10,7 +11,7 @@
 namespace host::opc
 {
 /// A temporary file for contents that do not fit in memory. The system deletes it when it is closed, even if
-/// the process is killed.
+/// the process is killed. May be used on several threads at once.
 class SpillFile
 {
 public:
@@ -28,6 +29,7 @@ private:
     [[noreturn]] void Fail(const char* what) const;
 
     std::filesystem::path m_target;
+    std::mutex m_mutex;
     TemporaryFile m_temporary;
     std::uint64_t m_end = 0;
 };

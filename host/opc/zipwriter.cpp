@@ -13,7 +13,7 @@ namespace
 class ContentSource
 {
 public:
-    ContentSource(PartContent content, std::time_t modified)
+    ContentSource(std::shared_ptr<const CompressedContent> content, std::time_t modified)
         : m_content(std::move(content)), m_modified(modified)
     {
         zip_error_init(&m_error);
@@ -55,7 +55,7 @@ private:
     {
         try
         {
-            const std::size_t count = m_content.Read(m_position, buffer, size);
+            const std::size_t count = m_content->deflated.Read(m_position, buffer, size);
             m_position += count;
             return static_cast<zip_int64_t>(count);
         }
@@ -69,13 +69,17 @@ private:
     zip_int64_t Describe(zip_stat_t* description) const noexcept
     {
         zip_stat_init(description);
-        description->valid = ZIP_STAT_SIZE | ZIP_STAT_MTIME;
-        description->size = m_content.Size();
+        description->valid =
+            ZIP_STAT_SIZE | ZIP_STAT_COMP_SIZE | ZIP_STAT_COMP_METHOD | ZIP_STAT_CRC | ZIP_STAT_MTIME;
+        description->size = m_content->size;
+        description->comp_size = m_content->deflated.Size();
+        description->comp_method = ZIP_CM_DEFLATE;
+        description->crc = m_content->crc;
         description->mtime = m_modified;
         return sizeof(*description);
     }
 
-    PartContent m_content;
+    std::shared_ptr<const CompressedContent> m_content;
     std::time_t m_modified;
     std::uint64_t m_position = 0;
     zip_error_t m_error;
@@ -148,7 +152,9 @@ void ZipWriter::Copy(const ZipArchive& source, std::size_t index)
     }
 }
 
-void ZipWriter::Add(const std::string& name, PartContent content, std::time_t modified)
+void ZipWriter::Add(const std::string& name,
+                    std::shared_ptr<const CompressedContent> content,
+                    std::time_t modified)
 {
     auto feed = std::make_unique<ContentSource>(std::move(content), modified);
     Source source(zip_source_function(m_archive.get(), &ContentSource::Serve, feed.get()));

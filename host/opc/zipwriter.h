@@ -9,7 +9,7 @@
 
 #include <zip.h>
 
-#include "host/opc/partcontent.h"
+#include "host/opc/compressedcontent.h"
 #include "host/opc/ziparchive.h"
 
 namespace host::opc
@@ -29,8 +29,7 @@ public:
     /// Takes an item over as it is stored, without decompressing it. The source must stay open until Close.
     void Copy(const ZipArchive& source, std::size_t index);
 
-    /// Adds an item that is compressed on closing.
-    void Add(const std::string& name, PartContent content, std::time_t modified);
+    void Add(const std::string& name, std::shared_ptr<const CompressedContent> content, std::time_t modified);
 
     /// Throws FileError when the archive cannot be written, and what the listener throws to stop the
     /// writing; the target is then as it was.
