@@ -67,7 +67,7 @@ HRESULT CopyCompression(EXpsCompressionOptions kept, EXpsCompressionOptions* com
 
 ComPtr<PartWriteStream> MakeWriteStream(const PipelineJobPtr& job, const opc::PartName& part)
 {
-    return MakeCom<PartWriteStream>(job->writer->NewContent(), [job, name = part.Text()] {
+    return MakeCom<PartWriteStream>(job->writer->NewContent(), job->trace, [job, name = part.Text()] {
         job->trace.Record("IPrintWriteStream::Close", name, S_OK);
     });
 }

@@ -5,8 +5,6 @@
 #include <string_view>
 #include <utility>
 
-#include "base/logging/boundary.h"
-
 namespace host::pipeline
 {
 PartReadStream::PartReadStream(std::string content, ULONG longestRead)
@@ -72,7 +70,7 @@ STDMETHODIMP PartWriteStream::WriteBytes(const void* buffer, ULONG count, ULONG*
     {
         return E_UNEXPECTED;
     }
-    return base::exception::AtBoundary([&] {
+    return m_trace.Attempt([&] {
         m_content.Append(std::string_view(static_cast<const char*>(buffer), count));
         *written = count;
         return S_OK;

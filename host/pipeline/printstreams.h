@@ -5,6 +5,7 @@
 
 #include "base/utility/comobject.h"
 #include "host/opc/partcontent.h"
+#include "host/pipeline/calltrace.h"
 #include "platform/filterpipeline.h"
 
 namespace host::pipeline
@@ -33,10 +34,11 @@ private:
 class PartWriteStream final : public base::utility::ComObject<IPrintWriteStream>
 {
 public:
-    /// `onClose` is called for each Close; it must not throw.
-    explicit PartWriteStream(
-        opc::PartContent content, std::function<void()> onClose = [] {})
-        : m_content(std::move(content)), m_onClose(std::move(onClose))
+    /// What the host cannot keep is a failure of the trace. `onClose` is called for each Close; it must not
+    /// throw.
+    PartWriteStream(
+        opc::PartContent content, CallTrace& trace, std::function<void()> onClose = [] {})
+        : m_content(std::move(content)), m_trace(trace), m_onClose(std::move(onClose))
     {
     }
 
@@ -54,6 +56,7 @@ public:
 
 private:
     opc::PartContent m_content;
+    CallTrace& m_trace;
     std::function<void()> m_onClose;
     int m_closeCount = 0;
 };

@@ -402,6 +402,7 @@ class FailureTest(ProgramTestCase):
             (["--module", "none.dll"], f"{self.windows_path('none.dll')}: cannot be loaded: "),
             (["--module", offline], f"{self.windows_path(offline)}: does not export what the host calls"),
             (["--module", no_filter], f"{no_filter}: creates no filter: "),
+            (["--compression", "10"], "--compression: Value 10 not in range 0 to 9; see --help"),
             (["--colour"], "The following argument was not expected: --colour; see --help"),
         ]
         for options, fault in table:

@@ -1,11 +1,13 @@
 #!/usr/bin/env python3
 """Runs a document that another producer has made, pages of real markup with much text, through the host."""
 
+import resource
+import signal
 import sys
 import unittest
 from pathlib import Path
 
-from hostprogram import Package, ProgramTestCase
+from hostprogram import Package, ProgramTestCase, run
 
 
 class RealDocumentTest(ProgramTestCase):
@@ -28,6 +30,24 @@ class RealDocumentTest(ProgramTestCase):
         self.assertEqual(list(after.items), list(self.before.items))
         for name in after.items:
             self.assertEqual(after.stored(name), self.before.stored(name), name)
+
+    def test_compresses_new_parts_as_it_is_told(self):
+        packages = []
+        for level in "069":
+            self.pages_of("in.xps", "-o", f"{level}.xps", "--orientation", "Landscape", "--compression", level)
+            packages.append(Package(f"{level}.xps"))
+        self.assertTrue(all(package.contents == packages[0].contents for package in packages))
+        sizes = [package.path.stat().st_size for package in packages]
+        self.assertEqual(sizes, sorted(set(sizes), reverse=True))
+
+    def test_a_full_disk_is_not_the_filters_failure(self):
+        def limit_files():
+            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+            resource.setrlimit(resource.RLIMIT_FSIZE, (100_000, 100_000))
+
+        failed = run("run", "in.xps", "-o", "out.xps", "--orientation", "Landscape", preexec_fn=limit_files)
+        fault = "xpsfilterhost: out.xps: the temporary file beside it cannot be written\n"
+        self.assertEqual((failed.returncode, failed.stderr, self.files()), (2, fault, ["in.xps"]))
 
 
 if __name__ == "__main__":

@@ -75,7 +75,8 @@ TEST(PrintStreams, RefuseNullPointers)
     EXPECT_EQ(reader->ReadBytes(nullptr, 1, &count, &isEnd), E_POINTER);
     EXPECT_EQ(reader->ReadBytes(buffer, 1, nullptr, &isEnd), E_POINTER);
     EXPECT_EQ(reader->ReadBytes(buffer, 1, &count, nullptr), E_POINTER);
-    const auto writer = MakeCom<PartWriteStream>(opc::PartContent(nullptr));
+    CallTrace trace;
+    const auto writer = MakeCom<PartWriteStream>(opc::PartContent(nullptr), trace);
     EXPECT_EQ(writer->WriteBytes(nullptr, 1, &count), E_POINTER);
     EXPECT_EQ(writer->WriteBytes("a", 1, nullptr), E_POINTER);
 }
@@ -84,8 +85,9 @@ TEST(PartWriteStream, CollectsUntilItIsClosedAndCountsTheClosing)
 {
     const OutputFolder folder;
     const auto spill = std::make_shared<opc::SpillFile>(folder / "target");
-    const auto first = MakeCom<PartWriteStream>(opc::PartContent(spill));
-    const auto second = MakeCom<PartWriteStream>(opc::PartContent(spill));
+    CallTrace trace;
+    const auto first = MakeCom<PartWriteStream>(opc::PartContent(spill), trace);
+    const auto second = MakeCom<PartWriteStream>(opc::PartContent(spill), trace);
     std::string expected;
     ULONG written = 0;
     for (const char letter : {'a', 'b', 'c', 'd', 'e'})
