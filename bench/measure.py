@@ -196,11 +196,11 @@ def take_away(time, other):
 
 def measure_document(pages):
     """The times of a whole document of turned pages, without the program's start, and of the usual tools for it."""
-    small, whole = write_package("start.xps", [SMALL_PAGE]), write_package("document.xps", [
-        page.read_text() for page in pages])
+    small = write_package("start.xps", [SMALL_PAGE])
+    whole = write_package("document.xps", [page.read_text() for page in pages]).resolve()
     folder = WORK / "unpacked"
-    tools = (f"unzip -qo {whole} -d {folder} && xsltproc -o {folder}/ {BENCH / 'turn.xsl'} {folder}/*.fpage"
-             f" && cd {folder} && zip -q6r ../packed.xps .")
+    tools = (f"set -e; unzip -qo {whole} -d {folder}; cd {folder}; rm -f ../packed.xps;"
+             f" for page in *.fpage; do xsltproc -o $page {BENCH / 'turn.xsl'} $page; done; zip -q6r ../packed.xps .")
     ours, theirs = [], []
     for _ in range(ROUNDS):
         ours.append(take_away(run_host(whole), run_host(small)))
