@@ -74,17 +74,16 @@ std::vector<Attribute> ReadAttributes(IXMLDOMNode* element)
     for (;;)
     {
         rest.remove_prefix(std::min(rest.find_first_not_of(blanks), rest.size()));
-        const std::size_t equals = rest.find_first_of(L"=/>");
-        if (equals == rest.npos || rest[equals] != L'=')
+        const std::size_t equals = std::min(rest.find_first_of(L"=/>"), rest.size());
+        // A value ends at the quote that it began with.
+        const std::wstring_view quoted = rest.substr(std::min(equals + 1, rest.size()));
+        const std::size_t closing = quoted.empty() ? quoted.npos : quoted.find(quoted.front(), 1);
+        if (equals == rest.size() || rest[equals] != L'=' || closing == quoted.npos)
         {
             return attributes;
         }
-        // A value ends at the quote that it began with.
-        const std::size_t opening = equals + 1;
-        const std::size_t closing = rest.find(rest[opening], opening + 1);
-        attributes.push_back(
-            {std::wstring(rest.substr(0, equals)), Decode(rest.substr(opening + 1, closing - opening - 1))});
-        rest.remove_prefix(closing + 1);
+        attributes.push_back({std::wstring(rest.substr(0, equals)), Decode(quoted.substr(1, closing - 1))});
+        rest = quoted.substr(closing + 1);
     }
 }
 } // namespace base::xml
