@@ -1,13 +1,11 @@
 #include "base/xps/printschema/inputbindata.h"
 
-#include "base/logging/errors.h"
+#include "base/xps/printschema/document/dom.h"
 #include "base/xps/printschema/keywordlists.h"
 
 namespace base::xps::printschema
 {
-using exception::ThrowIfFailed;
 using utility::Bstr;
-using utility::ComPtr;
 
 namespace
 {
@@ -58,10 +56,9 @@ void InputBinData::WriteParameters(PrintSchemaHandler handler, IXMLDOMElement* o
         SharedList<FeedDirectionSchema>().GetQname(static_cast<std::uint32_t>(m_feedDirection));
     const std::wstring value =
         std::wstring(handler.GetPrefix(direction.namespaceId).View()) + direction.localName;
-    ComPtr<IXMLDOMElement> property;
-    ThrowIfFailed(handler.CreatePropertyWithValue(
-        L"FeedDirection", L"QName", value.c_str(), property.Receive(), NamespaceId::Keywords));
-    ComPtr<IXMLDOMNode> appended;
-    ThrowIfFailed(option->appendChild(property.Get(), appended.Receive()));
+    AppendNew(option, [&](IXMLDOMElement** created) {
+        return handler.CreatePropertyWithValue(
+            L"FeedDirection", L"QName", value.c_str(), created, NamespaceId::Keywords);
+    });
 }
 } // namespace base::xps::printschema

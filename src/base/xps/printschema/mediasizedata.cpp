@@ -3,38 +3,23 @@
 #include <stdexcept>
 
 #include "base/logging/errors.h"
+#include "base/xps/printschema/document/dom.h"
 #include "base/xps/printschema/keywordlists.h"
 
 namespace base::xps::printschema
 {
 using exception::Throw;
-using exception::ThrowIfFailed;
-using utility::ComPtr;
 
 namespace
 {
-bool ReadLength(const PrintSchemaHandler& handler,
-                const Qname& feature,
-                const wchar_t* property,
-                std::int32_t& micrometres)
-{
-    return HasSucceeded(handler.GetScoredPropertyInteger(feature.localName.c_str(),
-                                                         property,
-                                                         &micrometres,
-                                                         feature.namespaceId,
-                                                         NamespaceId::Keywords,
-                                                         NamespaceId::Keywords));
-}
-
 void WriteLength(const PrintSchemaHandler& handler,
                  IXMLDOMElement* option,
                  const wchar_t* property,
                  std::int32_t micrometres)
 {
-    ComPtr<IXMLDOMElement> scoredProperty;
-    ThrowIfFailed(handler.CreateIntegerScoredProperty(property, micrometres, scoredProperty.Receive()));
-    ComPtr<IXMLDOMNode> appended;
-    ThrowIfFailed(option->appendChild(scoredProperty.Get(), appended.Receive()));
+    AppendNew(option, [&](IXMLDOMElement** created) {
+        return handler.CreateIntegerScoredProperty(property, micrometres, created);
+    });
 }
 } // namespace
 
@@ -119,9 +104,15 @@ const SchemaBase& MediaSizeData::GetOptionSchema() const
 
 void MediaSizeData::ReadParameters(PrintSchemaHandler handler, const Qname& feature)
 {
+    const auto read = [&](const wchar_t* property, std::int32_t& micrometres) {
+        return HasSucceeded(ReadInteger(handler,
+                                        &PrintSchemaHandler::GetScoredPropertyInteger,
+                                        feature,
+                                        {NamespaceId::Keywords, property},
+                                        micrometres));
+    };
     MediaSize size;
-    if (ReadLength(handler, feature, L"MediaSizeHeight", size.heightMicrometres) &&
-        ReadLength(handler, feature, L"MediaSizeWidth", size.widthMicrometres))
+    if (read(L"MediaSizeHeight", size.heightMicrometres) && read(L"MediaSizeWidth", size.widthMicrometres))
     {
         m_size = size;
     }

@@ -7,33 +7,6 @@
 
 namespace base::xps::printschema
 {
-namespace
-{
-bool ReadLength(const PrintSchemaHandler& handler,
-                const Qname& feature,
-                const wchar_t* property,
-                std::int32_t& micrometres)
-{
-    return HasSucceeded(handler.GetPropertyInteger(feature.localName.c_str(),
-                                                   property,
-                                                   &micrometres,
-                                                   feature.namespaceId,
-                                                   NamespaceId::Private,
-                                                   NamespaceId::Private));
-}
-
-MediaSize ReadLimit(const PrintSchemaHandler& handler,
-                    const Qname& feature,
-                    const wchar_t* widthProperty,
-                    const wchar_t* heightProperty)
-{
-    MediaSize size;
-    const bool isComplete = ReadLength(handler, feature, widthProperty, size.widthMicrometres) &&
-                            ReadLength(handler, feature, heightProperty, size.heightMicrometres);
-    return isComplete ? size : MediaSize{};
-}
-} // namespace
-
 PrintableMediaSizeData::PrintableMediaSizeData() noexcept : ThreeScopeFeature(0, 0) {}
 
 const SchemaBase& PrintableMediaSizeData::GetFeatureSchema() const
@@ -48,8 +21,21 @@ const SchemaBase& PrintableMediaSizeData::GetOptionSchema() const
 
 void PrintableMediaSizeData::ReadParameters(PrintSchemaHandler handler, const Qname& feature)
 {
-    m_limits.minimum = ReadLimit(handler, feature, L"MinWidth", L"MinHeight");
-    m_limits.maximum = ReadLimit(handler, feature, L"MaxWidth", L"MaxHeight");
+    const auto read = [&](const wchar_t* property, std::int32_t& micrometres) {
+        return HasSucceeded(ReadInteger(handler,
+                                        &PrintSchemaHandler::GetPropertyInteger,
+                                        feature,
+                                        {NamespaceId::Private, property},
+                                        micrometres));
+    };
+    const auto readLimit = [&](const wchar_t* widthProperty, const wchar_t* heightProperty) {
+        MediaSize size;
+        const bool isComplete =
+            read(widthProperty, size.widthMicrometres) && read(heightProperty, size.heightMicrometres);
+        return isComplete ? size : MediaSize{};
+    };
+    m_limits.minimum = readLimit(L"MinWidth", L"MinHeight");
+    m_limits.maximum = readLimit(L"MaxWidth", L"MaxHeight");
     if (m_limits.minimum.widthMicrometres > m_limits.maximum.widthMicrometres ||
         m_limits.minimum.heightMicrometres > m_limits.maximum.heightMicrometres)
     {

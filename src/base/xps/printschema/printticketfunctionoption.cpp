@@ -5,6 +5,7 @@
 
 #include "base/logging/errors.h"
 #include "base/logging/log.h"
+#include "base/xps/printschema/document/dom.h"
 
 namespace base::xps::printschema
 {
@@ -145,17 +146,30 @@ void PrintTicketFunctionOption::SetFeatureIdByQname(NamespaceId namespaceId, con
     SetFeatureId(GetFeatureSchema().IndexOf(namespaceId, localName));
 }
 
+HRESULT PrintTicketFunctionOption::ReadInteger(const PrintSchemaHandler& handler,
+                                               decltype(&PrintSchemaHandler::GetPropertyInteger) read,
+                                               const Qname& feature,
+                                               const Qname& property,
+                                               std::int32_t& value)
+{
+    return (handler.*read)(feature.localName.c_str(),
+                           property.localName.c_str(),
+                           &value,
+                           feature.namespaceId,
+                           property.namespaceId,
+                           property.namespaceId);
+}
+
 void PrintTicketFunctionOption::WriteInteger(const PrintSchemaHandler& handler,
                                              IXMLDOMElement* option,
                                              const Qname& name,
                                              std::int32_t value)
 {
     const std::wstring text = logging::FormatWString(L"%d", value);
-    ComPtr<IXMLDOMElement> property;
-    ThrowIfFailed(handler.CreatePropertyWithValue(
-        name.localName.c_str(), L"integer", text.c_str(), property.Receive(), name.namespaceId));
-    ComPtr<IXMLDOMNode> appended;
-    ThrowIfFailed(option->appendChild(property.Get(), appended.Receive()));
+    AppendNew(option, [&](IXMLDOMElement** created) {
+        return handler.CreatePropertyWithValue(
+            name.localName.c_str(), L"integer", text.c_str(), created, name.namespaceId);
+    });
 }
 
 std::int32_t PrintTicketFunctionOption::FeatureIdOrNone() const

@@ -78,6 +78,13 @@ protected:
     /// The feature id, or -1 while it is not set.
     std::int32_t FeatureIdOrNone() const;
 
+    /// Reads an integer property of a feature with the handler's operation for its kind of property.
+    [[nodiscard]] static HRESULT ReadInteger(const PrintSchemaHandler& handler,
+                                             decltype(&PrintSchemaHandler::GetPropertyInteger) read,
+                                             const Qname& feature,
+                                             const Qname& property,
+                                             std::int32_t& value);
+
     /// Appends a property with an integer value to the option. Throws HresultError.
     static void WriteInteger(const PrintSchemaHandler& handler,
                              IXMLDOMElement* option,

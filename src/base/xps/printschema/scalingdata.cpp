@@ -3,6 +3,7 @@
 #include <stdexcept>
 
 #include "base/logging/errors.h"
+#include "base/xps/printschema/document/dom.h"
 #include "base/xps/printschema/keywordlists.h"
 
 namespace base::xps::printschema
@@ -15,18 +16,6 @@ namespace
 bool IsCustom(std::int32_t optionId)
 {
     return optionId == ScalingData::kCustom || optionId == ScalingData::kCustomSquare;
-}
-
-std::int32_t ReadParameter(const PrintSchemaHandler& handler, const Qname& feature, const wchar_t* property)
-{
-    std::int32_t value = 0;
-    ThrowIfFailed(handler.GetScoredPropertyInteger(feature.localName.c_str(),
-                                                   property,
-                                                   &value,
-                                                   feature.namespaceId,
-                                                   NamespaceId::Keywords,
-                                                   NamespaceId::Keywords));
-    return value;
 }
 } // namespace
 
@@ -44,19 +33,26 @@ const SchemaBase& ScalingData::GetOptionSchema() const
 
 void ScalingData::ReadParameters(PrintSchemaHandler handler, const Qname& feature)
 {
+    const auto read = [&](const wchar_t* property, std::int32_t& value) {
+        ThrowIfFailed(ReadInteger(handler,
+                                  &PrintSchemaHandler::GetScoredPropertyInteger,
+                                  feature,
+                                  {NamespaceId::Keywords, property},
+                                  value));
+    };
     PageScale scale;
     if (IsCustom(GetOptionId()))
     {
-        scale.offsetWidthMicrometres = ReadParameter(handler, feature, L"OffsetWidth");
-        scale.offsetHeightMicrometres = ReadParameter(handler, feature, L"OffsetHeight");
+        read(L"OffsetWidth", scale.offsetWidthMicrometres);
+        read(L"OffsetHeight", scale.offsetHeightMicrometres);
         if (GetOptionId() == kCustom)
         {
-            scale.widthPercent = ReadParameter(handler, feature, L"ScaleWidth");
-            scale.heightPercent = ReadParameter(handler, feature, L"ScaleHeight");
+            read(L"ScaleWidth", scale.widthPercent);
+            read(L"ScaleHeight", scale.heightPercent);
         }
         else
         {
-            scale.widthPercent = ReadParameter(handler, feature, L"Scale");
+            read(L"Scale", scale.widthPercent);
             scale.heightPercent = scale.widthPercent;
         }
     }
@@ -96,11 +92,9 @@ void ScalingData::WriteParameter(const PrintSchemaHandler& handler,
     ComPtr<IXMLDOMElement> parameterInit;
     ThrowIfFailed(handler.CreateIntegerParameter(
         parameter.c_str(), value, parameterRef.Receive(), parameterInit.Receive()));
-    ComPtr<IXMLDOMElement> scoredProperty;
-    ThrowIfFailed(
-        handler.CreateScoredPropertyWithChild(property, parameterRef.Get(), scoredProperty.Receive()));
-    ComPtr<IXMLDOMNode> appended;
-    ThrowIfFailed(option->appendChild(scoredProperty.Get(), appended.Receive()));
+    AppendNew(option, [&](IXMLDOMElement** created) {
+        return handler.CreateScoredPropertyWithChild(property, parameterRef.Get(), created);
+    });
     ThrowIfFailed(handler.AppendToElement(L"PrintTicket", parameterInit.Get()));
 }
 } // namespace base::xps::printschema

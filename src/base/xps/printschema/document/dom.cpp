@@ -101,9 +101,9 @@ ComPtr<IXMLDOMNode> FindNamed(IXMLDOMNodeList* nodes, const Bstr& name)
     return {};
 }
 
-void AppendChild(IXMLDOMNode* parent, IXMLDOMNode* child)
+void AppendChild(IXMLDOMNode* parent, IXMLDOMNode* child, exception::SourceLocation where)
 {
     ComPtr<IXMLDOMNode> appended;
-    ThrowIfFailed(parent->appendChild(child, appended.Receive()));
+    ThrowIfFailed(parent->appendChild(child, appended.Receive()), where);
 }
 } // namespace base::xps::printschema

@@ -3,6 +3,7 @@
 #include <set>
 #include <string>
 
+#include "base/logging/errors.h"
 #include "base/utility/bstr.h"
 #include "base/utility/comptr.h"
 #include "platform/msxml6.h"
@@ -31,5 +32,19 @@ utility::ComPtr<IXMLDOMNode> ItemOf(IXMLDOMNodeList* nodes, long index);
 /// The first node whose "name" attribute has this value.
 utility::ComPtr<IXMLDOMNode> FindNamed(IXMLDOMNodeList* nodes, const utility::Bstr& name);
 
-void AppendChild(IXMLDOMNode* parent, IXMLDOMNode* child);
+/// A failure is thrown with the source and line of the caller; so is that of AppendNew.
+void AppendChild(IXMLDOMNode* parent,
+                 IXMLDOMNode* child,
+                 exception::SourceLocation where = exception::SourceLocation::Current());
+
+/// Calls `create`, which fills an out-pointer with a new element, and appends that element to `parent`.
+template <typename Create>
+void AppendNew(IXMLDOMNode* parent,
+               Create&& create,
+               exception::SourceLocation where = exception::SourceLocation::Current())
+{
+    utility::ComPtr<IXMLDOMElement> element;
+    exception::ThrowIfFailed(create(element.Receive()), where);
+    AppendChild(parent, element.Get(), where);
+}
 } // namespace base::xps::printschema
