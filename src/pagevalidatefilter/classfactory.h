@@ -7,11 +7,11 @@
 
 namespace pagevalidatefilter
 {
-/// Keeps the module loaded while it lives, and while it is locked.
+/// Keeps the module loaded while the factory lives and while it is locked.
 class ClassFactoryBase : public base::utility::ComObject<IClassFactory>
 {
 public:
-    /// Each lock wants an unlock of its own. Never fails.
+    /// Each lock needs its own unlock. Never fails.
     STDMETHODIMP LockServer(BOOL lock) override;
 
 protected:
@@ -26,7 +26,7 @@ private:
 class ClassFactory final : public ClassFactoryBase
 {
 public:
-    /// CLASS_E_NOAGGREGATION for an outer object. A filter without the interface asked for is let go again.
+    /// CLASS_E_NOAGGREGATION for an outer object. If the filter does not have the interface, it is released.
     STDMETHODIMP CreateInstance(IUnknown* outer, REFIID iid, void** result) override;
 };
 } // namespace pagevalidatefilter

@@ -120,7 +120,7 @@ void PageValidateXpsFilter::CloseWriter() const
         const std::lock_guard lock(m_writerLock);
         writer = m_pWriter;
     }
-    // Kept afterwards: a cancelled operation that comes to its end closes it once more.
+    // Not reset: a cancelled operation closes the sender again when it ends (docs/surface.md).
     if (writer)
     {
         ThrowIfFailed(writer->CloseSender());

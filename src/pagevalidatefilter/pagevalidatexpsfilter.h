@@ -12,8 +12,8 @@
 
 namespace pagevalidatefilter
 {
-/// The module's filter: passes every part on in order, and makes each fixed page agree with its print ticket
-/// on the way. It keeps the module loaded until all else of it is gone, hence the order of its bases.
+/// The module's filter: sends every part on in order, and makes each fixed page agree with its print ticket
+/// first. ModuleReference is the first base, so that the module stays loaded until the filter is destroyed.
 class PageValidateXpsFilter final : ModuleReference,
                                     public base::xps::filterpipeline::XpsDocumentProviderFilterBase
 {
@@ -25,7 +25,7 @@ protected:
     void EndOperation() override;
     void CancelOperation() override;
 
-    // All throw std::invalid_argument for a null part, and HresultError for what the consumer refuses.
+    // All throw std::invalid_argument for a null part, and HresultError if the consumer fails.
     void OnUnknownPart(const base::utility::ComPtr<IUnknown>& part) override;
     void OnFixedPage(const base::utility::ComPtr<IFixedPage>& page) override;
     void OnFixedDocument(const base::utility::ComPtr<IFixedDocument>& document) override;
@@ -36,7 +36,7 @@ private:
     void ReadTicket(EPrintTicketScope scope);
     void CloseWriter() const;
 
-    // Guards the writer alone, which a cancelling thread closes.
+    // Guards m_pWriter only, which CancelOperation closes on another thread.
     mutable base::utility::Lock m_writerLock;
     base::utility::ComPtr<IXpsDocumentConsumer> m_pWriter;
     base::xps::printschema::ScalingData m_scalingData;

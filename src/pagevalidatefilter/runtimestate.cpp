@@ -2,33 +2,33 @@
 
 #include "platform/win32.h"
 
-// MinGW links the C++ runtime and its thread library into the module. Every thread that handles an exception
-// or runs a once-function costs a TLS index, two handles and some memory, and none of it is given back when
-// the module is unloaded: a process that loads the module about a thousand times runs out of TLS indexes and
-// aborts. The functions below take the place of those that bring this about: by the option --wrap the linker
-// sends calls of NAME to __wrap_NAME. All but pthread_once belong to the Itanium C++ ABI.
+// MinGW links the C++ runtime and its thread library into the module. They allocate a TLS index, and two
+// handles and some memory for each thread that handles an exception or runs a once-function. Nothing of this
+// is freed when the module is unloaded: a process that loads the module about a thousand times runs out of
+// TLS indexes and aborts. The functions below replace the ones that allocate: with the option --wrap the
+// linker redirects calls of NAME to __wrap_NAME. All but pthread_once belong to the Itanium C++ ABI.
 
 namespace __gnu_cxx
 {
-/// Frees the runtime's reserve for exceptions that are thrown when memory has run out. Declared in no header.
+/// Frees the memory that the runtime reserves for exceptions when memory has run out. No header declares it.
 void __freeres(); // NOLINT(bugprone-reserved-identifier): the runtime's name
 } // namespace __gnu_cxx
 
 namespace
 {
-/// The exceptions that a thread handles, laid out as the C++ ABI has it.
+/// The exceptions that a thread handles, in the layout of the C++ ABI.
 struct ThreadExceptions
 {
     void* caughtExceptions;
     unsigned int uncaughtExceptions;
 };
 
-// Guards the state of all function-local statics.
+// Guards the guard variables of all function-local statics.
 SRWLOCK g_staticsLock = SRWLOCK_INIT;
 CONDITION_VARIABLE g_staticInitialized = CONDITION_VARIABLE_INIT;
 
-/// A slot for each thread's exceptions, which is freed, with what it holds, when the module is unloaded. A
-/// fiber-local slot, unlike a thread-local one, can be freed together with the values of all threads.
+/// The slot of each thread's exceptions. It is freed when the module is unloaded. Freeing a fiber-local slot,
+/// unlike a thread-local one, also frees the values of all threads.
 class ThreadExceptionsSlot
 {
 public:
@@ -41,7 +41,7 @@ public:
         __gnu_cxx::__freeres();
     }
 
-    /// Null for a thread that has handled no exception.
+    /// Null if the thread has handled no exception.
     ThreadExceptions* Find() const noexcept { return static_cast<ThreadExceptions*>(FlsGetValue(m_index)); }
 
     ThreadExceptions* FindOrMake() const noexcept
@@ -53,7 +53,7 @@ public:
                 HeapAlloc(GetProcessHeap(), HEAP_ZERO_MEMORY, sizeof(ThreadExceptions)));
             if (exceptions == nullptr || FlsSetValue(m_index, exceptions) == FALSE)
             {
-                // No exception can be thrown about this. The runtime itself aborts here, too.
+                // No exception can be thrown here. The runtime itself aborts as well.
                 std::abort();
             }
         }
@@ -66,11 +66,11 @@ private:
     DWORD m_index;
 };
 
-// Made before every other static of the module and destroyed after them.
+// Created before all other statics of the module and destroyed after them.
 __attribute__((init_priority(101))) const ThreadExceptionsSlot g_threadExceptions;
 
-/// The guard variable of a function-local static. The compiler tests the first byte; the others are the
-/// runtime's.
+/// The guard variable of a function-local static. The compiler tests the first byte; the runtime may use the
+/// others.
 struct StaticGuard
 {
     bool isInitialized;
@@ -122,7 +122,7 @@ extern "C"
         EndInitialization(guard, false);
     }
 
-    // The runtime's own once-functions throw nothing.
+    // The runtime's once-functions throw nothing.
     int __wrap_pthread_once(long* control, void (*initialize)())
     {
         constexpr long untouched = 0;

@@ -10,7 +10,7 @@ STDMETHODIMP PrintReadStreamToIStream::Read(void* buffer, ULONG count, ULONG* by
     }
     if (count != 0)
     {
-        // Before anything fails: MSXML in Wine 8 takes that many bytes before it looks at the result.
+        // Set before anything can fail: MSXML in Wine 8 uses the count before it checks the result.
         *bytesRead = 0;
     }
     if (const HRESULT stamped = StampAccess(); FAILED(stamped))
@@ -27,7 +27,7 @@ STDMETHODIMP PrintReadStreamToIStream::Read(void* buffer, ULONG count, ULONG* by
     BOOL endOfFile = FALSE;
     do
     {
-        // A failing stream may leave the count alone.
+        // A stream that fails may not set the count.
         read = 0;
         hr = m_pStream->ReadBytes(bytes + *bytesRead, count - *bytesRead, &read, &endOfFile);
         *bytesRead += read;

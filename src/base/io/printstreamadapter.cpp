@@ -9,8 +9,8 @@ namespace base::io
 {
 namespace
 {
-/// Null when memory runs out. The block is larger than the name needs: four bytes for each character and
-/// for the terminator.
+/// Copies the name; null when memory runs out. The block has four bytes for each character and for the
+/// terminator, more than the name needs.
 wchar_t* CopyName(std::wstring_view name) noexcept
 {
     constexpr std::size_t bytesPerCharacter = 4;

@@ -5,10 +5,10 @@
 
 namespace base::io
 {
-/// What both views of a pipeline stream as an IStream have in common: the time stamps, the fabricated
-/// description, and everything that such a view cannot do.
+/// The common base of the two IStream adapters over print streams: the time stamps, the description, and
+/// E_NOTIMPL for what neither adapter supports.
 ///
-/// Used by one thread at a time. Nothing here throws once an adapter is constructed.
+/// Used by one thread at a time. Only construction throws.
 class PrintStreamAdapter : public utility::ComObject<IStream>
 {
 public:
@@ -27,13 +27,14 @@ public:
     STDMETHODIMP Clone(IStream**) noexcept override { return E_NOTIMPL; }
 
 protected:
-    /// Stamps all three times with now. Throws HresultError: E_POINTER without a stream, or the clock's code.
+    /// Sets all three times to the current time. Throws HresultError: E_POINTER without a stream, or the
+    /// clock's code.
     explicit PrintStreamAdapter(const IUnknown* stream);
 
     [[nodiscard]] HRESULT StampAccess() noexcept { return CoFileTimeNow(&m_accessTime); }
 
-    /// Fills `description` for a stream of `size` bytes. The name, wanted with STATFLAG_DEFAULT only, is the
-    /// caller's to free with CoTaskMemFree; E_OUTOFMEMORY leaves it null and the rest filled.
+    /// Fills `description` for a stream of `size` bytes. The name is set for STATFLAG_DEFAULT only; the
+    /// caller frees it with CoTaskMemFree. With E_OUTOFMEMORY the name is null and the rest is filled.
     [[nodiscard]] HRESULT Describe(const wchar_t* name,
                                    ULONGLONG size,
                                    DWORD flag,

@@ -11,7 +11,7 @@ namespace
 {
 using Traits = std::char_traits<char>;
 
-// Forward seeks work through pieces of this many bytes.
+// A forward seek reads or writes pieces of this many bytes.
 constexpr std::streamsize kPiece = 4096;
 
 ULONG ForOneCall(std::streamsize count) noexcept
@@ -20,7 +20,7 @@ ULONG ForOneCall(std::streamsize count) noexcept
     return static_cast<ULONG>(std::clamp<std::streamsize>(count, 0, limit));
 }
 
-/// Whether to move, relative to the current position; false for the other known directions.
+/// Returns whether the seek is relative to the current position, the only kind that moves.
 bool IsRelativeToCurrent(std::ios_base::seekdir direction)
 {
     switch (direction)
@@ -69,7 +69,7 @@ PrintStreamBuffer::int_type PrintStreamBuffer::underflow()
 
 std::streamsize PrintStreamBuffer::xsgetn(char* buffer, std::streamsize count)
 {
-    // What came before a failure has been read; the next call meets the failure again.
+    // Return the bytes read before a failure; the next call fails again.
     ULONG read = 0;
     static_cast<void>(ReadOnce(buffer, ForOneCall(count), read));
     return static_cast<std::streamsize>(read);

@@ -8,12 +8,13 @@
 
 namespace base::io
 {
-/// Lets standard streams read from or write to a print stream. Nothing is buffered: every operation goes
-/// straight to the print stream. Seeking goes forward only, relative to the current position.
+/// Lets standard streams read from or write to a print stream. Nothing is buffered: every operation calls the
+/// print stream. Seeking is possible forward only, relative to the current position. The reading half has no
+/// caller in this module (docs/surface.md).
 ///
-/// A failure of the print stream on a single character is end-of-file, on a bulk write std::overflow_error;
-/// use in the direction that the buffer was not made for is std::logic_error. Whoever obtained a write
-/// stream closes it.
+/// If the print stream fails on a single character, the result is end-of-file; on a bulk write
+/// std::overflow_error is thrown. Reading from a write stream, and the reverse, throws std::logic_error. The
+/// caller closes the print stream.
 class PrintStreamBuffer : public std::streambuf
 {
 public:
@@ -39,7 +40,7 @@ private:
     utility::ComPtr<IPrintWriteStream> m_pWriteStream;
     std::uint32_t m_bytesWritten = 0;
     utility::ComPtr<IPrintReadStream> m_pReadStream;
-    // A character that was only looked at counts as well.
+    // Includes a character that was peeked at.
     std::uint32_t m_bytesRead = 0;
 };
 } // namespace base::io

@@ -25,7 +25,7 @@ HRESULT PrintWriteStreamToIStream::WriteAndCount(const void* buffer,
     {
         return E_POINTER;
     }
-    // A write counts as access; the time of modification stays that of construction.
+    // A write updates the time of access; the time of modification stays that of construction.
     if (const HRESULT stamped = StampAccess(); FAILED(stamped))
     {
         return stamped;
@@ -40,7 +40,7 @@ HRESULT PrintWriteStreamToIStream::WriteAndCount(const void* buffer,
     ULONG taken = 0;
     do
     {
-        // A failing stream may leave the count alone.
+        // A stream that fails may not set the count.
         taken = 0;
         hr = m_pStream->WriteBytes(bytes + *bytesWritten, count - *bytesWritten, &taken);
         *bytesWritten += taken;

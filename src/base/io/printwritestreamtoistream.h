@@ -5,30 +5,31 @@
 
 namespace base::io
 {
-/// A write-only IStream over a print stream, for XML writers. Whoever obtained the print stream closes it.
+/// A write-only IStream over a print stream, for XML writers. The caller closes the print stream.
 class PrintWriteStreamToIStream final : public PrintStreamAdapter
 {
 public:
-    /// Shares `stream`. Throws HresultError with E_POINTER for null.
+    /// Keeps a reference to `stream`. Throws HresultError with E_POINTER for null.
     explicit PrintWriteStreamToIStream(IPrintWriteStream* stream)
         : PrintStreamAdapter(stream), m_pStream(stream)
     {
     }
 
-    /// Calls the print stream until it has taken all, takes nothing any more, or fails: MSXML writes each
-    /// piece once and looks at no count. Unlike other streams this one insists on `bytesWritten`.
+    /// Writes until all bytes are written, the print stream accepts no more, or it fails: MSXML writes each
+    /// piece once and ignores the count. E_POINTER without `bytesWritten`, which other streams do not
+    /// require.
     STDMETHODIMP Write(const void* buffer, ULONG count, ULONG* bytesWritten) noexcept override;
     STDMETHODIMP Stat(STATSTG* statstg, DWORD flag) noexcept override;
 
-    /// The first failure of all writes; STG_E_MEDIUMFULL when the print stream did not take all. For callers
-    /// that hand this to a writer which does not look.
+    /// The first failure of all writes; STG_E_MEDIUMFULL when the print stream did not accept all bytes. For
+    /// callers whose XML writer ignores failures.
     [[nodiscard]] HRESULT GetResult() const noexcept { return m_result; }
 
 private:
     [[nodiscard]] HRESULT WriteAndCount(const void* buffer, ULONG count, ULONG* bytesWritten) noexcept;
 
     utility::ComPtr<IPrintWriteStream> m_pStream;
-    // In bytes, those of failed writes included.
+    // In bytes, including those of failed writes.
     ULONGLONG m_size = 0;
     HRESULT m_result = S_OK;
 };

@@ -7,8 +7,8 @@
 
 namespace base::io
 {
-/// A write stream that somebody obtained and therefore owes a Close: made once, at the latest when this
-/// object goes.
+/// Owns a write stream that must be closed. Closes it exactly once: in Close, or else on destruction. The
+/// result of closing is ignored.
 class ScopedWriteStream
 {
 public:
@@ -19,7 +19,7 @@ public:
 
     IPrintWriteStream* Get() const noexcept { return m_pStream.Get(); }
 
-    /// Address for a callee's out-parameter; there must be no stream yet.
+    /// Address for a callee's out-parameter; the object must hold no stream.
     IPrintWriteStream** Receive() noexcept { return m_pStream.Receive(); }
 
     void Close() noexcept

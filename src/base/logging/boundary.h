@@ -4,13 +4,14 @@
 
 namespace base::exception
 {
-/// The HRESULT of the exception that is being handled; to be called in a catch clause only. E_OUTOFMEMORY for
-/// std::bad_alloc, an HresultError's own code, E_FAIL for any other standard exception, else E_UNEXPECTED.
-/// This is the module's way from an exception to an HRESULT; the text of the exception ends here.
+/// Maps the exception that is being handled to an HRESULT; call it in a catch clause only. std::bad_alloc
+/// gives E_OUTOFMEMORY, an HresultError its own code, any other standard exception E_FAIL, anything else
+/// E_UNEXPECTED. The text of the exception is discarded. Every method that COM or the pipeline calls uses
+/// this one mapper.
 HRESULT MapCurrentException() noexcept;
 
-/// Runs the body of a method that COM or the pipeline calls: answers its HRESULT, or the one of what it
-/// throws.
+/// Runs the body of a method that COM or the pipeline calls. Returns the body's HRESULT, or the mapped
+/// HRESULT of what the body throws.
 template <typename Body>
 [[nodiscard]] HRESULT AtBoundary(Body&& body) noexcept
 {

@@ -9,7 +9,7 @@
 
 namespace base::exception
 {
-/// A failed HRESULT on its way to the COM boundary.
+/// Carries a failed HRESULT to the COM boundary.
 class HresultError : public std::exception
 {
 public:
@@ -24,11 +24,11 @@ public:
 
 private:
     HRESULT hresult;
-    // Ends in two line ends, the text's own and the format's; both are kept.
+    // Ends in two line ends, the text's own and the format's (docs/surface.md).
     std::string message;
 };
 
-/// A failure that carries nothing but its text.
+/// A failure that carries only its text.
 class Error : public std::exception
 {
 public:
@@ -60,8 +60,8 @@ public:
     const char* what() const noexcept override { return "this scope is not supported in this feature."; }
 };
 
-/// For code that formats text for a query and fails; the DOM operations would answer with its HRESULT.
-/// Nothing in this module does.
+/// Thrown where the text of a query cannot be formatted; the DOM operations return its HRESULT. Nothing in
+/// this module throws it: docs/surface.md says why it stays.
 class CXDException : public std::exception
 {
 public:
@@ -73,14 +73,14 @@ private:
     HRESULT m_hresult;
 };
 
-/// The system's text for an HRESULT, with the line end that system texts carry; for a value unknown to the
-/// system "Unknown error 0x", the value in hexadecimal and a line feed.
+/// Returns the system's text for an HRESULT, with the line end that system texts carry. For a value that the
+/// system does not know: "Unknown error 0x", the value in hexadecimal and a line feed.
 std::string GetErrorText(HRESULT hr);
 
-/// The thread's last Win32 error as a failing HRESULT; E_FAIL where a function failed without setting one.
+/// Returns the thread's last Win32 error as a failing HRESULT; E_FAIL if the function that failed set none.
 [[nodiscard]] HRESULT GetLastFailure() noexcept;
 
-/// Throws HresultError for a failing HRESULT. Success is any other one: print-ticket calls succeed with
-/// codes of their own.
+/// Throws HresultError for a failing HRESULT. All others are success: print-ticket calls succeed with codes
+/// of their own.
 void ThrowIfFailed(HRESULT hr, SourceLocation where = SourceLocation::Current());
 } // namespace base::exception

@@ -4,7 +4,7 @@
 
 namespace base::exception
 {
-/// Where a failure was raised. As a defaulted last argument it names the caller's own line.
+/// The source and line where a failure was raised. As a default argument it names the caller's line.
 struct SourceLocation
 {
     const char* file;
@@ -18,14 +18,15 @@ struct SourceLocation
     }
 
     /// The file as messages name it: relative to the source tree, with backslashes and without its ending.
+    /// So sources that raise messages keep path and name (docs/surface.md).
     std::string Path() const;
 };
 
-/// The line that every located message consists of: path, line and text as "%s(%d) : %s\n".
+/// Formats a message: path, line and text as "%s(%d) : %s\n".
 std::string DescribeFailure(const char* text, SourceLocation where);
 std::string DescribeFailure(const char* text, const char* path, int line);
 
-/// Throws `Exception` with `text` located at the caller.
+/// Throws `Exception` with a message of `text` that names the caller's source and line.
 template <typename Exception>
 [[noreturn]] void Throw(const char* text, SourceLocation where = SourceLocation::Current())
 {

@@ -30,7 +30,7 @@ std::wstring FormatWStringV(const wchar_t* format, std::va_list arguments)
     return FormatText(format, arguments);
 }
 
-// The variadic forms say "pMessage is null" without the period, so that the two entrances can be told apart.
+// Without a period, unlike the check of the other functions: the two can be distinguished (docs/surface.md).
 std::string FormatString(const char* format, ...)
 {
     if (format == nullptr)

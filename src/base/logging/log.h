@@ -5,13 +5,13 @@
 
 namespace base::logging
 {
-/// Formats like printf, always with a decimal point: the process locale, which belongs to the host, plays
-/// no part. Throws std::invalid_argument for a null format, std::runtime_error for one that the runtime
+/// Formats like printf, but always with a decimal point: the process locale belongs to the host and is
+/// ignored. Throws std::invalid_argument for a null format, std::runtime_error for a format that the runtime
 /// library rejects.
 std::string FormatString(const char* format, ...);
 std::string FormatStringV(const char* format, std::va_list arguments);
 
-/// The same for wide text. As everywhere in the Windows runtime, "%s" takes a wide string here.
+/// The same for wide text. "%s" takes a wide string, as everywhere in the Windows runtime.
 std::wstring FormatWString(const wchar_t* format, ...);
 std::wstring FormatWStringV(const wchar_t* format, std::va_list arguments);
 } // namespace base::logging

@@ -11,7 +11,7 @@ namespace base::logging
 {
 namespace
 {
-/// The locale "C" for this thread and this scope.
+/// Sets the locale "C" for this thread while the object lives.
 class PlainLocale
 {
 public:
@@ -41,7 +41,7 @@ private:
     throw std::runtime_error("a message cannot be formatted.");
 }
 
-/// "%s" as "%ls", which is what takes wide text here.
+/// Replaces "%s" by "%ls", which takes wide text in this runtime library.
 std::wstring TakingWideText(std::wstring_view format)
 {
     constexpr std::wstring_view flagsAndLengths = L"-+ #0123456789.*hlLjzt";
@@ -76,7 +76,7 @@ std::string FormatPlainly(const char* format, std::va_list arguments)
     return text;
 }
 
-// There is no counting of wide text: the buffer grows until it is enough.
+// vswprintf cannot count the characters beforehand: the buffer grows until they fit.
 std::wstring FormatPlainly(const wchar_t* format, std::va_list arguments)
 {
     constexpr std::size_t limit = 1 << 24;

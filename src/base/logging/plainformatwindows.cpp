@@ -31,8 +31,8 @@ Locale CreatePlainLocale()
 
 _locale_t PlainLocale()
 {
-    // One for the module's life, as every thread formats with it. Who finds no memory for it leaves it to
-    // the next to try again.
+    // One locale for the life of the module; all threads format with it. If memory runs out here, the next
+    // call tries again.
     static const Locale locale = CreatePlainLocale();
     return locale.get();
 }

@@ -9,7 +9,7 @@
 
 namespace base::utility
 {
-/// Owns one BSTR; null when empty. Construction from text throws std::bad_alloc when memory runs out.
+/// Owns one BSTR, which may be null. Construction from text throws std::bad_alloc when memory runs out.
 class Bstr
 {
 public:
@@ -36,7 +36,7 @@ public:
     }
     ~Bstr() { SysFreeString(m_value); }
 
-    /// Takes over a string that its creator gives away.
+    /// Takes ownership of a string.
     static Bstr Adopt(BSTR owned) noexcept
     {
         Bstr result;
@@ -55,7 +55,7 @@ public:
     /// In characters, without the terminator; 0 for null.
     UINT Length() const noexcept { return SysStringLen(m_value); }
 
-    /// VARCMP_LT, VARCMP_EQ or VARCMP_GT by OLE automation's string comparison in the user's locale.
+    /// Compares as OLE automation does, in the user's locale: VARCMP_LT, VARCMP_EQ or VARCMP_GT.
     HRESULT Compare(BSTR other) const noexcept;
 
     /// Address for a callee's out-parameter; the string must be empty.
@@ -65,7 +65,7 @@ public:
         return &m_value;
     }
 
-    /// Gives the string to a new owner.
+    /// Passes ownership to the caller.
     [[nodiscard]] BSTR Detach() noexcept { return std::exchange(m_value, nullptr); }
 
 private:

@@ -6,10 +6,10 @@
 
 namespace base::utility
 {
-/// IUnknown for the module's own objects: one interface, count starts at 1 for the creator.
+/// Implements IUnknown for the module's COM objects, which have one interface each. The reference count
+/// starts at 1 for the creator.
 ///
-/// Derived classes implement only the methods of `Interface`; they are created with MakeCom and released
-/// with Release, never with `delete`.
+/// Derived classes implement the methods of `Interface`. Create them with MakeCom; Release deletes them.
 template <typename Interface>
 class ComObject : public Interface
 {

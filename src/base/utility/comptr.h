@@ -7,7 +7,7 @@
 
 namespace base::utility
 {
-/// A counted COM reference: adds a reference on store, gives it back on destruction.
+/// Holds a COM reference: calls AddRef when it takes a pointer, Release on destruction.
 template <typename T>
 class ComPtr
 {
@@ -35,7 +35,7 @@ public:
         }
     }
 
-    /// Takes over the creator's reference of a new object.
+    /// Takes ownership of a reference, as that of a new object.
     static ComPtr Adopt(T* owned) noexcept
     {
         ComPtr result;
@@ -55,13 +55,13 @@ public:
         return &m_pObject;
     }
 
-    /// The same for callees that take any interface.
+    /// The same for callees that return any interface as void**.
     void** ReceiveUntyped() noexcept { return reinterpret_cast<void**>(Receive()); }
 
-    /// Gives the reference to a new owner.
+    /// Passes ownership to the caller.
     [[nodiscard]] T* Detach() noexcept { return std::exchange(m_pObject, nullptr); }
 
-    /// Asks for another interface; empty when the object does not have it.
+    /// Queries for another interface; empty when the object does not have it.
     template <typename U>
     ComPtr<U> TryQuery() const noexcept
     {
@@ -74,7 +74,7 @@ private:
     T* m_pObject = nullptr;
 };
 
-/// A new object of the module's own, held by its creator's reference.
+/// Creates a COM object of this module.
 template <typename T, typename... Arguments>
 ComPtr<T> MakeCom(Arguments&&... arguments)
 {

@@ -8,20 +8,20 @@
 
 namespace base::utility
 {
-/// What the spooler knows of a printer's driver, as of construction.
+/// The spooler's information on a printer's driver, read on construction.
 class DriverInfo
 {
 public:
-    /// Asks the spooler. Throws std::runtime_error when it does not answer. The handle stays the caller's.
+    /// Calls the spooler. Throws std::runtime_error when that fails. The caller keeps the handle.
     explicit DriverInfo(HANDLE printer);
     DriverInfo(const DriverInfo&) = delete;
     DriverInfo& operator=(const DriverInfo&) = delete;
 
-    /// Lives as long as this object; the strings point into it.
+    /// Valid while this object lives, as are the strings that it points to.
     const DRIVER_INFO_3W& GetInfo() const noexcept;
 
 private:
-    // The block and, behind it, its strings.
+    // The structure, followed by its strings.
     std::vector<BYTE> m_buffer;
 };
 } // namespace base::utility

@@ -6,7 +6,7 @@
 
 namespace base::utility
 {
-/// The property bag of the printer driver, out of the pipeline's. Empty when the pipeline has none, or holds
-/// something else under its name.
+/// Reads the printer driver's property bag from the pipeline's. Empty when the pipeline has none, or when the
+/// property is something else.
 ComPtr<IPrinterPropertyBag> FindDriverPropertyBag(IPrintPipelinePropertyBag& pipelineBag);
 } // namespace base::utility

@@ -4,12 +4,12 @@
 
 namespace base::utility
 {
-/// Lets the current thread act as a user for as long as this object lives. What comes of it must be asked
-/// before anything is done in the user's name.
+/// Impersonates a user on the current thread while this object lives. Check GetResult before doing anything
+/// as the user.
 class Impersonation
 {
 public:
-    /// The token stays the caller's. A null token, which would leave the thread as it is, is refused.
+    /// The caller keeps the token. A null token fails: it would leave the thread as it is.
     explicit Impersonation(HANDLE token) noexcept;
     Impersonation(const Impersonation&) = delete;
     Impersonation& operator=(const Impersonation&) = delete;

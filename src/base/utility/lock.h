@@ -4,8 +4,8 @@
 
 namespace base::utility
 {
-/// A lock that needs no memory, for std::lock_guard: MinGW's std::mutex allocates when it is first taken, and
-/// taking it can therefore fail.
+/// A lock for std::lock_guard that allocates no memory. MinGW's std::mutex allocates when it is first locked,
+/// so that locking can fail.
 class Lock
 {
 public:

@@ -2,8 +2,8 @@
 
 namespace base::utility
 {
-/// COM for the current thread, in the multithreaded apartment, for as long as this object lives. A thread
-/// that has another apartment already keeps it.
+/// Initialises COM on the current thread, in the multithreaded apartment, while this object lives. A thread
+/// that is already in another apartment stays there.
 class SafeCoInit
 {
 public:
@@ -14,7 +14,7 @@ public:
     ~SafeCoInit();
 
 private:
-    // Whether this object owes a CoUninitialize.
+    // Whether the destructor must call CoUninitialize.
     bool initialized = false;
 };
 } // namespace base::utility

@@ -19,7 +19,7 @@ int CheckedLength(std::size_t length)
     return static_cast<int>(length);
 }
 
-// Malformed text is converted too, with replacement characters: the count is 0 for a failure only.
+// Malformed text is converted with replacement characters: the count is 0 only when the call fails.
 void RequireConverted(int count)
 {
     if (count == 0)
@@ -33,7 +33,7 @@ int Convert(const wchar_t* text, int length, char* buffer, int size)
     return WideCharToMultiByte(CP_UTF8, 0, text, length, buffer, size, nullptr, nullptr);
 }
 
-/// Narrows text that is ASCII; false for other text.
+/// Copies text that is ASCII to `narrow`; returns false for other text.
 bool NarrowAscii(std::wstring_view text, char* narrow)
 {
     for (const wchar_t c : text)
@@ -67,13 +67,13 @@ std::string ToUtf8(const std::wstring& text)
 void AppendUtf8(std::string& utf8, std::wstring_view text)
 {
     const std::size_t start = utf8.size();
-    // Nearly all markup is ASCII, which needs no call of the platform.
+    // Nearly all markup is ASCII: this saves the platform calls.
     utf8.resize(start + text.size());
     if (NarrowAscii(text, utf8.data() + start))
     {
         return;
     }
-    // No UTF-16 unit takes more than three bytes, so that one pass is enough.
+    // A UTF-16 unit takes at most three bytes, so one pass is enough.
     constexpr std::size_t bytesPerUnit = 3;
     const int size = CheckedLength(text.size() * bytesPerUnit);
     utf8.resize(start + static_cast<std::size_t>(size));

@@ -8,7 +8,7 @@
 
 namespace base::utility
 {
-/// Owns one VARIANT, which starts out empty.
+/// Owns one VARIANT, initially empty.
 class Variant
 {
 public:
@@ -18,19 +18,19 @@ public:
         V_VT(&m_value) = VT_I4;
         V_I4(&m_value) = number;
     }
-    // Nothing but bool itself: pointers convert to it, string literals among them.
+    // Accepts bool only: pointers, string literals among them, would convert to it.
     explicit Variant(std::same_as<bool> auto truth) noexcept : Variant()
     {
         V_VT(&m_value) = VT_BOOL;
         V_BOOL(&m_value) = truth ? VARIANT_TRUE : VARIANT_FALSE;
     }
-    /// Takes the string over.
+    /// Takes ownership of the string.
     explicit Variant(Bstr text) noexcept : Variant()
     {
         V_VT(&m_value) = VT_BSTR;
         V_BSTR(&m_value) = text.Detach();
     }
-    /// Shares the object.
+    /// Adds a reference to the object.
     explicit Variant(IUnknown* object) noexcept : Variant()
     {
         V_VT(&m_value) = VT_UNKNOWN;
@@ -42,24 +42,24 @@ public:
     }
     Variant(const Variant&) = delete;
     Variant& operator=(const Variant&) = delete;
-    // A bare VT_BYREF, as the pipeline hands out for handles, owns nothing; that clearing refuses it is no
-    // fault.
+    // The pipeline passes handles as a bare VT_BYREF, which owns nothing: that VariantClear fails for it does
+    // not matter.
     ~Variant() { VariantClear(&m_value); }
 
     const VARIANT& Get() const noexcept { return m_value; }
 
-    /// Address for a callee's out-parameter; what it held is cleared.
+    /// Clears the value and returns its address for a callee's out-parameter.
     VARIANT* Receive() noexcept
     {
         VariantClear(&m_value);
         return &m_value;
     }
 
-    /// Empties it before its time, for callers that answer for the result.
+    /// Clears the value, for callers that must check the result.
     [[nodiscard]] HRESULT Clear() noexcept { return VariantClear(&m_value); }
 
-    /// Asks the object that it holds for an interface and answers what that does; E_NOINTERFACE when it holds
-    /// no object. `result` must be empty.
+    /// Queries the object that it holds for an interface; E_NOINTERFACE when it holds no object. `result`
+    /// must be empty.
     template <typename T>
     [[nodiscard]] HRESULT QueryHeld(ComPtr<T>& result) const noexcept
     {
@@ -71,7 +71,7 @@ public:
         return m_value.punkVal->QueryInterface(__uuidof(T), result.ReceiveUntyped());
     }
 
-    /// The handle that it holds as the pipeline passes handles, as a bare VT_BYREF; null for anything else.
+    /// The handle, which the pipeline passes as a bare VT_BYREF; null for anything else.
     HANDLE GetHandle() const noexcept { return m_value.vt == VT_BYREF ? m_value.byref : nullptr; }
 
 private:

@@ -15,7 +15,7 @@ using utility::Bstr;
 
 namespace
 {
-/// What a reference stands for; empty for text that is none.
+/// The character of a reference such as "&amp;"; empty for other text.
 std::wstring Resolve(std::wstring_view reference)
 {
     constexpr std::pair<std::wstring_view, wchar_t> entities[] = {
@@ -42,7 +42,7 @@ std::wstring Resolve(std::wstring_view reference)
     return {static_cast<wchar_t>(0xD800 + offset / 0x400), static_cast<wchar_t>(0xDC00 + offset % 0x400)};
 }
 
-/// A value without its references. An ampersand that begins none stands for itself: the DOM of Wine does not
+/// Replaces the references in a value. An ampersand that begins no reference is kept: Wine's DOM does not
 /// escape namespace names.
 std::wstring Decode(std::wstring_view written)
 {
@@ -60,9 +60,10 @@ std::wstring Decode(std::wstring_view written)
 }
 } // namespace
 
-// By the element's text, since its attribute map lacks namespace declarations: MSXML has none there by name,
-// that of Wine 8 withholds a default namespace's and counts another twice, that of Wine 10 leaves the first
-// out. Parsing ends with the start tag. The text is the DOM's, and so well-formed.
+// Parses the element's markup, because its attribute map is not reliable for namespace declarations: MSXML
+// finds none by name, that of Wine 8 lacks a default namespace and counts another declaration twice, that of
+// Wine 10 lacks the first. Parsing ends with the start tag. The markup comes from the DOM, so it is
+// well-formed.
 std::vector<Attribute> ReadAttributes(IXMLDOMNode* element)
 {
     constexpr std::wstring_view blanks = L" \t\r\n";

@@ -13,8 +13,8 @@ struct Attribute
     std::wstring value;
 };
 
-/// The attributes and namespace declarations of an element, in document order as far as the DOM keeps it. For
-/// an element inside another, MSXML on Windows adds the declarations that its names need. Throws HresultError
-/// where the DOM fails.
+/// Reads the attributes and namespace declarations of an element, in document order as far as the DOM keeps
+/// it. For an element inside another, MSXML on Windows adds the declarations that its names need. Throws
+/// HresultError if the DOM fails.
 std::vector<Attribute> ReadAttributes(IXMLDOMNode* element);
 } // namespace base::xml

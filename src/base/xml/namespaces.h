@@ -5,20 +5,22 @@
 
 #include "platform/msxml6.h"
 
-// Namespace declarations of DOM elements. All functions throw HresultError where the DOM fails.
+// Namespace declarations of DOM elements. All functions throw HresultError if the DOM fails.
 namespace base::xml
 {
-/// What prefixes stand for, by the name of the declaring attribute, as "xmlns:psk".
+/// Namespaces by the name of the attribute that declares their prefix, such as "xmlns:psk".
 using NamespaceDeclarations = std::map<std::wstring, std::wstring>;
 
-/// The prefixes that an element itself declares, and its own; its default namespace is left out.
+/// The prefixes that an element itself declares, and the prefix of its own name, without the default
+/// namespace.
 NamespaceDeclarations DeclarationsOf(IXMLDOMElement* element);
 
-/// `name` is that of the declaring attribute.
+/// Declares a prefix; `name` is the name of the attribute, such as "xmlns:psk".
 void Declare(IXMLDOMElement* element, const std::wstring& name, const std::wstring& uri);
 
-/// The prefix under which the element declares a namespace. Without one it is declared under the preferred
-/// prefix, or under ns0001 and so on where that stands for something else. `declarations` are the element's.
+/// Returns the prefix that the element declares for a namespace. If it declares none, adds a declaration of
+/// the preferred prefix, or of ns0001 and so on if that prefix has another namespace. `declarations` are
+/// those of the element.
 std::wstring RequirePrefix(IXMLDOMElement* element,
                            NamespaceDeclarations& declarations,
                            const std::wstring& preferredPrefix,

@@ -8,7 +8,7 @@ namespace base::xml
 namespace
 {
 constexpr std::size_t kLongestMark = 3;
-// Far more than one needs.
+// Far longer than any real declaration.
 constexpr std::size_t kLongestDeclaration = 1024;
 constexpr std::u16string_view kBlanks = u" \t\r\n";
 
@@ -29,7 +29,8 @@ struct PseudoAttribute
     std::u16string_view value;
 };
 
-/// Takes the first pseudo-attribute, as encoding="utf-8", off what a declaration holds; none for other text.
+/// Removes the first pseudo-attribute, such as encoding="utf-8", from a declaration's text and returns it;
+/// nothing for other text.
 std::optional<PseudoAttribute> TakePseudoAttribute(std::u16string_view& text)
 {
     PseudoAttribute attribute{text.substr(0, text.find_first_of(u" \t\r\n=")), {}};
@@ -60,7 +61,7 @@ bool IsUnicode(std::u16string_view encoding)
     return name == u"utf-8" || name == u"utf-16";
 }
 
-/// For what an XML declaration holds behind its target.
+/// `declaration` is the text of an XML declaration after its target.
 bool NamesUnicodeOrNothing(std::u16string_view declaration)
 {
     std::u16string_view text = WithoutLeadingBlanks(declaration);
@@ -94,7 +95,8 @@ PrologVerdict PrologScanner::Take(std::string_view bytes)
     return m_verdict;
 }
 
-/// By the byte-order mark or, without one, by the zero that every character of ASCII has in UTF-16.
+/// Recognises the encoding by the byte-order mark or, without one, by the zero byte that every ASCII
+/// character has in UTF-16.
 void PrologScanner::Recognise()
 {
     std::string_view text = m_start;

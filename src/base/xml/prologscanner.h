@@ -14,15 +14,15 @@ enum class PrologVerdict
     Refused
 };
 
-/// Reads what stands in front of an XML document's root element, which may be a declaration, comments and
-/// processing instructions only. A document type is refused, and with it all that readers open and expand
-/// for its sake; so is text. An XML declaration may name UTF-8 and UTF-16 only, as OPC has it: a reader of
-/// another encoding may see a comment end where this scanner does not.
+/// Checks what comes before an XML document's root element. It accepts an XML declaration, comments and
+/// processing instructions. It refuses text, and a document type, so that no reader opens or expands
+/// entities. An XML declaration may name UTF-8 or UTF-16 only, as OPC requires: in another encoding a comment
+/// might end where this scanner does not see it.
 class PrologScanner
 {
 public:
-    /// Takes the next bytes, in portions of any size. A verdict once given stays. A document that ends
-    /// undecided has no root element.
+    /// Scans the next bytes, in portions of any size. A verdict other than Undecided is final. A document
+    /// that ends undecided has no root element.
     PrologVerdict Take(std::string_view bytes);
 
 private:
@@ -60,11 +60,11 @@ private:
     Encoding m_encoding = Encoding::Unknown;
     State m_state = State::BetweenMarkup;
     PrologVerdict m_verdict = PrologVerdict::Undecided;
-    // The first bytes, until they tell the encoding.
+    // The first bytes, until the encoding is recognised.
     std::string m_start;
-    // The half of a character that has come already.
+    // The first byte of a UTF-16 unit; -1 for none.
     int m_pendingByte = -1;
-    // What has come of a declaration, and the last characters of a comment or another instruction.
+    // The text of a declaration so far, or the last characters of a comment or another instruction.
     std::u16string m_text;
 };
 } // namespace base::xml

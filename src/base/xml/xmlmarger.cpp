@@ -62,8 +62,8 @@ ComPtr<IXMLDOMElement> RootOf(IXMLDOMDocument2* document)
     return root;
 }
 
-/// Gives a root, which has `present`, the declarations of another that it lacks. Answers with those that it
-/// has under another meaning, which is not to be touched.
+/// Adds the declarations of `wanted` that `base` lacks to `base` and to `present`, the declarations that it
+/// has. Returns those that conflict: `base` binds their prefix to another namespace, and keeps it.
 NamespaceDeclarations AddMissing(IXMLDOMElement* base,
                                  NamespaceDeclarations& present,
                                  const NamespaceDeclarations& wanted)
@@ -85,14 +85,14 @@ NamespaceDeclarations AddMissing(IXMLDOMElement* base,
     return conflicting;
 }
 
-/// A whole copy without a parent, in which the conflicting prefixes have the meaning that is given here.
+/// A deep copy without a parent that declares the conflicting prefixes itself.
 ComPtr<IXMLDOMElement> CloneWith(const NamespaceDeclarations& conflicting, IXMLDOMNode* original)
 {
     ComPtr<IXMLDOMNode> clone;
     ThrowIfFailed(original->cloneNode(VARIANT_TRUE, clone.Receive()));
     ComPtr<IXMLDOMElement> element;
     ThrowIfFailed(clone->QueryInterface(__uuidof(IXMLDOMElement), element.ReceiveUntyped()));
-    // Before the clone has a parent: a prefix that is in scope cannot be declared anew.
+    // Before the clone has a parent: a prefix that is in scope cannot be declared again.
     const NamespaceDeclarations own = DeclarationsOf(element.Get());
     for (const auto& [name, uri] : conflicting)
     {
@@ -110,10 +110,10 @@ void AppendClone(IXMLDOMNode* parent, IXMLDOMNode* original, const NamespaceDecl
     ThrowIfFailed(parent->appendChild(CloneWith(conflicting, original).Get(), appended.Receive()));
 }
 
-/// What an element's "name" attribute says.
+/// The value of an element's "name" attribute.
 struct QualifiedName
 {
-    // As the declaring attribute is named; empty for a name without prefix.
+    // The name of the attribute that declares the prefix, as "xmlns:psk"; empty for a name without prefix.
     std::wstring declaration;
     std::wstring local;
 };
@@ -135,8 +135,7 @@ QualifiedName NameOf(IXMLDOMNode* element)
                : QualifiedName{L"xmlns:" + name.substr(0, colon), name.substr(colon + 1)};
 }
 
-/// The namespace of a name of this element, which stands right below a root with these declarations; empty
-/// for none.
+/// The namespace of a name in an element that is a child of a root with these declarations; empty for none.
 std::wstring NamespaceOf(const QualifiedName& name, IXMLDOMNode* element, const NamespaceDeclarations& ofRoot)
 {
     ComPtr<IXMLDOMElement> declaring;
@@ -153,8 +152,7 @@ std::wstring NamespaceOf(const QualifiedName& name, IXMLDOMNode* element, const 
     return {};
 }
 
-/// Writes names with another prefix, in an element and all below it: in "name" attributes and in values that
-/// are qualified names.
+/// Replaces a prefix in an element and its descendants: in "name" attributes and in values of type QName.
 void ChangePrefix(IXMLDOMElement* element, const std::wstring& from, const std::wstring& to)
 {
     const std::wstring path = L"descendant-or-self::*/@name | descendant::*[not(*) and "
@@ -181,9 +179,10 @@ std::wstring PrefixOf(const QualifiedName& name)
     return name.declaration.substr(name.declaration.find(L':') + 1) + L':';
 }
 
-/// Leaves out of `wanted`, children of the target's root, those that the base has under another prefix; where
-/// that is so because the base's root uses the target's prefix for something else, the base's element is
-/// given that prefix, declared anew, and stays wanted.
+/// Finds the children of the base's root that match one of `wanted`, children of the target's root, but use
+/// another prefix for the same namespace. Such a child is removed from `wanted`, as the base has it. If the
+/// base's root binds the target's prefix to another namespace, the base's element is changed to use the
+/// target's prefix, which it declares itself, and stays in `wanted`, to be completed like any match.
 void MatchRenamed(IXMLDOMNode* baseRoot,
                   const NamespaceDeclarations& ofBase,
                   Elements& wanted,
@@ -223,7 +222,7 @@ void MatchRenamed(IXMLDOMNode* baseRoot,
     }
 }
 
-/// Whether a Feature's Option carries properties or parameters.
+/// Whether a Feature's Option has properties or parameters of its own.
 bool IsComplete(const Elements& childrenOfFeature)
 {
     return std::any_of(
@@ -247,7 +246,7 @@ void XmlMarger::Merge(IXMLDOMDocument2* base, IXMLDOMDocument2* target) const
     const ComPtr<IXMLDOMElement> targetRoot = RootOf(target);
     if (baseRoot && targetRoot)
     {
-        // Clones bear qualified names in attribute values, which only declarations of prefixes resolve.
+        // Clones hold qualified names in attribute values, whose prefixes must be declared.
         NamespaceDeclarations ofBase = DeclarationsOf(baseRoot.Get());
         const NamespaceDeclarations ofTarget = DeclarationsOf(targetRoot.Get());
         const NamespaceDeclarations conflicting = AddMissing(baseRoot.Get(), ofBase, ofTarget);

@@ -8,7 +8,7 @@
 
 namespace base::xml
 {
-/// Tells which nodes of two trees stand for the same item.
+/// Decides which nodes of two trees are the same item.
 class XmlNodeComparator
 {
 public:
@@ -23,23 +23,25 @@ protected:
     XmlNodeComparator& operator=(const XmlNodeComparator&) = default;
 };
 
-/// Completes one XML tree by another: what the target has and the base lacks is cloned into the base; what
-/// the base has stays as it is, and the target is never changed.
+/// Completes one XML tree from another: clones into the base what only the target has. What the base has
+/// stays as it is; the target is never changed.
 ///
-/// The root elements correspond to each other. A child element of the target is matched by the first base
-/// child, not matched yet, that the comparator calls the same; matched pairs are completed in turn, and a
-/// child without a match is appended whole, and the prefixes that the target's root declares keep their
-/// meaning in it.
+/// The two root elements match. A child element of the target matches the first base child that the
+/// comparator calls the same and that has no match yet. Matching pairs are completed recursively. A child
+/// without a match is appended as a deep clone, in which the prefixes of the target's root keep their
+/// meaning.
 ///
-/// Made for print tickets: a Feature selects one Option, so that one that has an Option gains no second; a
-/// Feature whose Option has content of its own is complete, as its numbers belong together; and nothing is
-/// added below a node that carries a Value. A child of the root that bears the same name under another
-/// prefix, as the print ticket provider chooses prefixes anew, counts as present. It is given the target's
-/// prefix where the base's root uses that for something else.
+/// It follows the rules of print tickets:
+/// - a Feature that has an Option gets no second one, as a Feature selects one Option;
+/// - a Feature whose Option has content is complete, as the numbers in it belong together;
+/// - nothing is added below a node that has a Value;
+/// - a child of the root counts as present under another prefix too, as the print ticket provider chooses its
+///   own prefixes. If the base's root binds the target's prefix to another namespace, that child is changed
+///   to use the target's prefix.
 class XmlMarger
 {
 public:
-    /// The comparator is borrowed.
+    /// The comparator must outlive this object.
     explicit XmlMarger(const XmlNodeComparator& comparator) noexcept : m_comparator(comparator) {}
 
     /// Throws std::invalid_argument for a null document, HresultError where the DOM fails.

@@ -18,7 +18,7 @@ using utility::Variant;
 
 namespace
 {
-/// The XML declaration of a document, where it names another encoding than UTF-8; else null.
+/// The XML declaration of a document if it names another encoding than UTF-8; else null.
 ComPtr<IXMLDOMNode> FindForeignDeclaration(IXMLDOMDocument2& document)
 {
     ComPtr<IXMLDOMNode> first;
@@ -54,8 +54,7 @@ ComPtr<IXMLDOMDocument2> CreateDocument(DWORD classContext)
     ThrowIfFailed(document->put_async(VARIANT_FALSE));
     ThrowIfFailed(document->put_validateOnParse(VARIANT_FALSE));
     ThrowIfFailed(document->put_resolveExternals(VARIANT_FALSE));
-    // Refused document types are a second line of defence, which not every parser knows: its answer is let
-    // go.
+    // A second line of defence. Not every parser has this property: failure is ignored.
     const Bstr prohibitDtd(L"ProhibitDTD");
     static_cast<void>(document->setProperty(prohibitDtd.Get(), Variant(true).Get()));
     return document;
@@ -63,12 +62,12 @@ ComPtr<IXMLDOMDocument2> CreateDocument(DWORD classContext)
 
 void RequireLoaded(IXMLDOMDocument2& document, VARIANT_BOOL loaded, exception::SourceLocation where)
 {
-    // Malformed text is S_FALSE or a failing HRESULT, by platform version, and never true.
+    // Malformed text gives S_FALSE or a failing HRESULT, by platform version; `loaded` is never true.
     if (loaded != VARIANT_TRUE)
     {
         ThrowIfFailed(E_FAIL, where);
     }
-    // MSXML in Wine 8 and 10 loads what it was told to prohibit; on Windows nothing is left to refuse here.
+    // MSXML in Wine 8 and 10 loads a document type although it is prohibited; Windows has refused it already.
     ComPtr<IXMLDOMDocumentType> documentType;
     ThrowIfFailed(document.get_doctype(documentType.Receive()), where);
     if (documentType)
@@ -77,8 +76,8 @@ void RequireLoaded(IXMLDOMDocument2& document, VARIANT_BOOL loaded, exception::S
     }
 }
 
-// MSXML in Wine 8 and 10 takes the feature "prohibit-dtd" and a lexical handler, and then neither refuses a
-// document type nor tells the handler of one. So the bytes themselves are looked at.
+// Works around MSXML in Wine 8 and 10, which accepts the feature "prohibit-dtd" and a lexical handler but
+// neither refuses a document type nor reports it: the bytes are scanned instead.
 void RefuseDocumentType(IStream& markup)
 {
     ULARGE_INTEGER start{};
@@ -124,8 +123,8 @@ ComPtr<IXMLDOMDocument2> LoadDocumentFromString(const std::wstring& markup)
 
 void WriteDocument(IXMLDOMDocument2& document, IStream& target)
 {
-    // MSXML in Wine 8 and 10 writes UTF-8 whatever the declaration says, which nobody can read then
-    // (XmlUtility.SavesWhatWasInAnotherEncoding). Without one XML is UTF-8.
+    // MSXML in Wine 8 and 10 writes UTF-8 whatever encoding the declaration names, which makes the document
+    // unreadable (XmlUtility.SavesWhatWasInAnotherEncoding). XML without a declaration is UTF-8.
     if (const ComPtr<IXMLDOMNode> declaration = FindForeignDeclaration(document))
     {
         ComPtr<IXMLDOMNode> removed;

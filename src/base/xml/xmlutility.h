@@ -6,33 +6,32 @@
 #include "base/utility/comptr.h"
 #include "platform/msxml6.h"
 
-/// DOM documents of MSXML 6. Every failure is thrown; the caller owns what a function returns. COM must be
-/// initialised on the calling thread.
+/// DOM documents of MSXML 6. Failures are thrown. COM must be initialised on the calling thread.
 namespace base::xml::XmlUtility
 {
-/// A new empty document that loads synchronously, neither validates nor fetches anything, and refuses
+/// Creates an empty document that loads synchronously, without validation or external entities, and refuses
 /// document types.
 utility::ComPtr<IXMLDOMDocument2> CreateDocument(DWORD classContext = CLSCTX_INPROC_SERVER);
 
-/// Throws HresultError with E_FAIL for a document that `load` reports as not loaded, and for one with a
+/// Throws HresultError with E_FAIL if `loaded`, the result of loading, is false, or if the document has a
 /// document type.
 void RequireLoaded(IXMLDOMDocument2& document,
                    VARIANT_BOOL loaded,
                    exception::SourceLocation where = exception::SourceLocation::Current());
 
-/// For markup that goes to a SAX reader: throws HresultError with E_FAIL for a document type, or other text,
-/// in front of the root element, or with the stream's own failure. The stream stays where it is.
+/// Checks markup before a SAX reader reads it. Throws HresultError: E_FAIL for a document type or other text
+/// before the root element, or the stream's failure. Restores the stream's position.
 void RefuseDocumentType(IStream& markup);
 
-/// Throws HresultError: with the parser's HRESULT, or E_FAIL where it only reports that nothing was loaded.
+/// Throws HresultError: the parser's HRESULT, or E_FAIL if the parser only reports that nothing was loaded.
 utility::ComPtr<IXMLDOMDocument2> LoadDocumentFromFile(const std::wstring& path);
 
-/// The same for markup; an encoding that its declaration names plays no part.
+/// The same for markup in memory; an encoding in its declaration is ignored.
 utility::ComPtr<IXMLDOMDocument2> LoadDocumentFromString(const std::wstring& markup);
 
-/// Serialises a document in UTF-8. A declaration of another encoding is taken off the document.
+/// Writes a document in UTF-8. Removes an XML declaration that names another encoding from the document.
 void WriteDocument(IXMLDOMDocument2& document, IStream& target);
 
-/// The document's serialised form in memory, positioned at its start. Throws std::invalid_argument for null.
+/// Writes a document into a memory stream, positioned at its start. Throws std::invalid_argument for null.
 utility::ComPtr<IStream> SaveDocument(IXMLDOMDocument2* document);
 } // namespace base::xml::XmlUtility

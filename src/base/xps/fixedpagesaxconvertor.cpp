@@ -15,7 +15,7 @@ FixedPageSaxConvertor::FixedPageSaxConvertor(std::ostream& output, float angleDe
 
 FixedPageSaxConvertor::~FixedPageSaxConvertor()
 {
-    // A parse that broke off leaves elements open; they close from the inside out.
+    // A parse that failed leaves elements open; this writes their end tags, innermost first.
     while (!m_openElements.empty())
     {
         m_openElements.pop();
@@ -73,7 +73,7 @@ void FixedPageSaxConvertor::WriteElement(std::wstring_view localName,
     }
     if (localName == L"FixedPage.Resources")
     {
-        // They were the page's first child and become the first child of the canvas.
+        // The page's first child becomes the canvas's first child.
         m_tag = "Canvas.Resources";
     }
     BuildAttributeTextFromSax(attributes, m_tag);
@@ -84,7 +84,7 @@ void FixedPageSaxConvertor::WritePage(ISAXAttributes& attributes, ElementTagWrit
 {
     AttributeMap map;
     ReadAttributes(attributes, map);
-    // A size that is missing comes into the map by this and counts as 0: such a page is written, not refused.
+    // operator[] adds a missing size, which counts as 0: such a page is written (docs/surface.md).
     const auto height = static_cast<float>(ToNumber(map[L"Height"]));
     const auto width = static_cast<float>(ToNumber(map[L"Width"]));
     const PageBox page{0.0F, 0.0F, width, height};

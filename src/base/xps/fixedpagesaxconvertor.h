@@ -10,16 +10,16 @@
 
 namespace base::xps
 {
-/// Writes a turned and scaled copy of the FixedPage whose SAX events it receives, as UTF-8 bytes without any
-/// layout: the page gets its new size and boxes, and its content goes into one Canvas that carries the
-/// transform. Character data, comments and processing instructions are left out; XPS pages give them no
-/// meaning.
+/// Writes a turned and scaled copy of the FixedPage whose SAX events it receives, in UTF-8 without
+/// indentation. The page gets its new size and boxes, and its content goes into one Canvas with the
+/// transform. Text, comments and processing instructions are not written: they mean nothing in an XPS page.
+/// docs/surface.md lists what is fixed.
 ///
-/// Serves one parse of one page. Callbacks throw; a failed write shows in the stream's state only.
+/// One object serves one parse. Callbacks throw; only the stream's state tells of a failed write.
 class FixedPageSaxConvertor : public FixedPageSaxHandlerBase
 {
 public:
-    /// `output` outlives the convertor.
+    /// `output` must outlive the convertor.
     FixedPageSaxConvertor(std::ostream& output, float angleDegrees, float scale);
     ~FixedPageSaxConvertor() override;
 
@@ -45,12 +45,12 @@ private:
 
     std::ostream* m_pOutput;
     std::stack<ElementTagWriter> m_openElements;
-    // The tag at hand, in UTF-8. Its memory lasts from element to element: to ask for it anew for each would
-    // cost more than the rest of the rewriting.
+    // The current tag, in UTF-8. Reused for every element: one allocation per element would cost more than
+    // the rest of the rewriting.
     std::string m_tag;
     float m_angleDegrees;
     float m_scale;
-    // Last, so that it comes after all that it serves and goes before it.
+    // The last member, so that GDI+ is released first.
     GdiplusGuard m_gdiplus;
 };
 } // namespace base::xps

@@ -18,7 +18,7 @@ constexpr const wchar_t* kWidth = L"Width";
 constexpr const wchar_t* kHeight = L"Height";
 constexpr std::wstring_view kUnicodeString = L"UnicodeString";
 
-/// One attribute as the reader holds it; the views live as long as the callback.
+/// One attribute of the reader; the views are valid during the callback.
 struct SaxAttribute
 {
     std::wstring_view localName;
@@ -93,8 +93,8 @@ bool CanLieWithin(const PageBox& box, const PageBox& page)
            !(box.Height() > page.Height());
 }
 
-/// Transforms the size of the box attribute `name` and leaves its corner where it is; erases it when it
-/// cannot be read or when `isKept` says so.
+/// Transforms the size of the box attribute `name` and keeps its corner. Removes the attribute if it cannot
+/// be read or if `isKept` returns false.
 void RewriteBox(const wchar_t* name,
                 bool (*isKept)(const PageBox& box, const PageBox& page),
                 const PageBox& page,
@@ -122,8 +122,8 @@ void RewriteBox(const wchar_t* name,
         map.erase(found);
         return;
     }
-    // The right and bottom edges, where the markup's syntax has width and height: the same whenever the
-    // corner is the origin.
+    // Writes the right and bottom edges although the markup's syntax has width and height (docs/surface.md).
+    // They are equal if the corner is the origin.
     found->second = FormatBox(box.Left, box.Top, box.Right, box.Bottom);
 }
 } // namespace

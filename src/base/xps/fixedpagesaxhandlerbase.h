@@ -10,15 +10,14 @@
 
 namespace base::xps
 {
-/// Attribute values by qualified name, in the order of plain character comparison: also the order in which
-/// they are written back.
+/// Attribute values by qualified name. They are written in the order of the map: by character codes.
 using AttributeMap = std::map<std::wstring, std::wstring>;
 
-/// A SAX content handler that answers S_OK to everything, and what rewriting a FixedPage needs: attributes
-/// and boxes, read and written.
+/// A SAX content handler that returns S_OK from every callback, with functions that read and write the
+/// attributes and boxes of a FixedPage. What it writes may look wrong and is fixed: docs/surface.md.
 ///
-/// Serves one parse on one thread. The callbacks of derived handlers may throw: they are never given to a
-/// reader but through ParseMarkup.
+/// One object serves one parse on one thread. Callbacks of derived handlers may throw, so handlers are passed
+/// to a reader through ParseMarkup only.
 class FixedPageSaxHandlerBase : public utility::ComObject<ISAXContentHandler>
 {
 public:
@@ -52,28 +51,29 @@ public:
     STDMETHODIMP skippedEntity(const wchar_t* name, int length) override;
 
 protected:
-    /// Replaces the map's content. A failing call of the reader ends it silently, with what came before.
+    /// Replaces the map's content. If a call of the reader fails, the attributes read before it are kept and
+    /// no failure is reported.
     static void ReadAttributes(ISAXAttributes& attributes, AttributeMap& map);
 
-    /// Appends the markup of all attributes in UTF-8, a blank before each. Only UnicodeString is escaped;
-    /// every other value is written as the parser delivered it.
+    /// Appends the markup of all attributes in UTF-8, a blank before each. Only UnicodeString is escaped; all
+    /// other values are written as the parser delivered them.
     static void BuildAttributeText(const AttributeMap& map, std::string& text);
 
-    /// The same in document order, straight from the reader. Appends nothing when a call of the reader fails.
+    /// The same in document order, from the reader. Appends nothing if a call of the reader fails.
     static void BuildAttributeTextFromSax(ISAXAttributes& attributes, std::string& text);
 
-    /// Gives the map the Width and Height of the transformed page. Throws std::logic_error when either is
+    /// Replaces Width and Height by those of the transformed page. Throws std::logic_error when either is
     /// missing.
     static void RewritePageSize(GdiMatrix& matrix, AttributeMap& map);
 
-    /// Transforms BleedBox in its place. XPS wants it to hold the page: one is dropped that cannot be read,
-    /// whose corner lies right of the origin or below it, or whose transformed size is smaller than `page`,
-    /// the page before the transform.
+    /// Transforms the size of BleedBox. XPS requires that it contain the page, so it is removed if it cannot
+    /// be read, if its corner lies right of or below the origin, or if its transformed size is smaller than
+    /// `page`, the page before the transform.
     static void RewriteBleedBox(const PageBox& page, GdiMatrix& matrix, AttributeMap& map);
 
-    /// Transforms ContentBox in its place. XPS wants it within the page: one is dropped that cannot be read,
-    /// whose corner lies left of the origin or above it, or whose transformed size is larger than `page`, the
-    /// page before the transform.
+    /// Transforms the size of ContentBox. XPS requires that it lie within the page, so it is removed if it
+    /// cannot be read, if its corner lies left of or above the origin, or if its transformed size is larger
+    /// than `page`, the page before the transform.
     static void RewriteContentBox(const PageBox& page, GdiMatrix& matrix, AttributeMap& map);
 };
 } // namespace base::xps

@@ -41,10 +41,10 @@ namespace
 constexpr float kTurnDegrees = 270.0F;
 constexpr float kTurnScale = 1.0F;
 
-// Counts the replaced tickets of the process, so that their part names differ.
+// Makes the names of new ticket parts unique in the process.
 std::atomic<std::uint32_t> g_pageCounter{0};
 
-/// The tickets of a job as the resolver asks for them.
+/// Gives the resolver the tickets of the provider.
 class ProviderTickets final : public printschema::TicketSource
 {
 public:
@@ -68,7 +68,8 @@ printschema::MediaSizeEntry ResolveTarget(printschema::PrintTicketProvider& prov
     return printschema::MediaSizeResolver(tickets, limits).Resolve(printschema::Scope::Document);
 }
 
-/// The name of the part that replaces `oldName`. A name without a folder stands for both of its halves.
+/// The name of the part that replaces `oldName`. A name without a folder is used as folder and as file
+/// (docs/surface.md).
 std::wstring MakeTicketName(const std::wstring& oldName)
 {
     const auto separator = oldName.find_last_of(L"/\\");
@@ -85,8 +86,8 @@ struct OldTicket
     bool isOfPage = false;
 };
 
-/// A part's bytes from their start: whether every reader of a part has a position of its own, the pipeline
-/// does not say.
+/// Reads a part from its start. The pipeline does not specify whether each reader of a part has its own
+/// position.
 ComPtr<IStream> ReadFromStart(IPrintReadStream* reader)
 {
     auto stream = utility::MakeCom<io::PrintReadStreamToIStream>(reader);
@@ -94,7 +95,7 @@ ComPtr<IStream> ReadFromStart(IPrintReadStream* reader)
     return ComPtr<IStream>::Adopt(stream.Detach());
 }
 
-/// Throws std::overflow_error when the stream fails, std::runtime_error when it takes nothing any more.
+/// Throws std::overflow_error if the stream fails, std::runtime_error if it accepts no more bytes.
 void WriteAll(std::string_view text, IPrintWriteStream& stream)
 {
     io::PrintStreamBuffer buffer(&stream);
@@ -109,7 +110,7 @@ void WriteAll(std::string_view text, IPrintWriteStream& stream)
     }
 }
 
-/// The page's ticket; an empty one where it has none.
+/// Loads the page's ticket; an empty one if the page has none.
 OldTicket LoadOldTicket(IFixedPage& page)
 {
     ComPtr<IPartPrintTicket> part;
@@ -130,7 +131,7 @@ printschema::ImageableArea WholeSheet(printschema::MediaSize sheet)
     return {0, 0, sheet.widthMicrometres, sheet.heightMicrometres};
 }
 
-/// What the driver's private prefix stands for in the ticket that the options were read from.
+/// The namespace of the driver's private prefix in the ticket that the options were read from.
 std::wstring FindPrivateNamespace(printschema::PrintTicketProvider& provider)
 {
     ComPtr<IXMLDOMDocument2> ticket;
@@ -201,7 +202,7 @@ void FixedPageValidator::Process()
 void FixedPageValidator::ReplacePrintTicket()
 {
     const OldTicket old = LoadOldTicket(*m_pPage.Get());
-    // Before the page loses its ticket: what cannot be rewritten stays where it is.
+    // First of all: if this fails, the page keeps its old ticket.
     WriteAccessors(old.document);
     if (old.isOfPage)
     {
@@ -221,7 +222,7 @@ void FixedPageValidator::ReplacePrintTicket()
 
 void FixedPageValidator::RewriteMarkup()
 {
-    // Nothing is written before the old markup was read to its end: it may turn out to be malformed there.
+    // Written only after all of the old markup is read: it may be malformed at its end.
     std::ostringstream output;
     {
         ComPtr<IPrintReadStream> reader;
@@ -231,7 +232,7 @@ void FixedPageValidator::RewriteMarkup()
     }
     if (!output)
     {
-        // A stream over memory fails for no other reason.
+        // A memory stream fails only when memory runs out.
         throw std::bad_alloc();
     }
     io::ScopedWriteStream writer;
@@ -242,7 +243,7 @@ void FixedPageValidator::RewriteMarkup()
 
 ComPtr<ISAXContentHandler> FixedPageValidator::CreateContentHandler(std::ostream& output)
 {
-    // Angle and scale are fixed, whatever the ticket says of scaling.
+    // Angle and scale are fixed, whatever scaling the ticket has (docs/surface.md).
     return ComPtr<ISAXContentHandler>::Adopt(new FixedPageSaxConvertor(output, kTurnDegrees, kTurnScale));
 }
 
@@ -272,7 +273,7 @@ void FixedPageValidator::SaveTicket(IXMLDOMDocument2* document, IPrintWriteStrea
     }
     const auto stream = utility::MakeCom<io::PrintWriteStreamToIStream>(writer);
     xml::XmlUtility::WriteDocument(*document, *stream.Get());
-    // MSXML in Wine 8 and 10 saves on, and succeeds, when the stream takes nothing any more.
+    // MSXML in Wine 8 and 10 succeeds although the stream accepts no more bytes.
     ThrowIfFailed(stream->GetResult());
 }
 
@@ -293,7 +294,7 @@ void FixedPageValidator::FitToTarget()
     {
         const auto source = m_imageableAreas.Read(m_mediaSize.GetMediaSizeEntry(), m_orientation);
         const auto target = m_imageableAreas.Read(m_targetMedia, m_orientation);
-        // A measured area is never held against a whole sheet.
+        // Both areas must be measured: a measured one is not compared with a whole sheet.
         const bool areMeasured = source && target;
         m_scaling.SetOptionId(ScalingData::kCustom);
         m_scaling.SetScale(areMeasured
@@ -301,7 +302,7 @@ void FixedPageValidator::FitToTarget()
                                : FitOnto(WholeSheet(m_mediaSize.GetSize()), WholeSheet(m_targetMedia.size)));
     }
     m_mediaSize.SetFromEntry(printschema::MediaSizeTable::Shared().Lookup(m_targetMedia.value));
-    // The table knows no size for a custom sheet.
+    // The table has no size for a custom sheet.
     m_mediaSize.SetSize(m_targetMedia.size);
 }
 

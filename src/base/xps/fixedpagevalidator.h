@@ -15,17 +15,19 @@
 
 namespace base::xps
 {
-/// Makes one fixed page agree with its print ticket: turns it a quarter turn when the ticket's orientation
-/// and its sheet disagree, refits it when the sheet lies outside the printer's limits, and then gives the
-/// page a new ticket. A page that needs neither is left alone.
+/// Makes one fixed page agree with its print ticket. It turns the page by 90 degrees if the orientation and
+/// the sheet disagree, and refits it if the sheet is outside the printer's limits; then the page gets a new
+/// ticket. Otherwise the page stays as it is.
 ///
-/// Lives for one page, on the operation's thread. A failure is thrown and leaves the page as far as it got; a
-/// page that failed must not be sent.
+/// One object serves one page, on the operation's thread. A failure is thrown and may leave the page half
+/// changed: such a page must not be sent. Names of new parts and the slots of virtual functions are fixed:
+/// docs/surface.md.
 class FixedPageValidator
 {
 public:
-    /// The accessors are copied. The provider and the reader outlive the validator. Throws
-    /// std::invalid_argument without consumer or page, and what reading the tickets fails with.
+    /// The accessors are copied; the input bin is kept and not written (docs/surface.md). The provider and
+    /// the reader must outlive the validator. Throws std::invalid_argument without consumer or page, and if
+    /// reading the tickets fails.
     FixedPageValidator(printschema::PrintTicketProvider& provider,
                        IXpsDocumentConsumer* consumer,
                        IFixedPage* page,
@@ -38,21 +40,22 @@ public:
     FixedPageValidator(const FixedPageValidator&) = delete;
     FixedPageValidator& operator=(const FixedPageValidator&) = delete;
 
+    /// Decides and does what the page needs.
     virtual void Process();
 
-    /// Gives the page a new ticket part: its old ticket, or an empty one, with the accessors written into it.
+    /// Sets a new ticket part: the page's old ticket, or an empty one, with the features of the accessors.
     virtual void ReplacePrintTicket();
 
-    /// Streams the page's markup through the content handler back into the page.
+    /// Parses the page's markup with the content handler and writes the result into the page.
     virtual void RewriteMarkup();
 
-    /// The handler that rewrites the page's markup into `output`.
+    /// Creates the handler that writes the new markup into `output`.
     virtual utility::ComPtr<ISAXContentHandler> CreateContentHandler(std::ostream& output);
 
-    /// Throws std::invalid_argument for null, HresultError for what cannot be loaded.
+    /// Throws std::invalid_argument for null, HresultError if loading fails.
     static utility::ComPtr<IXMLDOMDocument2> LoadTicket(IPrintReadStream* reader);
 
-    /// Leaves the stream open. Throws std::invalid_argument for null, HresultError for a failing write.
+    /// Does not close the stream. Throws std::invalid_argument for null, HresultError if a write fails.
     static void SaveTicket(IXMLDOMDocument2* document, IPrintWriteStream* writer);
 
 private:
@@ -68,7 +71,7 @@ private:
     printschema::ScalingData m_scaling;
     printschema::InputBinData m_inputBin;
     printschema::MediaSizeLimits m_limits;
-    // The sheet within the limits that the tickets above the page lead to.
+    // The sheet to print on if the page's own is outside the limits.
     printschema::MediaSizeEntry m_targetMedia;
     printschema::ImageableAreaReader& m_imageableAreas;
 };

@@ -15,8 +15,8 @@ namespace
 using exception::ThrowIfFailed;
 using utility::ComPtr;
 
-/// Stands between the reader and a handler that throws. An exception that crossed the reader's frames would
-/// leak the reader's state, so it is kept here and the reader is told to stop.
+/// Forwards events to a handler that may throw. An exception that crosses the reader's frames leaks the
+/// reader's state, so this keeps the exception and returns E_FAIL, which stops the reader.
 class ForwardingHandler final : public utility::ComObject<ISAXContentHandler>
 {
 public:
@@ -103,7 +103,7 @@ private:
     template <typename Callback>
     HRESULT Forward(Callback&& callback) noexcept
     {
-        // A reader that goes on after it was told to stop gets no further.
+        // A reader may continue after a failure.
         if (m_failure)
         {
             return E_FAIL;
@@ -119,7 +119,7 @@ private:
         }
     }
 
-    // Borrowed: the parse ends before its handler goes.
+    // Not counted: the handler outlives the parse.
     ISAXContentHandler* m_pTarget;
     std::exception_ptr m_failure;
 };
@@ -129,7 +129,7 @@ ComPtr<ISAXXMLReader> CreateReader()
     ComPtr<ISAXXMLReader> reader;
     ThrowIfFailed(CoCreateInstance(
         platform::kSaxXmlReader60, nullptr, CLSCTX_ALL, __uuidof(ISAXXMLReader), reader.ReceiveUntyped()));
-    // A page without its namespace declarations is worthless.
+    // The rewritten page needs the namespace declarations, which this reports as attributes.
     ThrowIfFailed(reader->putFeature(L"http://xml.org/sax/features/namespace-prefixes", VARIANT_TRUE));
     ThrowIfFailed(reader->putFeature(L"prohibit-dtd", VARIANT_TRUE));
     return reader;

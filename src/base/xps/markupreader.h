@@ -4,10 +4,10 @@
 
 namespace base::xps
 {
-/// Streams `markup` through the platform's SAX reader into `handler`. Namespace declarations arrive as
-/// attributes; document type declarations are refused.
+/// Parses `markup` with the platform's SAX reader and passes the events to `handler`. Namespace declarations
+/// are reported as attributes; document type declarations are refused.
 ///
-/// What the handler throws comes out of this function as it was thrown, without having crossed the reader.
-/// A parse that fails otherwise throws HresultError.
+/// An exception of the handler is rethrown after the parse; it never crosses the reader's frames. Throws
+/// HresultError if the parse fails for another reason.
 void ParseMarkup(IStream& markup, ISAXContentHandler& handler);
 } // namespace base::xps

@@ -43,9 +43,9 @@ void XpsDocumentProviderFilterBase::RunOperation()
 
 void XpsDocumentProviderFilterBase::EndOperation()
 {
-    // The operation's result is not changed by a failure to close.
+    // A failure to close does not change the result of the operation.
     static_cast<void>(m_pPrintTicketProvider->Close());
-    // COM may be gone from the thread when the filter is released.
+    // When the filter is released, COM may no longer be initialised on the thread.
     m_pPrintTicketProvider->ReleaseTickets();
 }
 

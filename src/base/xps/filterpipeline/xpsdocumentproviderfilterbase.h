@@ -7,8 +7,8 @@
 
 namespace base::xps::filterpipeline
 {
-/// A filter whose work is to pull the parts of an XPS document until it ends, and to hand each to a handler
-/// of its kind. The ticket of a part is taken in by the print ticket provider before its handler runs.
+/// A filter that reads the parts of an XPS document to the end and calls a handler for each kind of part.
+/// Before the handler runs, the print ticket provider has applied the part's ticket.
 class XpsDocumentProviderFilterBase : public XpsFilterBase
 {
 protected:
@@ -18,7 +18,7 @@ protected:
     void EndOperation() override;
     void CancelOperation() override;
 
-    // Each may keep the part or pass it on.
+    // A handler may keep the part or send it.
     virtual void OnUnknownPart(const utility::ComPtr<IUnknown>& part) = 0;
     virtual void OnFixedPage(const utility::ComPtr<IFixedPage>& page) = 0;
     virtual void OnFixedDocument(const utility::ComPtr<IFixedDocument>& document) = 0;

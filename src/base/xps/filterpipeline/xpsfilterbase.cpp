@@ -19,7 +19,7 @@ using utility::ComPtr;
 
 namespace
 {
-/// Null when the driver names none.
+/// Null if the driver has none.
 Bstr ReadPrivatePrefix(IPrintPipelinePropertyBag& pipelineBag)
 {
     const auto driverBag = utility::FindDriverPropertyBag(pipelineBag);
@@ -31,7 +31,7 @@ Bstr ReadPrivatePrefix(IPrintPipelinePropertyBag& pipelineBag)
     return prefix;
 }
 
-/// Fills `end` through the communicator's `request`.
+/// Gets one end of the pipeline with the communicator's `request`.
 template <typename Interface>
 void RequestEnd(ComPtr<Interface>* end,
                 IInterFilterCommunicator* communicator,
@@ -49,7 +49,7 @@ void RequestEnd(ComPtr<Interface>* end,
     ThrowIfFailed((communicator->*request)(end->ReceiveUntyped()));
     if (*end && !end->template TryQuery<Interface>())
     {
-        // A pipeline that connects the wrong filters is asked to stop, and told of no failure.
+        // The pipeline has connected the wrong filters. The code is S_OK (docs/surface.md).
         pipelineControl->RequestShutdown(S_OK, nullptr);
     }
 }
@@ -74,7 +74,7 @@ STDMETHODIMP XpsFilterBase::InitializeFilter(IInterFilterCommunicator* communica
         return E_FAIL;
     }
     return AtBoundary([&] {
-        // Before anything is kept, as memory for it may run out.
+        // First of all: memory may run out here, and then nothing is kept.
         printschema::SetPrivatePrefix(ReadPrivatePrefix(*propertyBag).Get());
         m_pCommunicator = ComPtr<IInterFilterCommunicator>(communicator);
         m_pPropertyBag = ComPtr<IPrintPipelinePropertyBag>(propertyBag);
@@ -91,7 +91,7 @@ STDMETHODIMP XpsFilterBase::ShutdownOperation()
     });
     const HRESULT finished =
         AtBoundary([&] { return m_pPipelineControl ? m_pPipelineControl->FilterFinished() : S_OK; });
-    // Which of the two failed, and how, is not passed on here.
+    // S_OK or E_FAIL and nothing else (docs/surface.md).
     return SUCCEEDED(cancelled) && SUCCEEDED(finished) ? S_OK : E_FAIL;
 }
 

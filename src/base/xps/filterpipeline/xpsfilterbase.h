@@ -10,33 +10,34 @@
 
 namespace base::xps::filterpipeline
 {
-/// The frame of a filter in the print filter pipeline: takes what the pipeline hands over, runs the derived
-/// filter's work under COM on the pipeline's thread, and answers with the HRESULT of whatever it throws.
+/// The base of a filter in the print filter pipeline. It keeps the pipeline's objects, runs the derived
+/// filter's work with COM initialised on the pipeline's thread, and maps exceptions to HRESULTs. What is
+/// fixed, as the order of virtual functions and the shutdown: docs/surface.md.
 ///
-/// The pipeline owns the filter. StartOperation runs on one thread; ShutdownOperation may come from another
-/// at any moment.
+/// The pipeline owns the filter. StartOperation runs on one thread; ShutdownOperation may be called on
+/// another at any time.
 class XpsFilterBase : public utility::ComObject<IPrintPipelineFilter>
 {
 public:
-    /// E_FAIL, and nothing kept, for a null argument. Also tells the print-ticket queries the driver's
-    /// private namespace prefix; a driver that names none is no error.
+    /// E_FAIL for a null argument; nothing is kept then. Also sets the driver's private namespace prefix for
+    /// all tickets; a driver may have none.
     STDMETHODIMP InitializeFilter(IInterFilterCommunicator* communicator,
                                   IPrintPipelinePropertyBag* propertyBag,
                                   IPrintPipelineManagerControl* pipelineControl) override;
 
-    /// E_FAIL for any failure. The pipeline hears of the end whether or not the work could be cancelled.
+    /// E_FAIL for any failure. Calls FilterFinished even if cancelling failed.
     STDMETHODIMP ShutdownOperation() override;
 
-    /// The outcome of the work; E_FAIL before InitializeFilter has succeeded. A failure also asks the
-    /// pipeline to shut down.
+    /// Returns the HRESULT of the work; E_FAIL before InitializeFilter has succeeded. After a failure it also
+    /// requests a shutdown of the pipeline.
     STDMETHODIMP StartOperation() override;
 
 protected:
     XpsFilterBase() noexcept;
     ~XpsFilterBase() override;
 
-    /// Asked of the spooler once. Throws std::logic_error before InitializeFilter, and what reading the
-    /// printer handle or asking the spooler fails with.
+    /// Calls the spooler on first use. Throws std::logic_error before InitializeFilter, and if reading the
+    /// printer handle or the spooler fails. It stays without a caller: docs/surface.md.
     virtual utility::DriverInfo* GetDriverInfo();
 
     /// The filter's work.
@@ -46,10 +47,10 @@ protected:
     /// Called by ShutdownOperation, on its thread.
     virtual void CancelOperation() = 0;
 
-    /// Fills the empty reference with the pipeline's source of parts, or its sink. Throws
-    /// std::invalid_argument for a null address, std::logic_error before InitializeFilter, HresultError when
-    /// the communicator fails. An object of the wrong interface is handed out as it is, and the pipeline is
-    /// asked to shut down, with a success code.
+    /// Gets the document provider or the document consumer of the pipeline; the reference must be empty.
+    /// Throws std::invalid_argument for a null address, std::logic_error before InitializeFilter,
+    /// HresultError if the communicator fails. For an object without the interface it requests a shutdown
+    /// with S_OK and returns the object all the same (docs/surface.md).
     void GetReader(utility::ComPtr<IXpsDocumentProvider>* reader) const;
     void GetWriter(utility::ComPtr<IXpsDocumentConsumer>* writer) const;
 

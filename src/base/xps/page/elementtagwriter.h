@@ -5,7 +5,7 @@
 
 namespace base::xps
 {
-/// Makes tags of an element's name and attributes, in UTF-8.
+/// Makes tags from an element's name and attributes, in UTF-8.
 class TagWriterBase
 {
 public:
@@ -19,28 +19,28 @@ public:
     virtual std::string MakeEndTag(const std::string& text) const = 0;
 };
 
-/// Writes start tags at once and their end tags, in reverse order, when it goes. The stream outlives it and
-/// reports a failed write by its state.
+/// Writes start tags immediately, and their end tags in reverse order on destruction. The stream must outlive
+/// it; the stream's state tells of a failed write.
 class ElementTagWriter final : public TagWriterBase
 {
 public:
     explicit ElementTagWriter(std::ostream& output) : m_pOutput(&output) {}
     ~ElementTagWriter() override;
 
-    /// Without blanks, then without angle brackets, at both ends.
+    /// Removes blanks, then angle brackets, from both ends.
     std::string CleanTagText(std::string text) const override;
     std::string MakeStartTag(std::string text) const override;
-    /// The element's name is what stands before the first blank.
+    /// The element's name is the text before the first blank.
     std::string MakeEndTag(const std::string& text) const override;
 
-    /// Makes the start tag of the text in its place, so that its owner can use its memory for the next one.
+    /// Turns the text into a start tag in place and writes it; the caller can reuse the string's memory.
     void WriteStartTag(std::string& text);
 
-    /// Forgets the end tags, for an element that failed half-way.
+    /// Discards the end tags of an element that could not be written.
     void DropEndTags() noexcept { m_endTags.clear(); }
 
 private:
-    // In the order in which they are to be written.
+    // In the order of writing.
     std::string m_endTags;
     std::ostream* m_pOutput;
 };

@@ -7,11 +7,11 @@
 
 namespace base::xps
 {
-/// An affine transform of GDI+, kept by its flat functions: (x, y) maps to (x*m11 + y*m21 + dx,
-/// x*m12 + y*m22 + dy). Starts as the identity.
+/// An affine transform of GDI+'s flat API: (x, y) maps to (x*m11 + y*m21 + dx, x*m12 + y*m22 + dy). Initially
+/// the identity.
 ///
-/// No call throws; a failing status is returned and recorded, and a success does not wipe it out. A matrix
-/// that could not be created fails every call.
+/// Nothing throws. A failing status is returned and recorded; a later success does not clear it. If the
+/// matrix could not be created, every call fails.
 class GdiMatrix
 {
 public:

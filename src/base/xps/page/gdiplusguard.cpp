@@ -9,8 +9,8 @@ namespace base::xps
 {
 namespace
 {
-// A user that is not the first waits until GDI+ has started, and a first one until it has shut down: the
-// count alone would let the one compute without GDI+ and have the other's start shut down again.
+// Held during startup and shutdown. With the count alone, a second user could compute before GDI+ has
+// started, and a shutdown could overtake the startup of the next user.
 utility::Lock g_lock;
 std::atomic<std::uint32_t> g_userCount{0};
 ULONG_PTR g_token = 0;
@@ -24,7 +24,7 @@ GdiplusGuard::GdiplusGuard() noexcept
     {
         return;
     }
-    // Version 1, no debug callback, neither the background thread nor the codecs suppressed.
+    // Version 1, no debug callback; background thread and codecs as usual.
     const Gdiplus::GdiplusStartupInput input(nullptr, FALSE, FALSE);
     g_startupStatus = Gdiplus::GdiplusStartup(&g_token, &input, nullptr);
 }

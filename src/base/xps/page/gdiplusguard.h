@@ -6,10 +6,11 @@
 
 namespace base::xps
 {
-/// Keeps GDI+ started for as long as any guard of the process lives. The status of the start is kept and not
-/// examined: where GDI+ did not start, the statuses of the matrices tell.
+/// Keeps GDI+ started while any guard of the process lives. The status of GdiplusStartup is recorded and not
+/// checked: if it failed, the calls of the matrices fail too.
 ///
-/// Guards may come and go on any thread: each finds GDI+ started, or failed to start.
+/// Guards can be created and destroyed on any thread. The constructor returns after GDI+ has started or
+/// failed to start.
 class GdiplusGuard
 {
 public:

@@ -12,7 +12,7 @@ namespace base::xps
 namespace
 {
 constexpr std::wstring_view kBlanks = L" \t\r\n\v\f";
-// What the numbers of XPS markup are made of: neither names of infinities nor hexadecimal digits.
+// The characters of numbers in XPS markup: no names of infinities, no hexadecimal digits.
 constexpr std::wstring_view kNumberCharacters = L"0123456789.eE+-";
 
 std::wstring_view FromFirstNot(std::wstring_view text, std::wstring_view skipped)
@@ -21,7 +21,7 @@ std::wstring_view FromFirstNot(std::wstring_view text, std::wstring_view skipped
     return text;
 }
 
-/// Whether a number outside the range of a double is too close to zero for it, and not too far away.
+/// Whether a number outside the range of a double is too small for it, not too large.
 bool IsTooSmall(std::string_view number)
 {
     const std::size_t mantissaEnd = std::min(number.find_first_of("eE"), number.size());
@@ -36,11 +36,11 @@ bool IsTooSmall(std::string_view number)
     }
     long long exponent = 0;
     const std::errc error = std::from_chars(digits.data(), digits.data() + digits.size(), exponent).ec;
-    // An exponent that no mantissa makes up for decides alone.
+    // An exponent this large decides alone, whatever the mantissa.
     return error == std::errc::result_out_of_range ? digits.starts_with('-') : point + exponent < firstDigit;
 }
 
-// In one pass: moving what follows for each character would take minutes where there are a million.
+// In one pass: replacing in place would take minutes for a million characters.
 void ReplaceAll(std::string& text, std::size_t start, char character, std::string_view entity)
 {
     if (text.find(character, start) == std::string::npos)
@@ -89,7 +89,7 @@ std::wstring FormatNumber(double value)
 
 void EscapeText(std::string& text, std::size_t start)
 {
-    // The ampersand first, or it would escape the entities of the others.
+    // The ampersand comes first: later it would escape the other entities.
     constexpr std::pair<char, std::string_view> entities[] = {
         {'&', "&amp;"}, {'<', "&lt;"}, {'>', "&gt;"}, {'"', "&quot;"}, {'\'', "&apos;"}};
     for (const auto& [character, entity] : entities)

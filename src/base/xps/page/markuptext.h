@@ -5,13 +5,13 @@
 
 namespace base::xps
 {
-/// The number that the text begins with, after blanks; 0 when there is none. What follows it is not looked
-/// at. A decimal point whatever the process locale, as XPS markup has it.
+/// Reads the number at the start of the text, after blanks; 0 if there is none. The rest of the text is
+/// ignored. Expects a decimal point whatever the process locale is, as XPS markup has it.
 double ToNumber(std::wstring_view text);
 
-/// With two decimals and a decimal point.
+/// Formats with two decimals and a decimal point.
 std::wstring FormatNumber(double value);
 
-/// Substitutes the five predefined entities of XML, from an index on.
+/// Replaces the characters from `start` on that XML has predefined entities for.
 void EscapeText(std::string& text, std::size_t start = 0);
 } // namespace base::xps

@@ -7,7 +7,7 @@ namespace base::xps
 {
 namespace
 {
-/// Drops the fraction. What no number of a ticket can hold becomes the nearest one that can be held, or 0.
+/// Drops the fraction. A value out of range becomes the nearest value in range; not-a-number becomes 0.
 std::int32_t Truncate(double value) noexcept
 {
     using Limits = std::numeric_limits<std::int32_t>;
@@ -22,7 +22,7 @@ std::int32_t Truncate(double value) noexcept
     return value >= Limits::max() ? Limits::max() : static_cast<std::int32_t>(value);
 }
 
-/// An open length, as that of a roll, fits any other.
+/// Infinite for an open length, such as that of a roll: it fits any target.
 double Ratio(std::int32_t source, std::int32_t target) noexcept
 {
     return source > 0 ? static_cast<double>(target) / source : std::numeric_limits<double>::infinity();
@@ -35,7 +35,7 @@ std::int32_t RoundHalfAwayFromZero(double value) noexcept
 
 std::int32_t Offset(std::int32_t source, std::int32_t target, double factor) noexcept
 {
-    // The sign is turned after rounding; the largest number has none of its size on the other side.
+    // The sign changes after rounding; the lowest number has no positive counterpart.
     const std::int32_t distance = RoundHalfAwayFromZero((target - source * factor) / factor);
     return distance == std::numeric_limits<std::int32_t>::min() ? std::numeric_limits<std::int32_t>::max()
                                                                 : -distance;
@@ -55,7 +55,7 @@ printschema::PageScale FitOnto(const printschema::ImageableArea& source,
     const double widthRatio = Ratio(source.widthMicrometres, target.widthMicrometres);
     const double heightRatio = Ratio(source.heightMicrometres, target.heightMicrometres);
     const double smaller = widthRatio < heightRatio ? widthRatio : heightRatio;
-    // A sheet without any extent has nothing to be scaled.
+    // A sheet without any extent is not scaled.
     const double factor = std::isinf(smaller) ? 1.0 : smaller;
     const std::int32_t percent = Truncate(factor * 100.0);
     return {Offset(source.leftMicrometres, target.leftMicrometres, factor),

@@ -6,12 +6,13 @@
 
 namespace base::xps
 {
-/// Whether the sheet must be turned a quarter turn to lie as its orientation says. Orientations count by
-/// their option, 0 for landscape and 1 for portrait; a square sheet is upright.
+/// Whether the page must be turned by 90 degrees because its orientation and its sheet disagree. The
+/// orientation is the option's index: 0 is landscape, 1 portrait; others never turn. A square sheet counts as
+/// portrait.
 bool MustTurn(std::int32_t orientationOption, bool sheetIsPortrait) noexcept;
 
-/// The custom scaling that brings the printable part of one sheet into that of another, as large as fits,
-/// and sets their corners together.
+/// The custom scaling that fits the imageable area of one sheet into that of another, as large as possible,
+/// with the same top left corner.
 printschema::PageScale FitOnto(const printschema::ImageableArea& source,
                                const printschema::ImageableArea& target) noexcept;
 } // namespace base::xps

@@ -4,7 +4,7 @@
 
 namespace base::xps
 {
-/// A rectangle of a page's markup, in its unit of 1/96 inch.
+/// A rectangle in page markup, in units of 1/96 inch.
 struct PageBox
 {
     float Left = 0.0F;
@@ -18,11 +18,11 @@ struct PageBox
     bool operator==(const PageBox&) const = default;
 };
 
-/// Reads the value of a box attribute: x, y, width and height between commas; runs of commas count as one.
-/// Throws std::invalid_argument for empty text and for any other count of numbers.
+/// Reads a box attribute: x, y, width and height, separated by commas; several commas count as one. Throws
+/// std::invalid_argument for empty text and if there are not four numbers.
 PageBox ParseBox(const std::wstring& text);
 
-/// The four numbers between commas, each with two decimals.
+/// Formats four numbers with two decimals each, separated by commas.
 std::wstring FormatBox(float first, float second, float third, float fourth);
 
 /// The box of the same size whose top-left corner is (x, y).

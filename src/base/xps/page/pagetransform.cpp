@@ -21,7 +21,7 @@ void ComputePageTransform(const PageBox& page, float angleDegrees, float scale, 
                                            Gdiplus::PointF(page.Right, page.Bottom)};
     matrix.TransformPoints(corners);
 
-    // The origin takes part, so that the page is never shifted left or up.
+    // The origin is included, so the page is never moved left or up.
     float minimumX = 0.0F;
     float minimumY = 0.0F;
     for (const Gdiplus::PointF& corner : corners)
@@ -66,7 +66,7 @@ PageBox TransformBox(const PageBox& box, GdiMatrix& matrix)
     std::array<Gdiplus::PointF, 2> corners{Gdiplus::PointF(box.Left, box.Top),
                                            Gdiplus::PointF(box.Right, box.Bottom)};
     matrix.TransformPoints(corners);
-    // The second point's value wins a tie, which tells a zero from a negative zero.
+    // If the values are equal the second point's is used, which matters for 0 and -0.
     const auto [first, second] = corners;
     return {std::min(second.X, first.X),
             std::min(second.Y, first.Y),

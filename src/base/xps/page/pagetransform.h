@@ -7,22 +7,22 @@
 
 namespace base::xps
 {
-/// Overwrites `matrix` with the transform that turns and scales a page as large as the right and bottom edges
-/// of `page` and shifts the result so that no part of it lies left of or above the origin. Statuses of GDI+
-/// are recorded in the matrix.
+/// Sets `matrix` to the transform that turns and scales a page and moves it so that no part lies left of or
+/// above the origin. The page reaches from the origin to the right and bottom edges of `page`. Failures of
+/// GDI+ are recorded in the matrix.
 void ComputePageTransform(const PageBox& page, float angleDegrees, float scale, GdiMatrix& matrix);
 
-/// Appends a translation, after all that the matrix does already.
+/// Appends a translation to the matrix.
 void AddTranslation(float dx, float dy, GdiMatrix& matrix);
 
-/// The whole attribute, name and quoted value, with two decimals. Throws std::logic_error when the matrix
-/// cannot be read.
+/// Formats the attribute RenderTransform, name and quoted value, with two decimals. Throws std::logic_error
+/// when the matrix cannot be read.
 std::wstring FormatRenderTransform(GdiMatrix& matrix);
 
-/// 0 for values of up to 0.001 either way: GDI+ leaves the cosine of a quarter turn a little off zero, which
-/// would print as "-0.00".
+/// Returns 0 for values between -0.001 and 0.001: GDI+ computes the cosine of 90 degrees as slightly below
+/// zero, which would be written as "-0.00".
 float SnapToZero(float value) noexcept;
 
-/// The box around the transformed top-left and bottom-right corners: exact for quarter turns.
+/// The box around the transformed top left and bottom right corners, which is exact for turns by 90 degrees.
 PageBox TransformBox(const PageBox& box, GdiMatrix& matrix);
 } // namespace base::xps

@@ -4,27 +4,27 @@
 
 namespace base::xps::printschema
 {
-/// JobInputBin, DocumentInputBin or PageInputBin, with the direction in which the bin feeds its sheets.
-/// Starts out as the job's "AutoSelect" with "ShortEdgeFirst".
+/// JobInputBin, DocumentInputBin or PageInputBin, with the feed direction of the bin. Initially the job's
+/// "AutoSelect" with "ShortEdgeFirst".
 class InputBinData final : public ThreeScopeFeature
 {
 public:
     InputBinData() noexcept;
 
-    /// An index into FeedDirectionSchema; -1 for none or an unknown one.
+    /// The index in FeedDirectionSchema; -1 for no direction or an unknown one.
     std::int32_t GetFeedDirection() const noexcept { return m_feedDirection; }
     void SetFeedDirection(std::int32_t feedDirection) noexcept { m_feedDirection = feedDirection; }
 
-    /// By its keyword.
+    /// Sets the direction by its keyword.
     void SetFeedDirection(const wchar_t* name);
 
     const SchemaBase& GetFeatureSchema() const override;
     const SchemaBase& GetOptionSchema() const override;
 
-    /// A ticket without a readable direction leaves it as it was.
+    /// Keeps the direction if the ticket has none that can be read.
     void ReadParameters(PrintSchemaHandler handler, const Qname& feature) override;
 
-    /// Writes no direction when it is -1.
+    /// Writes no direction if it is -1.
     void WriteParameters(PrintSchemaHandler handler, IXMLDOMElement* option, Scope scope) const override;
 
 private:

@@ -3,8 +3,7 @@
 #include "base/xps/printschema/schemabase.h"
 
 // The names of the features that the filter reads and writes, and of their options. A list of feature names
-// with three entries holds those of the job, the document and the page, in this order; one with a single
-// entry serves the page.
+// has either the names for job, document and page, in this order, or one name, which serves every scope.
 namespace base::xps::printschema
 {
 class PageMediaSizeFeatureSchema final : public SchemaBase
@@ -13,7 +12,7 @@ public:
     PageMediaSizeFeatureSchema();
 };
 
-/// The options of MediaSizeTable: an option's index is its value there.
+/// The options of MediaSizeTable; an option's index is its value in that table.
 class MediaSizeOptionSchema final : public SchemaBase
 {
 public:
@@ -75,7 +74,7 @@ public:
     PrintableMediaSizeOptionSchema();
 };
 
-/// The one shared instance of a list.
+/// The shared instance of a list.
 template <typename List>
 const List& SharedList()
 {

@@ -5,8 +5,8 @@
 
 namespace base::xps::printschema
 {
-/// PageMediaSize: the sheet's name and its size. Setting either makes the other follow, so that they agree
-/// unless a ticket that was read has it otherwise, or the size is none. Starts out as "ISOA4".
+/// PageMediaSize: the sheet's name and size. Setting one sets the other. They disagree only after reading a
+/// ticket in which they disagree, or if the size is 0 x 0. Initially "ISOA4".
 class MediaSizeData final : public SingleScopeFeature
 {
 public:
@@ -15,8 +15,8 @@ public:
 
     MediaSize GetSize() const noexcept { return m_size; }
 
-    /// The option becomes the first of this size, or "CustomMediaSize"; a custom option stays what it is at a
-    /// size without a name. 0 x 0 leaves the option.
+    /// Sets the option to the first one of this size. If no option has this size: keeps an option that is
+    /// custom already, else sets "CustomMediaSize". 0 x 0 does not change the option.
     void SetSize(MediaSize size);
 
     void SetFromEntry(const MediaSizeEntry& entry);
@@ -28,24 +28,24 @@ public:
     bool IsPortrait() const noexcept { return m_size.widthMicrometres <= m_size.heightMicrometres; }
     bool IsLandscape() const noexcept { return !IsPortrait(); }
 
-    /// The option's entry; a custom one with the accessor's own size. Throws InvalidOptionIdError without an
-    /// option.
+    /// The option's entry, with the accessor's size for a custom option. Throws InvalidOptionIdError without
+    /// an option.
     MediaSizeEntry GetMediaSizeEntry() const;
 
-    /// The size follows; of several options with one size the first is taken.
+    /// Sets the size too. Of several options with one size, the first becomes the option.
     void SetOptionId(std::int32_t id) override;
 
     const SchemaBase& GetFeatureSchema() const override;
     const SchemaBase& GetOptionSchema() const override;
 
-    /// Takes the ticket's width and height, whatever the option. Without both, the option's own size; throws
-    /// std::runtime_error when it has none.
+    /// Reads width and height from the ticket, whatever the option is. If either is missing, uses the
+    /// option's size; throws std::runtime_error for an option without a size.
     void ReadParameters(PrintSchemaHandler handler, const Qname& feature) override;
 
-    /// Throws std::runtime_error when a standard option has another size than its own.
+    /// Throws std::runtime_error if a standard option has a size that is not its own.
     void WriteParameters(PrintSchemaHandler handler, IXMLDOMElement* option, Scope scope) const override;
 
-    /// The ids, or -1 while they are not set.
+    /// The id, or -1 if it is not set.
     virtual std::int32_t GetOptionIdOrNone() const;
     virtual std::int32_t GetFeatureIdOrNone() const;
 

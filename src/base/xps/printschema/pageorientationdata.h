@@ -4,7 +4,7 @@
 
 namespace base::xps::printschema
 {
-/// PageOrientation. Starts out as "Portrait".
+/// PageOrientation. Initially "Portrait".
 class PageOrientationData final : public SingleScopeFeature
 {
 public:
@@ -17,8 +17,8 @@ public:
 
     static bool IsLandscapeOrientation(std::int32_t optionId) noexcept;
 
-    /// Turns by a quarter: Landscape, Portrait, ReverseLandscape, ReversePortrait and around. Throws
-    /// std::logic_error for any other option.
+    /// Selects the next option in the order Landscape, Portrait, ReverseLandscape, ReversePortrait,
+    /// Landscape. Throws std::logic_error for any other option.
     void RotateOption();
 
     const SchemaBase& GetFeatureSchema() const override;

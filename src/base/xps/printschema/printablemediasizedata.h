@@ -5,8 +5,8 @@
 
 namespace base::xps::printschema
 {
-/// The driver's own feature PrintableMediaSize: the smallest and the largest sheet that the device takes.
-/// Starts out with both 0.
+/// The driver's private feature PrintableMediaSize: the smallest and the largest sheet that the device can
+/// print on. Initially both 0 x 0.
 class PrintableMediaSizeData final : public ThreeScopeFeature
 {
 public:
@@ -18,8 +18,8 @@ public:
     const SchemaBase& GetFeatureSchema() const override;
     const SchemaBase& GetOptionSchema() const override;
 
-    /// A limit that is missing or incomplete reads as 0 x 0. Throws std::logic_error when the minimum exceeds
-    /// the maximum; the accessor holds both by then.
+    /// A limit that is missing or incomplete counts as 0 x 0. Throws std::logic_error if the minimum exceeds
+    /// the maximum; the accessor has both values then.
     void ReadParameters(PrintSchemaHandler handler, const Qname& feature) override;
     void WriteParameters(PrintSchemaHandler handler, IXMLDOMElement* option, Scope scope) const override;
 

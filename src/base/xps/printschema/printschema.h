@@ -8,7 +8,7 @@
 
 namespace base::xps::printschema
 {
-/// What a print ticket speaks for.
+/// The part of a job that a print ticket, or a feature's name, applies to.
 enum class Scope : std::int32_t
 {
     None = 0,
@@ -17,7 +17,6 @@ enum class Scope : std::int32_t
     Page = 3,
 };
 
-/// The print-ticket provider's own numbering. Throws std::logic_error for None and values outside the
-/// enumeration.
+/// Converts to the print ticket provider's numbering. Throws std::logic_error for None and any other value.
 EPrintTicketScope ToEPrintTicketScope(Scope scope);
 } // namespace base::xps::printschema

@@ -35,8 +35,8 @@ PrintSchemaHandler::PrintSchemaHandler(const wchar_t* rootName, ComPtr<IXMLDOMDo
     {
         ThrowIfFailed(E_FAIL);
     }
-    // From here on queries know the document's own prefix, and no other: names of other namespaces occur in
-    // attribute values only.
+    // Queries use the document's own prefix from here on. They need no other: names of other namespaces are
+    // in attribute values only.
     SelectWithPrefix(bare);
 }
 
@@ -125,7 +125,7 @@ void PrintSchemaHandler::SelectWithPrefix(const std::wstring& prefix) const
 
 std::vector<xml::Attribute> PrintSchemaHandler::ReadRootAttributes() const
 {
-    // The root is looked up under the prefix that construction selects with, whatever its own is.
+    // Selects the root with the prefix that construction sets, whatever prefix the root has.
     const std::wstring xpath = FormatWString(L"//%s:%s", L"psf", m_rootName.Get());
     ComPtr<IXMLDOMNode> root;
     ThrowIfFailed(SelectSingleNode(xpath.c_str(), root.Receive()));

@@ -18,22 +18,22 @@
 
 namespace base::xps::printschema
 {
-/// Queries and edits one DOM document that holds a print ticket or print capabilities. It learns the prefixes
-/// that the document's root declares and assembles every query and every new name from them, so that any
-/// prefixes will do; names in attribute values are compared as text.
+/// Queries and edits a DOM document with a print ticket or print capabilities. It finds the prefixes that the
+/// document's root declares and uses them in every query and every new name, so a document may use any
+/// prefixes. Names in attribute values are compared as text.
 ///
-/// A small object for the stack: copies share the document, which belongs to one thread at a time.
+/// Copies share the document. Use the handlers of one document on one thread at a time. Operations without a
+/// caller, and odd results, are fixed: docs/surface.md.
 ///
-/// Construction and GetPrefix throw HresultError. All other operations answer with an HRESULT and throw
-/// nothing: E_POINTER for a null out-pointer, node or list, E_INVALIDARG for null or empty text, kNotFound
-/// where nothing matches, E_UNEXPECTED where the document lacks a prefix that a name needs, or else the DOM's
-/// own failure, the first one. Out-pointers are cleared once the arguments are found good; what they receive
-/// belongs to the caller.
+/// Construction and GetPrefix throw HresultError. All other operations throw nothing and return an HRESULT:
+/// E_POINTER for a null out-pointer, node or list; E_INVALIDARG for null or empty text; kNotFound if nothing
+/// matches; E_UNEXPECTED if the document lacks a prefix that a name needs; else the first failure of the DOM.
+/// Out-pointers are cleared after the arguments are checked; the caller owns what they receive.
 class PrintSchemaHandler
 {
 public:
     /// `rootName` is the local name of the document's root element. Throws E_PENDING for a null document,
-    /// E_FAIL for one whose root does not declare the framework namespace under a prefix.
+    /// E_FAIL if the root does not declare a prefix of the framework namespace.
     PrintSchemaHandler(const wchar_t* rootName, utility::ComPtr<IXMLDOMDocument2> document);
     virtual ~PrintSchemaHandler() = default;
     PrintSchemaHandler(const PrintSchemaHandler&) = default;
@@ -41,55 +41,55 @@ public:
     PrintSchemaHandler& operator=(const PrintSchemaHandler&) = default;
     PrintSchemaHandler& operator=(PrintSchemaHandler&&) = default;
 
-    /// The prefix with its colon. Throws E_UNEXPECTED, whatever the id, while the framework's, the keywords'
-    /// or the private prefix is empty, and E_INVALIDARG for an unknown id.
+    /// The prefix with its colon. Throws E_UNEXPECTED, whatever the id is, if the prefix of the framework, of
+    /// the keywords or the private prefix is empty; E_INVALIDARG for an unknown id.
     const utility::Bstr& GetPrefix(NamespaceId id) const;
 
-    /// The prefix, with its colon, under which the root itself declares a namespace; S_FALSE and null when it
-    /// does not, E_FAIL when it declares it as its default namespace. The root is looked up as psf's, which
-    /// the DOM refuses once construction has found another prefix.
+    /// The prefix, with its colon, that the root itself declares for a namespace. S_FALSE and null if it
+    /// declares none, E_FAIL if it is the default namespace. The root is selected with the prefix psf, so
+    /// after construction this fails for a document with another prefix.
     [[nodiscard]] HRESULT DiscoverPrefix(const wchar_t* namespaceUri, BSTR* prefix) const;
 
-    // Reading. Lengths and other numbers are the leading decimal digits of their text, 0 without any; a
-    // failing read leaves an integer untouched.
-
-    /// S_FALSE and null when nothing matches; E_PENDING without a document.
+    /// S_FALSE and null if nothing matches; E_PENDING without a document.
     [[nodiscard]] HRESULT SelectSingleNode(const wchar_t* xpath, IXMLDOMNode** node) const;
 
-    /// All elements of the framework namespace with this local name. Answers E_FAIL, not E_INVALIDARG, for an
-    /// empty name.
+    /// All elements of the framework namespace with this local name. E_FAIL, not E_INVALIDARG, for an empty
+    /// name.
     [[nodiscard]] HRESULT SelectNodesByLocalName(const wchar_t* localName, IXMLDOMNodeList** nodes) const;
+
+    // Reading (printschemahandlerreading.cpp). An integer is read from the decimal digits at the start of the
+    // text, 0 without digits. If reading fails, `value` is not changed.
 
     [[nodiscard]] HRESULT NodeExists(const wchar_t* xpath) const;
 
-    /// The text of the selected node's Value, or of the ParameterInit that its ParameterRef names. An empty
-    /// value, and a parameter without its ParameterInit, is null with success. Frees what `text` held.
+    /// The text of the selected node's Value, or of the ParameterInit that its ParameterRef names. S_OK and
+    /// null for an empty value and if the ParameterInit is missing. Frees the previous value of `text`.
     [[nodiscard]] HRESULT GetValueText(const wchar_t* xpath, BSTR* text) const;
     [[nodiscard]] HRESULT GetValueInteger(const wchar_t* xpath, std::int32_t* value) const;
 
-    /// S_FALSE and null for a node without attributes or without this one.
+    /// S_FALSE and null if the node has no attributes or lacks this one.
     [[nodiscard]] static HRESULT GetAttributeText(IXMLDOMNode* node,
                                                   const wchar_t* attributeName,
                                                   BSTR* text);
 
-    /// The local name of a feature's first option, whichever namespace it lies in: the option's own name, or
-    /// the value of its OptionName in the option's namespace, by document order.
+    /// The local name of a feature's first option in document order, whatever its namespace: the Option's
+    /// name, or the value of a scored property OptionName in the namespace `optionId`.
     [[nodiscard]] HRESULT GetOptionName(const wchar_t* featureName,
                                         BSTR* optionName,
                                         NamespaceId featureId,
                                         NamespaceId optionId) const;
 
-    /// The first of these features, each tried with these option namespaces in ascending order, that selects
-    /// an option of that namespace. An option without one of the known prefixes counts for any namespace, the
-    /// fallback prefix for the private one. A candidate whose query fails counts as one that is not there;
-    /// only running out of memory ends the search.
+    /// The first of these features with an option in one of these namespaces, which are tried in ascending
+    /// order. An option without a known prefix matches any namespace; the fallback prefix matches the private
+    /// one. If the query of a feature fails, the search goes on with the next; it ends only if memory runs
+    /// out.
     [[nodiscard]] HRESULT FindFirstOption(const std::vector<Qname>& features,
                                           const std::set<NamespaceId>& optionNamespaces,
                                           Qname* feature,
                                           Qname* option) const;
 
-    /// The value of a property at any depth below a feature, freed of a known prefix. An empty value is
-    /// E_INVALIDARG. The value's namespace plays no part: every known prefix is taken off.
+    /// The value of a property at any depth below a feature, without a known prefix. E_INVALIDARG for an
+    /// empty value. `valueId` is ignored: any known prefix is removed.
     [[nodiscard]] HRESULT GetPropertyValue(const wchar_t* featureName,
                                            const wchar_t* propertyName,
                                            BSTR* value,
@@ -115,38 +115,42 @@ public:
                                                    NamespaceId propertyId,
                                                    NamespaceId valueId) const;
 
-    /// Takes the first known prefix, in the order of the namespace ids, out of the value, wherever it stands
-    /// in it. The id plays no part. A value without any stays as it is.
+    /// Removes the first known prefix, in the order of the namespace ids, from the value, wherever it is in
+    /// the value. The id is ignored.
     [[nodiscard]] HRESULT StripKnownPrefix(BSTR* value, NamespaceId ignored) const;
 
-    // Removing.
+    // Editing (printschemahandlerediting.cpp).
 
     /// S_FALSE for a node without parent.
     [[nodiscard]] static HRESULT RemoveNode(IXMLDOMNode* node);
     [[nodiscard]] static HRESULT RemoveAllNodes(IXMLDOMNodeList* nodes);
 
-    /// Removes every feature of the name, with the parameters that nothing refers to any more; S_FALSE in the
-    /// end.
+    /// Removes every feature of the name, and then every parameter that no feature refers to. Returns S_FALSE
+    /// on success.
     [[nodiscard]] HRESULT RemoveFeature(const wchar_t* localName, NamespaceId id) const;
 
-    /// Removes each ParameterInit whose name no ParameterRef bears.
+    /// Removes each ParameterInit whose name no ParameterRef has.
     [[nodiscard]] static HRESULT RemoveOrphanParameterInits(IXMLDOMNodeList* parameterRefs,
                                                             IXMLDOMNodeList* parameterInits);
 
-    // Building. New elements belong to the document but stand nowhere in it until they are appended.
+    /// Appends a node to the document's root, which must have this local name.
+    [[nodiscard]] HRESULT AppendToElement(const wchar_t* localName, IXMLDOMNode* child) const;
+
+    // Building (printschemahandlerbuilding.cpp). New elements belong to the document but are in no tree until
+    // they are appended.
 
     /// `element` may be null.
     [[nodiscard]] HRESULT CreateElement(const wchar_t* qualifiedName,
                                         const wchar_t* namespaceUri,
                                         IXMLDOMElement** element) const;
 
-    /// A null `namespaceUri` stands for no namespace. A null argument other than that is E_INVALIDARG.
+    /// A null `namespaceUri` means no namespace; E_INVALIDARG for any other null argument.
     [[nodiscard]] HRESULT SetAttribute(IXMLDOMElement* element,
                                        const wchar_t* qualifiedName,
                                        const wchar_t* namespaceUri,
                                        const wchar_t* value) const;
 
-    /// `type` is a local name of the XML Schema namespace, as "integer".
+    /// In the operations below, `type` is a local name of the XML Schema namespace, such as "integer".
     [[nodiscard]] HRESULT CreateProperty(const wchar_t* localName,
                                          IXMLDOMElement** property,
                                          NamespaceId id) const;
@@ -156,7 +160,7 @@ public:
                                                   IXMLDOMElement** property,
                                                   NamespaceId id) const;
 
-    /// Scored properties always bear a name of the keywords namespace.
+    /// The name of a scored property is always in the keywords namespace.
     [[nodiscard]] HRESULT CreateScoredProperty(const wchar_t* localName, IXMLDOMElement** property) const;
     [[nodiscard]] HRESULT CreateScoredPropertyWithValue(const wchar_t* localName,
                                                         const wchar_t* type,
@@ -169,7 +173,7 @@ public:
                                                         IXMLDOMNode* child,
                                                         IXMLDOMElement** property) const;
 
-    /// The option, which bears no name, is the feature's child.
+    /// The option has no name and is the feature's child.
     [[nodiscard]] HRESULT CreateFeatureWithOption(const wchar_t* localName,
                                                   IXMLDOMElement** feature,
                                                   IXMLDOMElement** option,
@@ -181,7 +185,7 @@ public:
                                                        NamespaceId featureId,
                                                        NamespaceId optionId) const;
 
-    /// The reference belongs into an option, the parameter that it names under the document's root.
+    /// The reference is to be appended to an option, the parameter to the document's root.
     [[nodiscard]] HRESULT CreateParameter(const wchar_t* localName,
                                           const wchar_t* type,
                                           const wchar_t* value,
@@ -191,9 +195,6 @@ public:
                                                  std::int32_t value,
                                                  IXMLDOMElement** parameterRef,
                                                  IXMLDOMElement** parameterInit) const;
-
-    /// Appends a node to the document's root, which must have this local name.
-    [[nodiscard]] HRESULT AppendToElement(const wchar_t* localName, IXMLDOMNode* child) const;
 
 private:
     struct KnownPrefix
@@ -211,7 +212,7 @@ private:
                                        NamespaceId featureId,
                                        NamespaceId propertyId) const;
 
-    // The inner steps throw; false and an empty result mean that nothing matches.
+    // These throw; false and an empty result mean that nothing matches.
     IXMLDOMDocument2& Document() const;
     void SetDocumentProperty(const wchar_t* name, const std::wstring& value) const;
     void SelectWithPrefix(const std::wstring& prefix) const;
@@ -237,14 +238,14 @@ private:
 
     utility::ComPtr<IXMLDOMDocument2> m_pDocument;
     utility::Bstr m_rootName;
-    // Each with its colon; empty for a namespace that the root does not declare.
+    // Each with its colon; empty if the root does not declare the namespace.
     utility::Bstr m_xsdPrefix;
     utility::Bstr m_xsiPrefix;
     utility::Bstr m_psfPrefix;
     utility::Bstr m_pskPrefix;
 };
 
-/// A handler for the two kinds of documents that there are.
+/// A handler for a print ticket or for print capabilities.
 class PrintSchemaDocumentHandler : public PrintSchemaHandler
 {
 public:

@@ -16,7 +16,7 @@ using utility::Variant;
 
 namespace
 {
-// The watermark's size is the one parameter that the driver defines itself.
+// The watermark's size is the only parameter that the driver defines (docs/surface.md).
 NamespaceId NamespaceOfParameter(std::wstring_view localName)
 {
     const bool isPrivate = localName == L"PageWatermarkSizeWidth" || localName == L"PageWatermarkSizeHeight";
@@ -247,8 +247,7 @@ ComPtr<IXMLDOMElement> PrintSchemaHandler::NewNamedElement(const wchar_t* localN
 ComPtr<IXMLDOMElement> PrintSchemaHandler::NewValue(const wchar_t* type, const wchar_t* value) const
 {
     ComPtr<IXMLDOMElement> element = NewElement(L"Value");
-    // Without a prefix there is no attribute of the instance namespace, and so no type, which a reader may
-    // not insist on.
+    // Without a prefix of the instance namespace the value gets no type; readers must not require one.
     if (m_xsiPrefix.Length() != 0)
     {
         const std::wstring attributeName = std::wstring(m_xsiPrefix.View()) + L"type";

@@ -70,7 +70,7 @@ HRESULT PrintSchemaHandler::RemoveOrphanParameterInits(IXMLDOMNodeList* paramete
         {
             return RemoveAllNodes(parameterInits);
         }
-        // A set, as a user's ticket may have thousands of both.
+        // A set: a user's ticket may have thousands of both.
         const std::set<std::wstring> referredTo = NamesOf(parameterRefs);
         const long count = CountOf(parameterInits);
         for (long index = 0; index < count; ++index)

@@ -14,8 +14,8 @@ using utility::ComPtr;
 
 namespace
 {
-// As the runtime's own conversion has it: blanks before the digits are skipped, what follows them is ignored,
-// and a number out of range becomes the nearest one in range.
+// Skips blanks before the digits and ignores what follows them; a number out of range becomes the nearest in
+// range.
 std::int32_t ToInteger(const Bstr& text)
 {
     return text.Length() == 0 ? 0 : static_cast<std::int32_t>(std::wcstol(text.Get(), nullptr, 10));
@@ -118,7 +118,7 @@ HRESULT PrintSchemaHandler::FindFirstOption(const std::vector<Qname>& features,
             for (const NamespaceId optionId : optionNamespaces)
             {
                 std::optional<std::wstring> name;
-                // A candidate whose query fails is passed over like one that the document lacks.
+                // A feature whose query fails counts as missing.
                 if (HasSucceeded(AtDomBoundary([&] { name = FindOption(candidate, optionId); })) && name)
                 {
                     *feature = candidate;

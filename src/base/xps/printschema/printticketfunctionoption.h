@@ -8,28 +8,30 @@
 
 namespace base::xps::printschema
 {
-/// One feature of a ticket: which of its names was found and which of its options is selected, both as
-/// indexes into the keyword lists that a derived class supplies; negative while not set. A plain value, free
-/// to copy.
+/// The accessor of one feature of a ticket. It holds the feature's name and the selected option as indexes
+/// into the keyword lists of a derived class, negative if not set. It is a value that can be copied.
 ///
-/// A handler is taken by value, as a copy shares the document.
+/// Handlers are passed by value and share the document; that, and the order of the virtual functions, is
+/// fixed: docs/surface.md.
 class PrintTicketFunctionOption
 {
 public:
-    /// Whether the ticket holds one of the feature's names with an option of the option list's namespaces.
+    /// Whether the ticket has the feature under one of its names, with an option in a namespace of the option
+    /// list.
     virtual bool Exists(PrintSchemaHandler handler) const;
 
-    /// Loads feature, option and parameters from the ticket. A feature or an option that the lists do not
-    /// know changes nothing. Throws what ReadParameters throws, and HresultError where the DOM fails.
+    /// Reads feature, option and parameters from the ticket. Keeps everything if the ticket lacks the feature
+    /// or its option is not in the list. Throws what ReadParameters throws, and HresultError if the DOM
+    /// fails.
     virtual void Read(PrintSchemaHandler handler);
 
-    /// Appends feature, option and parameters to the ticket; one that is there already stays. Throws
+    /// Appends feature, option and parameters to the ticket, even if it already has the feature. Throws
     /// InvalidOptionIdError without an option, NotSupportedException for a scope that the feature does not
-    /// serve, what WriteParameters throws, and HresultError where the DOM fails.
+    /// support, what WriteParameters throws, and HresultError if the DOM fails.
     virtual void Write(PrintSchemaHandler handler, Scope scope) const;
 
-    /// Removes the feature under each of its names, up to the first removal that fails, which is not
-    /// reported. Throws HresultError when memory runs out.
+    /// Removes the feature under each of its names. Stops at the first failure and does not report it. Throws
+    /// HresultError if memory runs out.
     virtual void Remove(PrintSchemaHandler handler) const;
 
     /// Writes at the accessor's own scope.
@@ -39,31 +41,31 @@ public:
     virtual Qname GetFeatureQname(Scope scope) const;
     virtual Qname GetOptionQname() const;
 
-    /// Throws InvalidFeatureIdError while it is not set.
+    /// Throws InvalidFeatureIdError if it is not set.
     virtual std::int32_t GetFeatureId() const;
 
-    /// Throws InvalidOptionIdError while it, or the feature id, is not set.
+    /// Throws InvalidOptionIdError if it or the feature id is not set.
     virtual std::int32_t GetOptionId() const;
 
     virtual void SetFeatureId(std::int32_t id);
     virtual void SetOptionId(std::int32_t id);
 
-    /// The scope of the feature's name; None for an id outside the list or not set.
+    /// The scope of the feature's name; None if the id is not set or out of range.
     virtual Scope GetScope() const = 0;
 
-    /// Throws NotSupportedException for a scope that the feature does not serve.
+    /// Throws NotSupportedException for a scope that the feature does not support.
     virtual std::int32_t GetFeatureIdOfScope(Scope scope) const = 0;
 
     virtual const SchemaBase& GetFeatureSchema() const = 0;
     virtual const SchemaBase& GetOptionSchema() const = 0;
 
-    /// Reads what the selected option carries, under the name by which its feature was found.
+    /// Reads the parameters of the selected option. `feature` is the name under which the feature was found.
     virtual void ReadParameters(PrintSchemaHandler handler, const Qname& feature);
 
-    /// Appends what the selected option carries to its new element, or to the ticket's root.
+    /// Appends the parameters of the selected option to its element, or to the ticket's root.
     virtual void WriteParameters(PrintSchemaHandler handler, IXMLDOMElement* option, Scope scope) const;
 
-    /// Sets the feature id to the name's index, which may be -1.
+    /// Sets the feature id to the index of the name, or to -1.
     void SetFeatureIdByQname(NamespaceId namespaceId, const std::wstring& localName);
 
 protected:
@@ -75,7 +77,7 @@ protected:
     PrintTicketFunctionOption& operator=(const PrintTicketFunctionOption&) = default;
     ~PrintTicketFunctionOption() = default;
 
-    /// The feature id, or -1 while it is not set.
+    /// The feature id, or -1 if it is not set.
     std::int32_t FeatureIdOrNone() const;
 
     /// Reads an integer property of a feature with the handler's operation for its kind of property.
@@ -96,7 +98,7 @@ private:
     std::int32_t m_optionId;
 };
 
-/// A feature with one name, which serves every scope and is the page's when it is read.
+/// A feature with one name for all scopes. After reading its scope is Page.
 class SingleScopeFeature : public PrintTicketFunctionOption
 {
 public:
@@ -110,7 +112,7 @@ protected:
     ~SingleScopeFeature() = default;
 };
 
-/// A feature with a name each for job, document and page, in this order.
+/// A feature with three names, for job, document and page, in this order.
 class ThreeScopeFeature : public PrintTicketFunctionOption
 {
 public:

@@ -5,16 +5,16 @@
 
 namespace base::xps::printschema
 {
-/// Tells whether two nodes of two tickets stand for the same item: they have one qualified name and one value
-/// of their "name" attribute, or both none. Values are compared as text, so that one name under two prefixes
-/// is two.
+/// Decides whether two nodes of two tickets are the same item: their qualified names are equal, and so are
+/// their "name" attributes, or both have none. Values are compared as text, so a name under another prefix is
+/// another item.
 class PrintTicketStructureComparator final : public xml::XmlNodeComparator
 {
 public:
-    /// Throws HresultError where the DOM fails.
+    /// Throws HresultError if the DOM fails.
     bool IsSameNode(IXMLDOMNode* first, IXMLDOMNode* second) const override;
 
-    /// Whether neither map has the attribute, or both have it with one value.
+    /// Whether both maps have the attribute with the same value, or neither has it.
     bool IsSameNamedAttribute(IXMLDOMNamedNodeMap* first,
                               IXMLDOMNamedNodeMap* second,
                               const wchar_t* attributeName) const;

@@ -86,7 +86,7 @@ void ScalingData::WriteParameter(const PrintSchemaHandler& handler,
                                  const wchar_t* property,
                                  std::int32_t value) const
 {
-    // The schema names a feature's parameters after feature and property: PageScalingOffsetWidth.
+    // The Print Schema names a parameter by feature and property, as PageScalingOffsetWidth.
     const std::wstring parameter = GetFeatureQname(scope).localName + property;
     ComPtr<IXMLDOMElement> parameterRef;
     ComPtr<IXMLDOMElement> parameterInit;

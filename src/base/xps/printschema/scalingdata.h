@@ -5,7 +5,7 @@
 
 namespace base::xps::printschema
 {
-/// PageScaling. Starts out as "FitApplicationMediaSizeToPageMediaSize".
+/// PageScaling. Initially "FitApplicationMediaSizeToPageMediaSize".
 class ScalingData final : public SingleScopeFeature
 {
 public:
@@ -15,17 +15,17 @@ public:
 
     ScalingData() noexcept;
 
-    /// Counts for the custom options only; all 0 for the others after reading.
+    /// Used by the custom options only; all 0 after another option is read.
     const PageScale& GetScale() const noexcept { return m_scale; }
     void SetScale(const PageScale& scale) noexcept { m_scale = scale; }
 
     const SchemaBase& GetFeatureSchema() const override;
     const SchemaBase& GetOptionSchema() const override;
 
-    /// Throws HresultError for a custom option that lacks a parameter, and changes nothing then.
+    /// Throws HresultError for a custom option without one of its parameters; the scale is kept then.
     void ReadParameters(PrintSchemaHandler handler, const Qname& feature) override;
 
-    /// Throws std::logic_error when "CustomSquare" has two different scales; its offsets are written by then.
+    /// Throws std::logic_error if the scales of "CustomSquare" differ; its offsets have been written then.
     void WriteParameters(PrintSchemaHandler handler, IXMLDOMElement* option, Scope scope) const override;
 
 private:

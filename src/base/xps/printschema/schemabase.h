@@ -9,21 +9,22 @@
 
 namespace base::xps::printschema
 {
-/// An ordered list of names. A name's position is the number by which the feature accessors refer to it:
-/// their feature and option ids are indexes into such lists. A list registers its names in its constructor
-/// and never changes afterwards, so that all threads may share it.
+/// An ordered list of names. The feature and option ids of the accessors are indexes into such lists. A list
+/// adds its names in its constructor and does not change afterwards, so all threads can share it. The order
+/// of its virtual functions is fixed: docs/surface.md.
 class SchemaBase
 {
 public:
     virtual const std::vector<Qname>& GetQnames() const;
 
-    /// Every namespace that occurs in the list. Throws std::logic_error when there is none.
+    /// The namespaces of all names. Throws std::logic_error for an empty list.
     virtual const std::set<NamespaceId>& GetNamespaces() const;
 
-    /// Throws std::invalid_argument beyond the list's end.
+    /// Throws std::invalid_argument for an index out of range.
     virtual const Qname& GetQname(std::uint32_t index) const;
 
-    /// The index of a name, compared exactly, or -1. Throws std::invalid_argument for a null name.
+    /// The index of a name, compared exactly; -1 if it is not in the list. Throws std::invalid_argument for
+    /// null.
     virtual std::int32_t IndexOf(const Qname& name) const;
     virtual std::int32_t IndexOf(NamespaceId namespaceId, const std::wstring& localName) const;
     virtual std::int32_t IndexOf(NamespaceId namespaceId, const wchar_t* localName) const;

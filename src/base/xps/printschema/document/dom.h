@@ -8,28 +8,27 @@
 #include "base/utility/comptr.h"
 #include "platform/msxml6.h"
 
-// Single steps on a DOM that throw HresultError where the DOM fails. An empty result means that there is
-// nothing.
+// Single operations on a DOM. They throw HresultError if the DOM fails. An empty result means that nothing
+// was found.
 namespace base::xps::printschema
 {
-/// OLE automation's comparison: exact, and null equals empty.
+/// Compares as OLE automation does: exactly, and null equals empty.
 bool AreEqual(const utility::Bstr& left, const utility::Bstr& right);
 
-/// The value of a node's attribute; false, and nothing read, for a node without attributes or without this
-/// one.
+/// Reads an attribute of a node. Returns false if the node has no attributes or lacks this one.
 bool ReadAttribute(IXMLDOMNode* node, const wchar_t* name, utility::Bstr& value);
 
-/// An element's "name" attribute; empty without one.
+/// The value of an element's "name" attribute; empty if it has none.
 std::wstring NameAttributeOf(IXMLDOMNode* element);
 std::set<std::wstring> NamesOf(IXMLDOMNodeList* elements);
 
-/// The text of an element, those of its descendants joined.
+/// The text of an element, including that of its descendants.
 utility::Bstr ReadTypedValue(IXMLDOMNode* element);
 
 long CountOf(IXMLDOMNodeList* nodes);
 utility::ComPtr<IXMLDOMNode> ItemOf(IXMLDOMNodeList* nodes, long index);
 
-/// The first node whose "name" attribute has this value.
+/// The first node with this value of its "name" attribute.
 utility::ComPtr<IXMLDOMNode> FindNamed(IXMLDOMNodeList* nodes, const utility::Bstr& name);
 
 /// A failure is thrown with the source and line of the caller; so is that of AppendNew.

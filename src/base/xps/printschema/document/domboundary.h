@@ -7,11 +7,11 @@
 
 namespace base::xps::printschema
 {
-/// What the DOM operations answer when nothing in the document matches.
+/// The result of DOM operations that find nothing.
 inline constexpr HRESULT kNotFound = __HRESULT_FROM_WIN32(ERROR_NOT_FOUND);
 
-/// The DOM operations' way from an exception to the HRESULT that they answer with: as at the COM boundary,
-/// and text that cannot be formatted by the HRESULT it carries. A body without a result answers S_OK.
+/// Runs the body of a DOM operation and maps its exceptions to HRESULTs: a CXDException to the HRESULT that
+/// it carries, others as AtBoundary does. Returns the body's HRESULT; S_OK for a body that returns void.
 template <typename Body>
 [[nodiscard]] HRESULT AtDomBoundary(Body&& body) noexcept
 {
@@ -35,7 +35,7 @@ template <typename Body>
     });
 }
 
-/// Raises E_POINTER when a pointer is null.
+/// Throws E_POINTER if a pointer is null.
 template <typename... Objects>
 void RequirePointers(const Objects*... pointers)
 {
@@ -45,7 +45,7 @@ void RequirePointers(const Objects*... pointers)
     }
 }
 
-/// Raises E_POINTER when an out-pointer is null, or else clears what they point at.
+/// Throws E_POINTER if an out-pointer is null; else clears what they point to.
 template <typename... Results>
 void ClearResults(Results**... results)
 {
@@ -53,8 +53,8 @@ void ClearResults(Results**... results)
     ((*results = nullptr), ...);
 }
 
-/// For steps that put up with failing: whether one has succeeded. Want of memory says nothing of the document
-/// and is raised.
+/// Whether an operation succeeded that is allowed to fail. Throws if memory ran out, as that does not depend
+/// on the document.
 inline bool HasSucceeded(HRESULT hr)
 {
     if (hr == E_OUTOFMEMORY)
@@ -69,7 +69,7 @@ inline bool IsEmpty(const wchar_t* text) noexcept
     return text == nullptr || *text == L'\0';
 }
 
-/// Raises E_INVALIDARG when a text is null or empty.
+/// Throws E_INVALIDARG if a text is null or empty.
 template <typename... Characters>
 void RequireText(const Characters*... texts)
 {

@@ -4,32 +4,34 @@
 
 namespace base::xps::printschema
 {
-/// Puts the XPath query for a feature, and for what stands below it, together. Names are compared as the text
-/// that the document holds, prefix included. Every operation answers E_FAIL without a framework prefix.
+/// Builds the XPath query of a feature and of elements below it. Names are compared as text, including the
+/// prefix. Every operation returns E_FAIL without a framework prefix. A quirk of the results is fixed:
+/// docs/surface.md.
 ///
-/// A name is not escaped, as XPath 1.0 has no escapes: one that holds a quotation mark makes a query that the
-/// parser refuses.
+/// Names are not escaped, as XPath 1.0 has no escapes: the parser refuses a query with a quotation mark in a
+/// name.
 class FeatureQueryBuilder
 {
 public:
-    /// `psfPrefix` is the document's prefix of the framework namespace, with its colon.
+    /// `psfPrefix` is the document's prefix of the framework namespace, with colon.
     explicit FeatureQueryBuilder(const utility::Bstr& psfPrefix) : m_psfPrefix(psfPrefix) {}
     virtual ~FeatureQueryBuilder() = default;
     FeatureQueryBuilder(const FeatureQueryBuilder&) = default;
     FeatureQueryBuilder& operator=(const FeatureQueryBuilder&) = default;
 
-    /// Features of this name, wherever they stand. The answer is the bitwise OR of the HRESULTs of the string
-    /// operations, not the first failure.
+    /// Selects the features of this name, anywhere in the document. Returns the bitwise OR of the HRESULTs of
+    /// the string operations, not the first failure.
     [[nodiscard]] HRESULT AddFeature(const wchar_t* prefix, const wchar_t* localName);
 
-    /// Properties of this name at any depth below what the query selects so far; answers like AddFeature.
+    /// Selects the properties of this name at any depth below what is selected so far. Returns as AddFeature
+    /// does.
     [[nodiscard]] HRESULT AddProperty(const wchar_t* prefix, const wchar_t* localName);
     [[nodiscard]] HRESULT AddScoredProperty(const wchar_t* prefix, const wchar_t* localName);
 
-    /// The options of what the query selects so far, or the values that name an option in their stead.
+    /// Selects the options of the features selected so far, or the OptionName values that name one instead.
     [[nodiscard]] HRESULT AddOption(const wchar_t* optionPrefix);
 
-    /// Hands out a copy; what `query` held is overwritten and not freed.
+    /// Returns a copy. The previous value of `query` is overwritten, not freed.
     [[nodiscard]] HRESULT GetQuery(BSTR* query) const;
 
 private:

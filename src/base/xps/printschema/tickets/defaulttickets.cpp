@@ -12,7 +12,7 @@ namespace base::xps::printschema
 {
 namespace
 {
-/// What differs from one default ticket to another.
+/// The settings in which the default tickets differ.
 struct OutputSettings
 {
     LONG pageDescriptionType;
@@ -86,7 +86,7 @@ constexpr const wchar_t* kTicketFormat =
 
     LR"(</psf:PrintTicket>)";
 
-/// 7 when the driver does not say.
+/// Returns 7 if the driver does not specify a type.
 LONG ReadPageDescriptionType(IPrintPipelinePropertyBag& pipelineBag)
 {
     const auto driverBag = utility::FindDriverPropertyBag(pipelineBag);

@@ -20,7 +20,7 @@ using utility::ComPtr;
 
 namespace
 {
-/// Through its text: MSXML in Wine 8 never frees the clone of a document
+/// Saves and loads the ticket: MSXML in Wine 8 never frees a document made by cloneNode
 /// (ImageableAreaReader.LeavesNoCopyOfATicketBehind).
 ComPtr<IXMLDOMDocument2> CopyOf(IXMLDOMDocument2* ticket)
 {
@@ -34,7 +34,7 @@ std::wstring TextOf(IXMLDOMDocument2* ticket)
     return std::wstring(text.View());
 }
 
-/// What tells a sheet and an orientation from others.
+/// Text that identifies a sheet and an orientation.
 std::wstring NameOf(const MediaSizeEntry& media, const PageOrientationData& orientation)
 {
     return media.name.localName + logging::FormatWString(L" %d %d %d %d",
@@ -44,8 +44,8 @@ std::wstring NameOf(const MediaSizeEntry& media, const PageOrientationData& orie
                                                          orientation.GetOptionId());
 }
 
-/// How often the portrait page on the upright sheet is to be turned clockwise to be seen as in this
-/// orientation: Landscape has the content lie turned counter-clockwise, and so the sheet turned clockwise.
+/// How many times an upright sheet must be turned clockwise by 90 degrees for this orientation. In Landscape
+/// the content is turned counterclockwise, so the sheet is turned clockwise.
 int QuarterTurnsOf(const PageOrientationData& orientation)
 {
     switch (orientation.GetOptionId())
@@ -135,7 +135,7 @@ ImageableAreaReader::Answer ImageableAreaReader::ReadUnder(IXMLDOMDocument2* pag
     }
     if (!sheet.IsPortrait())
     {
-        // Portrait on the turned sheet lies on the upright one as Landscape does.
+        // Portrait on a turned sheet is Landscape on the upright one.
         sheet.Rotate();
         ++quarters;
     }

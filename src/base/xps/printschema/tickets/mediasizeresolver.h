@@ -6,7 +6,7 @@
 
 namespace base::xps::printschema
 {
-/// Whatever holds the tickets of a job. Handlers share its documents.
+/// Gives access to the tickets of a job. Handlers share its documents.
 class TicketSource
 {
 public:
@@ -16,8 +16,8 @@ protected:
     ~TicketSource() = default;
 };
 
-/// Picks the sheet to print on from the tickets of several scopes, within what the device takes. Borrows the
-/// source.
+/// Selects the sheet to print on from the tickets of several scopes, within the limits of the device. The
+/// source must outlive it.
 class MediaSizeResolver
 {
 public:
@@ -26,10 +26,10 @@ public:
     {
     }
 
-    /// The first size within the limits, of the page's, the document's and the job's ticket, those before
-    /// `start` left out; a ticket that names none has the one before it, to begin with ISOA4. Without any,
-    /// the user's default sheet, or else the smallest that the device takes. Throws what the source and
-    /// MediaSizeData::Read throw.
+    /// The first size within the limits, from the tickets of page, document and job, in this order and
+    /// beginning with `start`. A ticket without a size counts with the size before it, the first with ISOA4.
+    /// If none is within the limits: the user's default sheet, or else the smallest that the device can print
+    /// on. Throws what the source and MediaSizeData::Read throw.
     MediaSizeEntry Resolve(Scope start) const;
 
 private:
@@ -37,7 +37,7 @@ private:
     MediaSizeLimits m_limits;
 };
 
-/// The default sheet under a measurement system of a Windows locale: Letter under the U.S. one ("1"), else
+/// The default sheet for the measurement system of a Windows locale: Letter for the U.S. system ("1"), else
 /// ISOA4.
 std::int32_t DefaultMediaSizeOf(const std::wstring& measurementSystem);
 } // namespace base::xps::printschema

@@ -43,7 +43,7 @@ ComPtr<IStream> CreateMemoryStream()
     return stream;
 }
 
-/// Fills up a level's ticket by a document that its owner handed in; null for none.
+/// Completes a level's ticket from a document, which may be null.
 void Complete(IXMLDOMDocument2* ticket, IXMLDOMDocument2* target)
 {
     if (target != nullptr)
@@ -53,7 +53,7 @@ void Complete(IXMLDOMDocument2* ticket, IXMLDOMDocument2* target)
     }
 }
 
-/// The part's own ticket; empty when it has none.
+/// The part's own ticket; empty if it has none.
 template <typename Part>
 ComPtr<IXMLDOMDocument2> LoadPartTicket(Part& part)
 {
@@ -95,7 +95,7 @@ HRESULT PrintTicketProvider::Open(IPrintReadStream* ticketStream, BSTR printerNa
         }
         const utility::Impersonation user(m_userToken);
         ThrowIfFailed(user.GetResult());
-        // A failing call may write a handle too, which stands for nothing.
+        // A failing call may set the handle too; that is ignored.
         HPTPROVIDER provider = nullptr;
         ThrowIfFailed(PTOpenProvider(printerName, kProviderVersion, &provider));
         m_provider = provider;
@@ -270,7 +270,7 @@ void PrintTicketProvider::Drop(EPrintTicketScope highestLevel)
 
 void PrintTicketProvider::Derive(EPrintTicketScope level)
 {
-    // From the top: each level is the base of the one below it.
+    // From the job down: each level is the base of the next.
     for (const EPrintTicketScope derived : {kPTJobScope, kPTDocumentScope, kPTPageScope})
     {
         if (derived < level || TicketOf(derived))

@@ -10,15 +10,15 @@
 
 namespace base::xps::printschema
 {
-/// The print tickets of a job, one for each level, from the platform's print ticket provider. The ticket as
-/// received is the base of the job level, each level the base of the one below; a level whose part brings a
-/// ticket of its own has that merged in and validated, and each is then completed by a default ticket.
+/// The print tickets of a job, one for each level: job, document, page. The ticket of each level is based on
+/// the one above it, that of the job on the received ticket. The platform's print ticket provider merges a
+/// part's own ticket into the base and validates the result. Default tickets then complete it.
 ///
-/// Every call of the platform is made in the name of the user who submitted the job. Provider handles belong
-/// to the thread that opened them: an object is used on one thread, from Open to Close.
+/// The platform is called as the user who submitted the job. A provider handle belongs to the thread that
+/// opened it: use an object on one thread from Open to Close.
 ///
-/// All operations answer with an HRESULT and throw nothing. Success is any code that does not fail: the
-/// platform has several.
+/// All operations return an HRESULT and throw nothing; the platform has several success codes. The order of
+/// virtual functions is fixed: docs/surface.md.
 class PrintTicketProvider
 {
 public:
@@ -27,44 +27,44 @@ public:
     PrintTicketProvider& operator=(const PrintTicketProvider&) = delete;
     virtual ~PrintTicketProvider();
 
-    /// Opens the platform's provider for a printer and takes the received ticket from the stream. The token
-    /// stays the caller's and is used until Close. E_POINTER without a stream, E_INVALIDARG without a name.
+    /// Opens the platform's provider for a printer and loads the received ticket. The caller keeps the token,
+    /// which is used until Close. E_POINTER without a stream, E_INVALIDARG without a name.
     [[nodiscard]] virtual HRESULT Open(IPrintReadStream* ticketStream, BSTR printerName, HANDLE userToken);
 
-    /// Does nothing when the provider is not open.
+    /// Does nothing if the provider is not open.
     [[nodiscard]] virtual HRESULT Close();
 
-    /// Releases the ticket documents, while COM still runs on the thread that made them.
+    /// Releases the ticket documents. Call it while COM is initialised on the thread that created them.
     void ReleaseTickets() noexcept;
 
-    /// Takes the received ticket from an object that is an IStream, and drops all that was derived.
+    /// Loads the received ticket from an object with IStream, and drops the tickets of all levels.
     [[nodiscard]] virtual HRESULT LoadTicket(IUnknown* object);
 
-    /// Derives the level and all above it anew where they were dropped, the level itself in any case, and,
-    /// given a document, applies the level's ticket again with one or two documents to complete it by.
+    /// Derives the level's ticket again, and those of the levels above if they were dropped. With `target`,
+    /// applies the ticket again and completes it from one or two documents.
     [[nodiscard]] virtual HRESULT GetTicket(EPrintTicketScope level,
                                             IXMLDOMDocument2* target,
                                             IXMLDOMDocument2* secondTarget);
 
-    /// Takes in the ticket of a page, or of a document or the job, as far as the part has one, and completes
-    /// the level's ticket by `target`, which may be null and is not changed. E_POINTER without a part.
+    /// Applies the ticket of a page, a document or the job, if the part has one, and completes the level's
+    /// ticket from `target`, which may be null and is not changed. E_POINTER without a part.
     [[nodiscard]] virtual HRESULT ApplyPageTicket(IFixedPage* part, IXMLDOMDocument2* target);
     [[nodiscard]] virtual HRESULT ApplyDocumentTicket(IFixedDocument* part, IXMLDOMDocument2* target);
     [[nodiscard]] virtual HRESULT ApplyJobTicket(IFixedDocumentSequence* part, IXMLDOMDocument2* target);
 
     [[nodiscard]] virtual HRESULT GetReceivedTicket(IXMLDOMDocument2** ticket);
 
-    /// The ticket that holds at a level; the document is shared. E_POINTER without an address, E_INVALIDARG
-    /// for an unknown level, E_PENDING while there is no ticket to derive it from.
+    /// The ticket of a level; the document is shared. E_POINTER without an address, E_INVALIDARG for an
+    /// unknown level, E_PENDING if there is no ticket to derive it from.
     [[nodiscard]] virtual HRESULT GetLevelTicket(EPrintTicketScope level, IXMLDOMDocument2** ticket);
 
-    /// What the printer can do under a ticket. E_PENDING when the provider is not open.
+    /// The printer's capabilities under a ticket. E_PENDING if the provider is not open.
     [[nodiscard]] virtual HRESULT GetCapabilities(IXMLDOMDocument2* ticket, IXMLDOMDocument2** capabilities);
 
 private:
     using Document = utility::ComPtr<IXMLDOMDocument2>;
 
-    // The inner steps throw.
+    // These throw.
     template <typename Part>
     void ApplyPartTicket(EPrintTicketScope level, Part* part, IXMLDOMDocument2* target);
     void ApplyTicket(EPrintTicketScope level,
@@ -79,9 +79,9 @@ private:
     const Document& BaseOf(EPrintTicketScope level) const;
     void RequireOpen() const;
 
-    // By level, page, document, job, each below its base; the last is the ticket as received.
+    // By level: page, document, job, each before its base; the last is the received ticket.
     std::array<Document, 4> m_tickets;
-    // The delta of levels without a ticket, loaded when it is first needed; never changed.
+    // The delta for parts without a ticket, loaded on first use and never changed.
     Document m_emptyTicket;
     HPTPROVIDER m_provider = nullptr;
     HANDLE m_userToken = INVALID_HANDLE_VALUE;

@@ -5,7 +5,7 @@
 
 namespace base::xps::printschema
 {
-/// A print ticket that asks for nothing.
+/// A print ticket without any feature.
 inline constexpr const wchar_t* kEmptyPrintTicket =
     LR"(<?xml version="1.0" encoding="UTF-8"?>)"
     LR"(<psf:PrintTicket version="1")"
@@ -14,7 +14,7 @@ inline constexpr const wchar_t* kEmptyPrintTicket =
     LR"( xmlns:psf="http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework")"
     LR"( xmlns:psk="http://schemas.microsoft.com/windows/2003/08/printing/printschemakeywords"/>)";
 
-/// Loads a print ticket, or print capabilities, from the start of a stream. Throws HresultError: the stream's
-/// failure to go to its start, or E_FAIL when what it holds cannot be loaded.
+/// Loads a print ticket or print capabilities from the start of a stream. Throws HresultError: the stream's
+/// code if seeking fails, or E_FAIL if loading fails.
 utility::ComPtr<IXMLDOMDocument2> LoadTicketDocument(IStream& stream);
 } // namespace base::xps::printschema

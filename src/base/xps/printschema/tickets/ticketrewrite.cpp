@@ -42,8 +42,8 @@ void Remove(IXMLDOMNode* node)
     ThrowIfFailed(PrintSchemaHandler::RemoveNode(node));
 }
 
-/// Keeps the parameters that no feature refers to out of the ticket while features are removed, which takes
-/// such parameters along.
+/// Takes the parameters that no feature refers to out of the ticket: removing a feature would remove them
+/// (docs/surface.md).
 class UnreferencedParameters
 {
 public:
@@ -63,7 +63,7 @@ public:
         }
     }
 
-    /// Those of these names stay away.
+    /// Puts the parameters back, except those with these names.
     void PutBack(IXMLDOMElement* root, const std::set<std::wstring>& replaced) const
     {
         for (const ComPtr<IXMLDOMNode>& parameter : m_parameters)
@@ -79,8 +79,8 @@ private:
     std::vector<ComPtr<IXMLDOMNode>> m_parameters;
 };
 
-/// Removes, of the first `count` parameters, those that later ones replace, and answers with the names of the
-/// later ones.
+/// The parameters after the first `count` are new. Removes older ones with the same names and returns the
+/// names of the new ones.
 std::set<std::wstring> RemoveReplaced(const PrintSchemaHandler& handler, long count)
 {
     const ComPtr<IXMLDOMNodeList> parameters = FindAll(handler, L"ParameterInit");
@@ -100,7 +100,7 @@ std::set<std::wstring> RemoveReplaced(const PrintSchemaHandler& handler, long co
     return written;
 }
 
-/// Names the option that was written last by the prefix that the ticket has for its namespace.
+/// Renames the option that was written last.
 void NameOption(IXMLDOMElement* root, const std::wstring& name)
 {
     ComPtr<IXMLDOMNode> feature;
@@ -128,7 +128,7 @@ void RewriteTicket(const ComPtr<IXMLDOMDocument2>& ticket,
     const UnreferencedParameters unreferenced(handler);
     for (const PrintTicketFunctionOption* accessor : accessors)
     {
-        // Writing appends, and a ticket holds a feature once.
+        // Write appends, and a ticket must have a feature once.
         accessor->Remove(handler);
     }
     const long kept = CountOf(FindAll(handler, L"ParameterInit").Get());

@@ -7,13 +7,13 @@
 
 namespace base::xps::printschema
 {
-/// Replaces features of a ticket by what the accessors hold. Whatever else the ticket says stays: parameters
-/// that no feature ever referred to, as the count of copies, included; those that only the replaced features
-/// referred to go. Every prefix that the new features use is declared by the ticket's root; a prefix that the
-/// root binds to something else keeps its meaning, and another one is used.
+/// Replaces features of a ticket by those of the accessors. Everything else stays, including parameters that
+/// no feature refers to, such as the number of copies. Parameters that only the replaced features refer to
+/// are removed. The ticket's root gets a declaration of every prefix that the new features use. If it binds
+/// such a prefix to another namespace, that stays and another prefix is used.
 ///
-/// `privateNamespace` is what options of the driver's own lie in. Throws what the accessors throw when they
-/// write, and HresultError where the DOM fails; the ticket is of no use then.
+/// `privateNamespace` is the namespace of the driver's options. Throws what the accessors throw in Write, and
+/// HresultError if the DOM fails; the ticket must be discarded then.
 void RewriteTicket(const utility::ComPtr<IXMLDOMDocument2>& ticket,
                    std::span<const PrintTicketFunctionOption* const> accessors,
                    const std::wstring& privateNamespace);

@@ -6,7 +6,7 @@
 
 namespace base::xps::printschema
 {
-/// The part of a sheet that the printer can print on, from the sheet's top left corner.
+/// The part of a sheet that the printer can print on, measured from the sheet's top left corner.
 struct ImageableArea
 {
     std::int32_t leftMicrometres = 0;
@@ -17,8 +17,8 @@ struct ImageableArea
     bool operator==(const ImageableArea&) const = default;
 };
 
-/// PageImageableSize of print capabilities: a sheet, as someone sees it who holds the page so that it can be
-/// read, and what of it can be printed on.
+/// PageImageableSize of print capabilities: a sheet, held so that the page can be read, and its imageable
+/// area.
 struct ImageableSize
 {
     MediaSize sheet;
@@ -27,8 +27,7 @@ struct ImageableSize
     bool operator==(const ImageableSize&) const = default;
 };
 
-/// Where PageScaling's custom options put the page, relative to the imageable area, and how large they make
-/// it.
+/// The values of PageScaling's custom options: the page's position in the imageable area, and its scale.
 struct PageScale
 {
     std::int32_t offsetWidthMicrometres = 0;
@@ -39,9 +38,9 @@ struct PageScale
     bool operator==(const PageScale&) const = default;
 };
 
-/// The same, seen after the sheet was turned clockwise a number of quarter turns.
+/// The same after the sheet is turned clockwise by `quarters` times 90 degrees.
 ImageableSize TurnClockwise(ImageableSize size, int quarters) noexcept;
 
-/// Whether two sheets are the same but for rounding: printers count in units of their own.
+/// Whether two sheets have the same size, apart from rounding: printers use units of their own.
 bool IsSameSheet(MediaSize first, MediaSize second) noexcept;
 } // namespace base::xps::printschema

@@ -4,7 +4,7 @@
 
 namespace base::xps::printschema
 {
-/// A sheet's size. A height of 0 marks a roll, whose length is open.
+/// The size of a sheet. A height of 0 means a roll, whose length is open.
 struct MediaSize
 {
     std::int32_t widthMicrometres = 0;
@@ -13,7 +13,7 @@ struct MediaSize
     bool operator==(const MediaSize&) const = default;
 };
 
-/// The smallest and the largest sheet that a device takes.
+/// The smallest and the largest sheet that a device can print on.
 struct MediaSizeLimits
 {
     MediaSize minimum;
@@ -21,7 +21,7 @@ struct MediaSizeLimits
 
     bool operator==(const MediaSizeLimits&) const = default;
 
-    /// Whether a sheet lies within the limits; a size equal to a limit does.
+    /// Whether a sheet is within the limits, which are inclusive.
     constexpr bool Contains(MediaSize size) const noexcept
     {
         return size.heightMicrometres <= maximum.heightMicrometres &&

@@ -17,9 +17,8 @@ struct Row
     std::int32_t heightMicrometres;
 };
 
-// Not all of it is regular, and is meant so: ISOA4Extra, NorthAmericaLetterPlus and NorthAmericaTabloidExtra
-// are no round sizes, JapanYou4EnvelopeRotated stands far from its upright form, and several names share a
-// size.
+// Some rows are irregular on purpose: ISOA4Extra, NorthAmericaLetterPlus and NorthAmericaTabloidExtra have no
+// round sizes, JapanYou4EnvelopeRotated is not next to its upright form, and several names share a size.
 constexpr Row kRows[] = {
     {-1, L"MediaSizeSchema::OptionUnknown", -1, -1},
     {0, L"MediaSizeSchema::CustomMediaSize", 0, 0},

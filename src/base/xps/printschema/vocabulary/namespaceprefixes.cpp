@@ -12,14 +12,14 @@ using utility::Bstr;
 
 namespace
 {
-/// The prefixes in force. Every prefix that ever was stays, as readers on other threads hold references to
-/// it: a driver has one, so that there are few.
+/// The current prefixes. Earlier prefixes are kept, as other threads may hold references to them. There are
+/// few: one for each driver.
 struct Prefixes
 {
     utility::Lock lock;
     std::map<std::wstring, Bstr> known;
     Bstr none;
-    // Null while the driver names none: the fallback stands in for it.
+    // Null if the driver has none: the fallback is used.
     const Bstr* privatePrefix = nullptr;
     const Bstr* fallbackPrefix = &none;
 

@@ -5,14 +5,14 @@
 
 namespace base::xps::printschema
 {
-/// The namespaces of the names in a ticket. PrintSchemaHandler knows the prefix of each.
+/// The namespaces of names in a ticket. PrintSchemaHandler knows their prefixes.
 enum class NamespaceId : std::uint32_t
 {
     Keywords = 0,
     Framework = 1,
-    /// The driver's own, under the prefix that its property bag names.
+    /// The driver's namespace, under the prefix in its property bag.
     Private = 2,
-    /// The prefix "ns0000", under which private names stand where the driver names none.
+    /// The prefix "ns0000", used for private names if the driver's property bag has no prefix.
     Fallback = 3,
 };
 
