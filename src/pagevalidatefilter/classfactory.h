@@ -3,7 +3,7 @@
 #include <atomic>
 
 #include "base/utility/comobject.h"
-#include "pagevalidatefilter/modulecount.h"
+#include "pagevalidatefilter/module.h"
 
 namespace pagevalidatefilter
 {

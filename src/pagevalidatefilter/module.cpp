@@ -4,7 +4,6 @@
 
 #include "base/utility/comptr.h"
 #include "pagevalidatefilter/classfactory.h"
-#include "pagevalidatefilter/modulecount.h"
 
 using base::utility::ComPtr;
 using pagevalidatefilter::ClassFactory;

@@ -8,7 +8,7 @@
 #include "base/xps/printschema/printablemediasizedata.h"
 #include "base/xps/printschema/scalingdata.h"
 #include "base/xps/printschema/tickets/imageableareareader.h"
-#include "pagevalidatefilter/modulecount.h"
+#include "pagevalidatefilter/module.h"
 
 namespace pagevalidatefilter
 {

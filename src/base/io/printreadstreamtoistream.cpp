@@ -66,8 +66,8 @@ STDMETHODIMP PrintReadStreamToIStream::Stat(STATSTG* statstg, DWORD flag) noexce
 
 HRESULT PrintReadStreamToIStream::Measure() noexcept
 {
-    ULONGLONG remembered = 0;
-    if (const HRESULT hr = m_pStream->Seek(0, STREAM_SEEK_CUR, &remembered); FAILED(hr))
+    ULONGLONG position = 0;
+    if (const HRESULT hr = m_pStream->Seek(0, STREAM_SEEK_CUR, &position); FAILED(hr))
     {
         return hr;
     }
@@ -77,7 +77,7 @@ HRESULT PrintReadStreamToIStream::Measure() noexcept
         return hr;
     }
     ULONGLONG restored = 0;
-    const HRESULT hr = m_pStream->Seek(static_cast<LONGLONG>(remembered), STREAM_SEEK_SET, &restored);
+    const HRESULT hr = m_pStream->Seek(static_cast<LONGLONG>(position), STREAM_SEEK_SET, &restored);
     if (SUCCEEDED(hr))
     {
         m_size = length;

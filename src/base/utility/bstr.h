@@ -5,6 +5,7 @@
 #include <string_view>
 #include <utility>
 
+#include "base/utility/utf8.h"
 #include "platform/win32.h"
 
 namespace base::utility
@@ -21,7 +22,13 @@ public:
         RequireMemory(true);
     }
     /// From UTF-8 text.
-    explicit Bstr(const char* text);
+    explicit Bstr(const char* text)
+    {
+        if (text != nullptr)
+        {
+            *this = Bstr(std::wstring_view(FromUtf8(text)));
+        }
+    }
     /// A copy; null stays null.
     Bstr(const Bstr& other)
         : m_value(other.m_value == nullptr ? nullptr : SysAllocStringLen(other.m_value, other.Length()))
@@ -56,7 +63,7 @@ public:
     UINT Length() const noexcept { return SysStringLen(m_value); }
 
     /// Compares as OLE automation does, in the user's locale: VARCMP_LT, VARCMP_EQ or VARCMP_GT.
-    HRESULT Compare(BSTR other) const noexcept;
+    HRESULT Compare(BSTR other) const noexcept { return VarBstrCmp(m_value, other, LOCALE_USER_DEFAULT, 0); }
 
     /// Address for a callee's out-parameter; the string must be empty.
     BSTR* Receive() noexcept

@@ -116,7 +116,7 @@ OldTicket LoadOldTicket(IFixedPage& page)
     ComPtr<IPartPrintTicket> part;
     if (!printschema::HasSucceeded(page.GetPrintTicket(part.Receive())) || !part)
     {
-        return {xml::XmlUtility::LoadDocumentFromString(printschema::kEmptyPrintTicket), L".xml", false};
+        return {printschema::CreateEmptyTicket(), L".xml", false};
     }
     ComPtr<IPrintReadStream> reader;
     ThrowIfFailed(part->GetStream(reader.Receive()));

@@ -23,10 +23,10 @@ struct OutputSettings
     const wchar_t* bitsPerPixel;
 };
 
-constexpr OutputSettings kUsual = {7, L"Type2", 52428800, 8, L"Type7", L"Bits8"};
+constexpr OutputSettings kType7 = {7, L"Type2", 52428800, 8, L"Type7", L"Bits8"};
 constexpr std::array kKnown = {
     OutputSettings{1, L"Type4", 24641536, 8, L"Type1", L"Bits8"},
-    kUsual,
+    kType7,
     OutputSettings{'L', L"Type3", 77594624, 256, L"TypeL", L"Bits2"},
 };
 
@@ -90,10 +90,10 @@ constexpr const wchar_t* kTicketFormat =
 LONG ReadPageDescriptionType(IPrintPipelinePropertyBag& pipelineBag)
 {
     const auto driverBag = utility::FindDriverPropertyBag(pipelineBag);
-    LONG type = kUsual.pageDescriptionType;
+    LONG type = kType7.pageDescriptionType;
     if (!driverBag || FAILED(driverBag->GetInt32(utility::Bstr(L"QuellmarkTesselType").Get(), &type)))
     {
-        return kUsual.pageDescriptionType;
+        return kType7.pageDescriptionType;
     }
     return type;
 }
@@ -109,7 +109,7 @@ std::wstring DefaultPrintTicketOf(LONG pageDescriptionType)
     const auto known = std::find_if(kKnown.begin(), kKnown.end(), [&](const OutputSettings& settings) {
         return settings.pageDescriptionType == pageDescriptionType;
     });
-    const OutputSettings& selected = known == kKnown.end() ? kUsual : *known;
+    const OutputSettings& selected = known == kKnown.end() ? kType7 : *known;
     return logging::FormatWString(kTicketFormat,
                                   kPrivateUri,
                                   selected.compression,

@@ -66,7 +66,7 @@ MediaSize Turned(MediaSize size)
     return {size.heightMicrometres, size.widthMicrometres};
 }
 
-std::int32_t ReadNumber(const PrintSchemaHandler& capabilities, std::initializer_list<const wchar_t*> levels)
+std::int32_t ReadInteger(const PrintSchemaHandler& capabilities, std::initializer_list<const wchar_t*> levels)
 {
     const std::wstring framework(capabilities.GetPrefix(NamespaceId::Framework).View());
     const std::wstring keywords(capabilities.GetPrefix(NamespaceId::Keywords).View());
@@ -88,10 +88,10 @@ std::int32_t ReadNumber(const PrintSchemaHandler& capabilities, std::initializer
 ImageableSize ReadSize(const PrintSchemaHandler& capabilities)
 {
     const auto sheet = [&](const wchar_t* name) {
-        return ReadNumber(capabilities, {L"PageImageableSize", name});
+        return ReadInteger(capabilities, {L"PageImageableSize", name});
     };
     const auto area = [&](const wchar_t* name) {
-        return ReadNumber(capabilities, {L"PageImageableSize", L"ImageableArea", name});
+        return ReadInteger(capabilities, {L"PageImageableSize", L"ImageableArea", name});
     };
     return {{sheet(L"ImageableSizeWidth"), sheet(L"ImageableSizeHeight")},
             {area(L"OriginWidth"), area(L"OriginHeight"), area(L"ExtentWidth"), area(L"ExtentHeight")}};
@@ -103,29 +103,29 @@ std::optional<ImageableArea> ImageableAreaReader::Read(const MediaSizeEntry& med
 {
     ComPtr<IXMLDOMDocument2> pageTicket;
     ThrowIfFailed(m_provider.GetLevelTicket(kPTPageScope, pageTicket.Receive()));
-    std::wstring request = TextOf(pageTicket.Get()) + NameOf(media, orientation);
-    Answer answer;
-    if (const Answer* known = m_byPage.Find(request))
+    std::wstring key = TextOf(pageTicket.Get()) + NameOf(media, orientation);
+    Area answer;
+    if (const Area* known = m_byPage.Find(key))
     {
         answer = *known;
     }
     else
     {
-        answer = ReadUnder(pageTicket.Get(), media, orientation);
-        m_byPage.Add(std::move(request), answer);
+        answer = ReadUncached(pageTicket.Get(), media, orientation);
+        m_byPage.Add(std::move(key), answer);
     }
     return answer ? std::optional(answer->area) : std::nullopt;
 }
 
-ImageableAreaReader::Answer ImageableAreaReader::ReadUnder(IXMLDOMDocument2* pageTicket,
-                                                           const MediaSizeEntry& media,
-                                                           const PageOrientationData& orientation)
+ImageableAreaReader::Area ImageableAreaReader::ReadUncached(IXMLDOMDocument2* pageTicket,
+                                                            const MediaSizeEntry& media,
+                                                            const PageOrientationData& orientation)
 {
     MediaSizeData sheet(media);
     int quarters = QuarterTurnsOf(orientation);
-    const MediaSize seen = quarters % 2 == 0 ? sheet.GetSize() : Turned(sheet.GetSize());
-    Answer answer = AskFor(pageTicket, sheet, orientation);
-    if (answer && IsSameSheet(answer->sheet, seen))
+    const MediaSize expected = quarters % 2 == 0 ? sheet.GetSize() : Turned(sheet.GetSize());
+    Area answer = ReadFor(pageTicket, sheet, orientation);
+    if (answer && IsSameSheet(answer->sheet, expected))
     {
         return answer;
     }
@@ -139,7 +139,7 @@ ImageableAreaReader::Answer ImageableAreaReader::ReadUnder(IXMLDOMDocument2* pag
         sheet.Rotate();
         ++quarters;
     }
-    answer = AskFor(pageTicket, sheet, PageOrientationData());
+    answer = ReadFor(pageTicket, sheet, PageOrientationData());
     if (answer && IsSameSheet(answer->sheet, sheet.GetSize()))
     {
         return TurnClockwise(*answer, quarters % 4);
@@ -147,34 +147,34 @@ ImageableAreaReader::Answer ImageableAreaReader::ReadUnder(IXMLDOMDocument2* pag
     return std::nullopt;
 }
 
-ImageableAreaReader::Answer ImageableAreaReader::AskFor(IXMLDOMDocument2* pageTicket,
-                                                        const MediaSizeData& media,
-                                                        const PageOrientationData& orientation)
+ImageableAreaReader::Area ImageableAreaReader::ReadFor(IXMLDOMDocument2* pageTicket,
+                                                       const MediaSizeData& media,
+                                                       const PageOrientationData& orientation)
 {
     const ComPtr<IXMLDOMDocument2> ticket = CopyOf(pageTicket);
     const PrintTicketFunctionOption* const accessors[] = {&media, &orientation};
     RewriteTicket(ticket, accessors, kPrivateUri);
 
-    std::wstring text = TextOf(ticket.Get());
-    if (const Answer* known = m_byTicket.Find(text))
+    std::wstring key = TextOf(ticket.Get());
+    if (const Area* known = m_byTicket.Find(key))
     {
         return *known;
     }
-    const Answer answer = Ask(ticket.Get());
-    m_byTicket.Add(std::move(text), answer);
+    const Area answer = ReadFromPrinter(ticket.Get());
+    m_byTicket.Add(std::move(key), answer);
     return answer;
 }
 
-ImageableAreaReader::Answer ImageableAreaReader::Ask(IXMLDOMDocument2* ticket)
+ImageableAreaReader::Area ImageableAreaReader::ReadFromPrinter(IXMLDOMDocument2* ticket)
 {
     ImageableSize size;
-    const HRESULT asked = exception::AtBoundary([&] {
+    const HRESULT read = exception::AtBoundary([&] {
         ComPtr<IXMLDOMDocument2> document;
         ThrowIfFailed(m_provider.GetCapabilities(ticket, document.Receive()));
         size = ReadSize(PrintSchemaDocumentHandler::ForPrintCapabilities(document));
         return S_OK;
     });
     const bool hasExtent = size.area.widthMicrometres > 0 && size.area.heightMicrometres > 0;
-    return HasSucceeded(asked) && hasExtent ? Answer(size) : std::nullopt;
+    return HasSucceeded(read) && hasExtent ? Area(size) : std::nullopt;
 }
 } // namespace base::xps::printschema

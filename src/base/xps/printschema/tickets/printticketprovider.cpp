@@ -286,7 +286,7 @@ IXMLDOMDocument2* PrintTicketProvider::EmptyTicket()
 {
     if (!m_emptyTicket)
     {
-        m_emptyTicket = xml::XmlUtility::LoadDocumentFromString(kEmptyPrintTicket);
+        m_emptyTicket = CreateEmptyTicket();
     }
     return m_emptyTicket.Get();
 }
