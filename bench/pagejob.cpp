@@ -17,7 +17,7 @@ using support::MediaFeature;
 struct KindFacts
 {
     const char* name;
-    /// Empty for none of a page's own.
+    /// Empty if the page has no ticket of its own.
     std::string ticket;
     bool isTurned;
     bool getsNewTicket;

@@ -8,7 +8,8 @@
 
 namespace bench
 {
-/// What becomes of each page of a job. Pages have tickets of their own, but for those that inherit theirs.
+/// What the filter does with each page of a job. Inherited pages are passed and have no ticket of their own;
+/// all others have one.
 enum class PageKind
 {
     Inherited,
@@ -17,7 +18,7 @@ enum class PageKind
     Refitted
 };
 
-/// Throws std::invalid_argument for what is no kind.
+/// Throws std::invalid_argument for an unknown name.
 PageKind KindOf(const std::string& name);
 
 struct PageJob
@@ -25,16 +26,16 @@ struct PageJob
     PageKind kind;
     std::size_t pages;
     std::string markup;
-    /// In the place of the kind's own; empty for that.
+    /// Replaces the ticket of the kind; empty to keep that.
     std::string ticket = {};
 };
 
-/// A page with nothing on it but a line.
+/// A page with one line on it.
 extern const std::string kSmallPage;
 
-/// Runs a filter over a job of one document, whose pages come into being when the filter asks for them and go
-/// once it has sent them. Throws when the filter fails, or when what became of the pages is not what their
-/// kind says. `onCall` is told of every call of the pipeline.
+/// Runs a filter over a job of one document. Each page is created when the filter asks for it and destroyed
+/// after the filter has sent it. Throws if the filter fails, or if it treats a page otherwise than its kind
+/// says. Every call of the pipeline is reported to `onCall`.
 void RunPageJob(IPrintPipelineFilter& filter,
                 const PageJob& job,
                 const std::function<void(const std::string& name)>& onCall);

@@ -15,8 +15,8 @@ namespace
 {
 constexpr char kText[] = "string";
 
-// Stages, told apart by their addresses. Nothing is absorbed in the first two; in the last, the request has
-// been written.
+// Stages are compared by address. In the first two every failure comes out with its own code; in the last the
+// request has been written.
 constexpr char kNothing[] = "";
 constexpr char kWritten[] = "";
 constexpr char kCapabilities[] = "the printer is asked for its capabilities";
@@ -27,7 +27,7 @@ bool HasSucceeded(const Call& call)
     return SUCCEEDED(static_cast<HRESULT>(call.result));
 }
 
-/// What stands at the address that an argument holds; 0 for none.
+/// The value at the address in an argument; 0 for null.
 std::uintptr_t Received(const Call& call, std::size_t argument)
 {
     const auto* const address = call.Argument<const std::uintptr_t*>(argument);
@@ -159,11 +159,11 @@ void EndOperation(Call& call, const HandOver& what)
     }
 }
 
-/// What a query of a whole document is for.
+/// The stage that a query of a whole document begins.
 const char* StageOfQuery(const Call& call)
 {
     const std::wstring_view query = call.Argument<const wchar_t*>(1);
-    // Parameters are looked for on the way to something else.
+    // A query for parameters is part of another stage.
     if (!query.starts_with(L"//") || query.find(L":Parameter") != query.npos)
     {
         return Watch::Get().GetStage();
@@ -190,7 +190,7 @@ const char* StageOfQuery(const Call& call)
                                                                 : kNothing;
 }
 
-/// The next stage where the job stands in `stage`, and none otherwise.
+/// The next stage if the job is in `stage`; else null.
 template <const char* Stage, const char* Next>
 const char* After(const Call&)
 {
@@ -238,7 +238,7 @@ const std::map<std::string_view, Act> kActsAfter = {{"takes", &TakeResult},
 
 const std::map<std::string_view, bool (*)(const Call&)> kConditions = {
     {"operator-new", [](const Call& call) { return Watch::Get().IsOperatorNew(call); }},
-    // Null gives null, without asking for memory.
+    // Null gives null without an allocation.
     {"text-given", [](const Call& call) { return call.arguments[0] != 0; }},
     {"token-given", [](const Call& call) { return call.arguments[1] != 0; }},
     {"utf8", [](const Call& call) { return call.arguments[0] == CP_UTF8; }}};
@@ -250,7 +250,7 @@ const std::map<std::string_view, const char* (*)(const Call&)> kStages = {
     {"begins-nothing", [](const Call&) -> const char* { return kNothing; }},
     {"writes-ticket", [](const Call&) -> const char* { return kWritten; }},
     {"queries", &StageOfQuery},
-    // What the printer's answers are remembered by: a page's ticket, then the one that is written for it.
+    // The texts that are keys of cached imageable areas: a page's ticket, then the ticket made from it.
     {"remembers-text", &After<kWritten, kWritten>},
     {"saves-ticket", &After<kCapabilities, kRequested>},
     {"prepares-queries", &After<kRequested, kRequested>}};
@@ -261,7 +261,7 @@ struct Table
     std::map<std::string, Interface> interfaces;
 };
 
-/// Takes a word's meaning over; false when there is none among these words.
+/// Applies the meaning of a word; false if the word is not among these.
 template <typename Meaning>
 bool Understand(const std::map<std::string_view, Meaning>& words, const std::string& word, Meaning& meaning)
 {
@@ -273,8 +273,7 @@ bool Understand(const std::map<std::string_view, Meaning>& words, const std::str
     return found != words.end();
 }
 
-/// Of a word like "takes:memory", "text:1" or "IPrintReadStream:1:a-page", what stands behind the first
-/// colon.
+/// The text after the first colon of a word such as "takes:memory", "text:1" or "IPrintReadStream:1:a-page".
 HandOver ReadHandOver(std::istringstream& pieces)
 {
     HandOver handOver;
@@ -293,7 +292,7 @@ HandOver ReadHandOver(std::istringstream& pieces)
     return handOver;
 }
 
-/// Everything on a line but the place of a method.
+/// Reads a line without the slot of a method.
 Function ReadFunction(std::istream& line, Table& table)
 {
     Function function;

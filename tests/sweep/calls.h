@@ -4,13 +4,13 @@
 
 #include "sweep/watch.h"
 
-// The outside as the module sees it: every function that it imports and every method that it calls, how each
-// fails, and what changes hands.
+// Every function that the module imports and every method that it calls, with how each fails and which
+// resources it gives or takes.
 namespace sweep
 {
-/// Null for a function that neither fails nor is known not to be failed.
+/// Null for a function that calls.txt does not list.
 const Function* FindImport(const std::string& name);
 
-/// Null for an interface that the module has no business with.
+/// Null for an interface that calls.txt does not list.
 const Interface* FindInterface(const IID& iid);
 } // namespace sweep

@@ -33,7 +33,7 @@ std::string NameOf(HRESULT hr)
     return text.data();
 }
 
-/// From a row like "| `call`, called again while something is read | E_FAIL or success | ... |".
+/// Reads a row such as "| `call`, called again while something is read | E_FAIL or success | ... |".
 Exception ParseRow(const std::string& line)
 {
     static const std::regex form(R"(\| `([^`]*)`(, called again)?(?: while ([^|]*))? \| ([^|]*) \| .* \|)");
@@ -111,7 +111,7 @@ std::vector<std::string> Judge(const Outcome& outcome, const Outcome& good, cons
         }
     }
     const bool isWhole = SUCCEEDED(outcome.result) || outcome.method == "ShutdownOperation";
-    // A part that counts as one of another kind is sent under another name.
+    // A part of another kind is sent with another method.
     if (isWhole ? outcome.sent.size() != good.sent.size()
                 : exception == nullptr &&
                       !std::equal(outcome.sent.begin(),
@@ -122,12 +122,12 @@ std::vector<std::string> Judge(const Outcome& outcome, const Outcome& good, cons
     {
         faults.emplace_back("other parts are sent");
     }
-    // Without the user's name nothing is closed; the filter tries again when it goes.
+    // Without impersonation nothing is closed; the filter tries again on destruction.
     if (!outcome.isProviderClosed && (point.Name() != "SetThreadToken" || FAILED(outcome.result)))
     {
         faults.emplace_back("a ticket provider is open after the operation");
     }
-    // Who cannot start COM has nobody to tell, and the last step of all comes after the telling.
+    // If COM cannot be initialised no shutdown is requested; and closing the sender comes after that request.
     const std::string name = point.Name();
     const bool isUnreported = name == "CoInitializeEx" || name == "IXpsDocumentConsumer::CloseSender";
     if (outcome.method == "StartOperation" && FAILED(outcome.result) && outcome.isReported == isUnreported)

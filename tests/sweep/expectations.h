@@ -7,18 +7,18 @@
 
 namespace sweep
 {
-/// Failures that do not come out of the module with their own code, as a table of docs/errors.md lists them.
+/// A row of docs/errors.md: failures that do not come out of the module with their own code.
 struct Exception
 {
-    /// The name of the call; with a star in the end, how it begins.
+    /// The name of the call; with a star at the end, its beginning.
     std::string call;
-    /// What the module is about; empty for anything.
+    /// The stage of the job; empty for any.
     std::string stage;
-    /// Not the first of its kind on the object.
+    /// Whether it applies only if the same call was made on the object before.
     bool isAgain = false;
-    /// What may come out; S_OK for nothing.
+    /// The HRESULTs that may come out; S_OK for success.
     std::vector<HRESULT> results;
-    /// As the document has it.
+    /// The row as text.
     std::string row;
 
     bool Holds(const Watch::Point& point) const;
@@ -26,11 +26,11 @@ struct Exception
 
 const std::vector<Exception>& Exceptions();
 
-/// The one that holds for a point; null for none.
+/// The row that applies to a point; null for none.
 const Exception* FindException(const Watch::Point& point);
 
 bool IsOfMemory(const Watch::Point& point);
 
-/// What is wrong with a run in which this point failed; `good` is one in which none did.
+/// What is wrong with a run in which this point failed, compared with `good`, a run without a failure.
 std::vector<std::string> Judge(const Outcome& outcome, const Outcome& good, const Watch::Point& point);
 } // namespace sweep

@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-// These are in thunk.S, or called by it.
+// SweepThunk is in thunk.S and calls the other two.
 extern "C"
 {
     void SweepThunk();
@@ -23,7 +23,7 @@ extern "C"
                     const void* returnAddress,
                     std::uintptr_t* result)
     {
-        // The caller may ask why the original failed.
+        // Kept for a caller that asks why the original failed.
         const DWORD error = GetLastError();
         sweep::Call call{arguments, returnAddress, *result};
         hook->After(call);

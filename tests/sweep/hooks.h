@@ -5,14 +5,15 @@
 
 #include "platform/win32.h"
 
-// Ways into the calls that a module makes to the outside: pointers to functions, in its table of imports and
-// in the tables of the objects that it is given, are replaced by ones that ask first and tell afterwards.
+// Intercepts the calls of a module. Function pointers in its import table, and in the method tables of the
+// objects that it receives, are replaced by pointers to thunks, which call Before and After of a
+// FunctionHook.
 namespace sweep
 {
-/// One call while it happens.
+/// A call in progress.
 struct Call
 {
-    /// The integer arguments; twelve can be looked at.
+    /// The integer arguments, of which twelve can be read.
     const std::uintptr_t* arguments;
     const void* returnAddress;
     std::uintptr_t result;
@@ -24,22 +25,23 @@ struct Call
     }
 };
 
-/// What stands in for one function of the outside. Lives as long as the program.
+/// Replaces one function. Lives as long as the program.
 class Hook
 {
 public:
     Hook(const Hook&) = delete;
     Hook& operator=(const Hook&) = delete;
 
-    /// The pointer to put in the place of the original's.
+    /// The pointer that replaces the original function's.
     void* Entry() const { return m_entry; }
 
-    /// Answers in place of the original when it gives true; the call's result is then the answer.
+    /// Called before the original. If it returns true the original is not called, and the call's result is
+    /// used.
     virtual bool Before(Call& call) = 0;
-    /// After the original; may change the result.
+    /// Called after the original; may change the result.
     virtual void After(Call& call) = 0;
 
-    /// The original is called through this member, by its place in the object.
+    /// The thunk calls the original through this member, by its offset.
     void* const original;
 
 protected:
@@ -50,6 +52,6 @@ private:
     void* const m_entry;
 };
 
-/// Puts a pointer where the memory may be read-only.
+/// Writes a pointer into memory that may be read-only.
 void Overwrite(void** place, void* value);
 } // namespace sweep

@@ -56,7 +56,7 @@ std::string A4(const std::string& further)
     return Ticket(MediaFeature("ISOA4", 210000, 297000) + further);
 }
 
-/// A scaling whose numbers stand beside it, each as "psk:PageScaling..." of a ScoredProperty.
+/// A scaling with its parameters, each as "psk:PageScaling..." of a ScoredProperty.
 std::string CustomScaling()
 {
     std::string properties;
@@ -71,8 +71,8 @@ std::string CustomScaling()
     return Feature("PageScaling", "Custom", properties) + parameters;
 }
 
-/// A job that takes every way through the module: parts of every kind, pages that are turned, by their own
-/// ticket and without, refitted, and passed.
+/// A job that uses every path through the module: parts of every kind, and pages that are turned, with and
+/// without a ticket of their own, refitted, and passed.
 void AddWholeJob(Pipeline& pipeline)
 {
     const std::string landscape = Feature("PageOrientation", "Landscape");
@@ -91,7 +91,7 @@ void AddWholeJob(Pipeline& pipeline)
     pipeline.Add<support::PagePart>("passed", kPage, A4(Feature("PageInputBin", "AutoSelect", feed)));
 }
 
-/// Asks for a sheet beyond the printer's limits.
+/// A ticket with a sheet outside the printer's limits.
 std::string UserTicket()
 {
     return Ticket(MediaFeature("ISOA3", 297000, 420000) + Feature("PageOrientation", "Portrait"));
@@ -105,7 +105,7 @@ void Expect(bool holds, const char* fault, Outcome& outcome)
     }
 }
 
-/// What must hold when a job has ended, however it did.
+/// Checks what must be true after every job, failed or not.
 void CheckEnd(const Pipeline& pipeline, Outcome& outcome)
 {
     const auto& record = pipeline.record;
@@ -126,7 +126,7 @@ void CheckEnd(const Pipeline& pipeline, Outcome& outcome)
 
 void RunWholeJob(const LoadedLibrary& module, const Fault& fault, Outcome& outcome)
 {
-    // Prime, so that a short call ends where nothing else does.
+    // A prime number, so that short reads end at no other boundary.
     constexpr ULONG kShort = 61;
     Watch& watch = Watch::Get();
     Pipeline pipeline(UserTicket(), fault.areStreamsShort ? kShort : std::numeric_limits<ULONG>::max());
@@ -164,7 +164,7 @@ void RunWholeJob(const LoadedLibrary& module, const Fault& fault, Outcome& outco
     outcome.points = watch.Points();
 }
 
-/// The job after that, which must run whatever happened. Its shutdown fails.
+/// The next job, which must run whatever happened before. Its shutdown fails.
 void RunNextJob(const LoadedLibrary& module, Outcome& outcome)
 {
     Pipeline pipeline(A4(""));

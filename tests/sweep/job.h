@@ -8,36 +8,36 @@
 
 namespace sweep
 {
-/// What became of one job in a module that was loaded for it.
+/// The outcome of one job, in a module that was loaded for it.
 struct Outcome
 {
-    /// The first failure that the module answered with, and the method that did; S_OK for none.
+    /// The first failing HRESULT that a method of the module returned, and the method; S_OK for none.
     HRESULT result = S_OK;
     std::string method;
-    /// Whether the pipeline was asked to shut down.
+    /// Whether the filter requested a shutdown.
     bool isReported = false;
-    /// Whether the ticket provider was closed by the end of the operation, not only with the filter.
+    /// Whether the ticket provider was closed when the operation ended, before the filter was released.
     bool isProviderClosed = false;
-    /// The parts that were sent, and what was written into new ones.
+    /// The parts that were sent, and the contents of new parts.
     std::vector<std::string> sent;
     std::vector<std::string> written;
     std::vector<Watch::Point> points;
-    /// What was not as it has to be after any job, and in the one that followed it.
+    /// Errors in the state after the job, and in the job after it.
     std::vector<std::string> faults;
-    /// What is still held when the module is gone, by kind.
+    /// The resources that are still held after the module is unloaded, by kind.
     std::map<std::string, int> left;
 };
 
 struct Fault
 {
-    /// From 1; 0 for a job that nothing happens to.
+    /// From 1; 0 for a job without a failure.
     std::size_t point = 0;
-    /// All memory from there on.
+    /// Whether every allocation after the failing point fails too.
     bool isForGood = false;
-    /// Every stream gives or takes a few bytes in one call, however many it is asked for.
+    /// Whether streams read and write at most a few bytes in one call.
     bool areStreamsShort = false;
 };
 
-/// Loads the module, runs a job that takes every way through it, then a small one, and unloads it.
+/// Loads the module, runs a job that uses every path through it, then a small job, and unloads the module.
 Outcome RunJob(const Fault& fault);
 } // namespace sweep

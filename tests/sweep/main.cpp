@@ -13,18 +13,18 @@
 
 #include <winternl.h>
 
-// Runs a print job in the module once for each call that the module makes to the outside and for each piece
-// of memory that it asks for, with that one failing, and checks what becomes of it.
+// Runs a print job in the module once for each call and each allocation that the module makes, makes that one
+// fail, and checks the outcome.
 namespace
 {
 using sweep::Outcome;
 using sweep::Watch;
 
-// A prime number, so that the sample does not keep step with what repeats.
+// A prime number, so that the sample does not pick the same call of every page.
 constexpr std::size_t kSampleStep = 499;
-/// The sample takes all of as many points of one kind.
+/// The sample runs all points of a kind that has at most so many.
 constexpr std::size_t kSmallKind = 8;
-/// So many of the points of memory are run a second time, with no memory from there on.
+/// One of so many allocations is run again with every later allocation failing.
 constexpr std::size_t kForGoodStep = 5;
 
 struct Options
@@ -33,12 +33,12 @@ struct Options
     bool isForGood = false;
     bool isSample = false;
     bool areStreamsShort = false;
-    // Every so many points, from this one on.
+    // Runs every step-th point, from the first one on.
     std::size_t first = 1;
     std::size_t step = 1;
 };
 
-// As the loader reports modules; MinGW declares nothing of it.
+// The loader's notification of modules, which MinGW does not declare.
 struct LoaderNotification
 {
     ULONG flags;
@@ -83,7 +83,7 @@ void PrintStack()
     ExitProcess(2);
 }
 
-/// Ends the program when one job takes longer than any can.
+/// Ends the program if a job hangs.
 void WatchForHanging()
 {
     for (std::size_t seen = 0;; seen = g_run)
@@ -116,14 +116,14 @@ void PrintFaults(const std::string& of, const std::vector<std::string>& faults)
     }
 }
 
-/// As the sweep names points to people.
+/// The text that describes a point in messages.
 std::string Describe(std::size_t number, bool isForGood, const Watch::Point& point)
 {
     return "point " + std::to_string(number) + (isForGood ? " for good, " : ", ") + point.Name() +
            (point.isAgain ? ", called again" : "");
 }
 
-/// Gives 0 when the job comes to the end that it has to come to, 1 otherwise.
+/// Returns 0 if the job has the expected outcome, else 1.
 int RunPoint(std::size_t number, bool isForGood, const Outcome& good)
 {
     const Watch::Point& point = good.points[number - 1];
@@ -142,7 +142,7 @@ std::string KindOf(const Watch::Point& point)
     return point.Name() + ' ' + point.stage + (point.isAgain ? " again" : "");
 }
 
-/// Gives the number of failing runs.
+/// Returns the number of failing runs.
 int Sweep(const Options& options, const Outcome& good)
 {
     int failing = 0;
@@ -201,11 +201,10 @@ Options Parse(std::vector<std::string> arguments)
 }
 } // namespace
 
-/// faultsweep                      every point
-/// faultsweep --part I N           points I, I + N and so on: for N programs at once
-/// faultsweep --sample             all points of small kinds, one of each other, and a few more
-/// faultsweep --point N [--for-good]   this point, and what it is; with no memory from there on
-/// With --short, every stream gives or takes a few bytes in one call.
+/// faultsweep                      every point faultsweep --part I N           points I, I + N and so on: for
+/// N programs at once faultsweep --sample             all points of kinds with few points, one of every other
+/// kind, and a few more faultsweep --point N [--for-good]   this point, with its description; with every
+/// later allocation failing With --short, streams read and write a few bytes in one call.
 int main(int argc, char** argv)
 {
     const Options options = Parse({argv + 1, argv + argc});
@@ -217,7 +216,7 @@ int main(int argc, char** argv)
     SetUnhandledExceptionFilter([](EXCEPTION_POINTERS*) -> LONG { Die("crashes"); });
     std::thread(&WatchForHanging).detach();
 
-    // The first job makes what the system's libraries keep.
+    // The first job allocates what the system's libraries keep.
     const Outcome first = Run();
     g_areStreamsShort = options.areStreamsShort;
     Outcome good = first.faults.empty() ? Run() : first;

@@ -10,7 +10,7 @@ namespace sweep
 {
 namespace
 {
-/// What a failing call answers.
+/// What a failing call returns.
 std::uintptr_t AnswerOf(Failing failing)
 {
     constexpr std::uintptr_t kGenericError = 1;
@@ -247,7 +247,7 @@ void Watch::Replace(void** place, const Interface* owner, const Function& functi
     auto& hook = m_hooks[place];
     if (hook == nullptr)
     {
-        // Kept for good: the tables of objects outlive any module.
+        // Never deleted: the method tables of objects outlive the module.
         hook = new FunctionHook(*place, owner, function); // NOLINT(cppcoreguidelines-owning-memory)
         Overwrite(place, hook->Entry());
     }
@@ -288,7 +288,7 @@ void Watch::TakeReference(void* object, const Interface* type, const std::string
     const auto address = reinterpret_cast<std::uintptr_t>(object);
     if (!held.contains({kReference, address}))
     {
-        // A new object, at an address that another may have had.
+        // A new object, perhaps at the address of a deleted one.
         std::erase_if(m_callsOnObjects, [&](const auto& calls) { return calls.first.first == object; });
         m_origins[object] = origin;
     }
@@ -310,7 +310,7 @@ void Watch::Give(const std::string& kind, std::uintptr_t what)
 
 void Watch::GiveReference(void* object)
 {
-    // The module's own objects are memory.
+    // The module's own objects are counted as memory.
     if (object != nullptr && m_hooks.contains(*static_cast<void***>(object) + 2))
     {
         Give(kReference, reinterpret_cast<std::uintptr_t>(object));

@@ -12,17 +12,17 @@
 
 namespace sweep
 {
-/// What a call answers that is made to fail.
+/// What a failing call returns.
 enum class Failing
 {
     Never,
     /// An HRESULT.
     Result,
-    /// An HRESULT, having done its work: for what closes or frees, which does so whatever it answers.
+    /// An HRESULT after the call has done its work: for calls that close or free even if they fail.
     ResultAfterActing,
-    /// A null pointer, for want of memory.
+    /// A null pointer: out of memory.
     NoMemory,
-    /// E_OUTOFMEMORY, from what fails for no other reason.
+    /// E_OUTOFMEMORY, for calls that fail for no other reason.
     ResultOfMemory,
     /// FALSE or 0, with the error for GetLastError.
     Error,
@@ -30,40 +30,40 @@ enum class Failing
     Status
 };
 
-/// The failure that is made, as the two kinds of calls know it.
+/// The failure as a Win32 error and as an HRESULT.
 constexpr DWORD kError = ERROR_DISK_OPERATION_FAILED;
 constexpr HRESULT kFailure = __HRESULT_FROM_WIN32(kError);
 
 struct Interface;
 
-/// What changes hands by a call that is made.
+/// A resource that a call gives to the module or takes from it.
 struct HandOver
 {
     void (*act)(Call& call, const HandOver& what) = nullptr;
-    /// Which argument carries it, from 0.
+    /// The index of the argument, from 0.
     std::size_t argument = 0;
-    /// Of an object.
+    /// The interface, if it is an object.
     const Interface* type = nullptr;
-    /// Of anything else; what a stream is of.
+    /// The kind of any other resource; for a stream, the part that it belongs to.
     std::string kind{};
 };
 
-/// One function of the outside, or a method of one of its interfaces.
+/// A function that the module imports, or a method that it calls.
 struct Function
 {
     std::string name;
     Failing failing = Failing::Never;
     std::vector<HandOver> before{};
     std::vector<HandOver> after{};
-    /// The calls that may fail; null for all of them.
+    /// Whether this call may fail; null if all calls may.
     bool (*mayFail)(const Call& call) = nullptr;
-    /// Tells calls apart by what they are about; null where there is nothing to tell.
+    /// Text that distinguishes calls of the function, such as the name of a property; may be null.
     std::string (*detail)(const Call& call) = nullptr;
-    /// What the module is about from this call on; null where that does not change.
+    /// The stage of the job that begins with this call; null if the stage does not change.
     const char* (*stage)(const Call& call) = nullptr;
-    /// A method's place in its interface.
+    /// The slot of a method in its interface.
     std::size_t slot = 0;
-    /// Of the module's own, called from outside: `before` tells what it is handed.
+    /// The pipeline calls this method of the module; `before` says what the module receives.
     bool isCallback = false;
 };
 
@@ -72,17 +72,17 @@ struct Interface
     std::string name;
     IID iid{};
     const Interface* base = nullptr;
-    /// Those of the bases included.
+    /// Including the slots of its bases.
     std::size_t slotCount = 0;
     std::vector<Function> methods;
 };
 
-// Kinds of what changes hands that are known here.
+// Kinds of resources that the code of the watch uses itself.
 inline const std::string kMemory = "memory";
 inline const std::string kReference = "reference";
 
-/// Stands round one module and sees each call that it makes: counts those that may fail, lets a chosen one
-/// fail, and keeps book of what changes hands. For the one thread that the module is used on.
+/// Intercepts every call that one module makes. It counts the calls that may fail, makes a chosen one fail,
+/// and tracks the resources that the module holds. For the thread that uses the module.
 class Watch
 {
 public:
@@ -93,51 +93,51 @@ public:
         const Interface* owner;
         const Function* function;
         std::string detail;
-        /// What a stream is of; empty for everything else.
+        /// The part that a stream belongs to; empty for anything else.
         std::string origin;
-        /// What the module was about.
+        /// The stage of the job.
         const char* stage;
-        /// Not the first of its kind on this object.
+        /// Whether the same call was made on this object before.
         bool isAgain;
 
-        /// As "malloc" or "IPrintReadStream::ReadBytes of a page".
+        /// Such as "malloc" or "IPrintReadStream::ReadBytes of a page".
         std::string Name() const;
     };
 
     static Watch& Get();
 
-    /// Replaces the imports of a module that is about to start; nothing of it has run yet.
+    /// Replaces the imports of a module that is loaded but has not run yet.
     void Follow(HMODULE module, std::size_t size);
-    /// The pointer that stands in for an import.
+    /// The pointer that replaces an import.
     void* Import(const std::string& name, void* original, const Function& function);
-    /// The module is gone. Frees the memory that it left.
+    /// Call it after the module is unloaded. Frees the memory that the module leaked.
     void Forget();
 
-    /// From here on, points are counted, from 1; the one of this number fails, 0 for none. `isForGood` lets
-    /// all memory fail from there on.
+    /// Starts counting points, from 1. The point with this number fails; 0 for none. With `isForGood` every
+    /// allocation after it fails too.
     void Arm(std::size_t failingPoint, bool isForGood);
     void Disarm() { m_isArmed = false; }
     const std::vector<Point>& Points() const { return m_points; }
-    /// Where the module was when the point failed, innermost first: the addresses that it was linked for.
+    /// The call stack of the failing point, innermost first, as addresses that the module was linked for.
     const std::vector<std::uintptr_t>& FailingStack() const { return m_failingStack; }
 
-    /// Replaces the methods of an object that the module is given.
+    /// Replaces the methods of an object that the module receives.
     void Adopt(void* object, const Interface* type);
     void Take(const std::string& kind, std::uintptr_t what) { ++held[{kind, what}]; }
     void TakeReference(void* object, const Interface* type, const std::string& origin = {});
     void Give(const std::string& kind, std::uintptr_t what);
     void GiveReference(void* object);
-    /// Whether it is the module's operator new that asks: the first that does. Whatever else asks belongs to
-    /// the runtime libraries.
+    /// Whether the call comes from the module's operator new, which is the first caller. Other callers belong
+    /// to the runtime libraries.
     bool IsOperatorNew(const Call& call);
     const char* GetStage() const { return m_stage; }
     void SetStage(const char* stage) { m_stage = stage; }
     void Complain(std::string text) { complaints.push_back(std::move(text)); }
 
-    /// What the module holds and has to give back: memory, strings, references and whatever else comes in
-    /// pairs, how often.
+    /// The resources that the module holds and must release, with their number: memory, strings, references
+    /// and others.
     std::map<std::pair<std::string, std::uintptr_t>, int> held;
-    /// What the module should not have done.
+    /// Errors of the module.
     std::vector<std::string> complaints;
 
 private:
@@ -158,12 +158,12 @@ private:
     bool m_isArmed = false;
     const char* m_stage = "";
     const void* m_operatorNew = nullptr;
-    // By place: whose pointer was replaced there.
+    // By the address of the pointer that was replaced.
     std::map<void**, class FunctionHook*> m_hooks;
     std::map<std::string, std::unique_ptr<class FunctionHook>> m_imports;
     std::map<const void*, std::string> m_origins;
     std::map<std::pair<const void*, const Function*>, int> m_callsOnObjects;
-    // The call that is to fail once it has acted, by its arguments.
+    // The arguments of the call that fails after it has done its work.
     const void* m_pending = nullptr;
 };
 } // namespace sweep
