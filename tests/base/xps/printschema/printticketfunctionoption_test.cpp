@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include "base/logging/errors.h"
 #include "base/xps/printschema/inputbindata.h"
 #include "base/xps/printschema/mediasizedata.h"
 #include "base/xps/printschema/pageorientationdata.h"
@@ -97,6 +98,19 @@ TEST(PrintTicketFunctionOption, WritesUnderItsScopeAndRemovesEveryName)
               "psk:PageInputBin psk:Tray2");
     bin.Remove(handler);
     EXPECT_EQ(Join(document, "//f:Feature/@name"), "psk:Kept");
+}
+
+TEST(PrintTicketFunctionOption, NamesItsOwnSourceWhenAnElementCannotBeCreated)
+{
+    const auto messageOf = [](const PrintTicketFunctionOption& accessor) {
+        const auto handler = HandlerOf(support::LoadFile("tickets/nokeywords.xml"));
+        return MessageOf<exception::HresultError>(
+            [&] { accessor.WriteParameters(handler, nullptr, Scope::Page); });
+    };
+    const std::string folder = "base\\xps\\printschema\\";
+    const std::string text = "(...) : " + exception::GetErrorText(E_UNEXPECTED) + "\n";
+    EXPECT_EQ(messageOf(MediaSizeData()), folder + "mediasizedata" + text);
+    EXPECT_EQ(messageOf(PrintableMediaSizeData()), folder + "printticketfunctionoption" + text);
 }
 } // namespace
 } // namespace base::xps::printschema
