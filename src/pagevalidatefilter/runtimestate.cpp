@@ -2,11 +2,11 @@
 
 #include "platform/win32.h"
 
-// MinGW links the C++ runtime and its thread library into the module. They allocate a TLS index, and two
-// handles and some memory for each thread that handles an exception or runs a once-function. Nothing of this
-// is freed when the module is unloaded: a process that loads the module about a thousand times runs out of
-// TLS indexes and aborts. The functions below replace the ones that allocate: with the option --wrap the
-// linker redirects calls of NAME to __wrap_NAME. All but pthread_once belong to the Itanium C++ ABI.
+// MinGW links the C++ runtime and its thread library into the module. They allocate a TLS index, two handles
+// and some memory when a thread handles an exception or runs a once-function. Nothing of this is freed when
+// the module is unloaded: a process that loads the module about a thousand times runs out of TLS indexes and
+// aborts. The functions below replace the ones that allocate: with the option --wrap the linker redirects
+// calls of NAME to __wrap_NAME. All but pthread_once belong to the Itanium C++ ABI.
 
 namespace __gnu_cxx
 {

@@ -90,7 +90,7 @@ PageScalingOptionSchema::PageScalingOptionSchema()
                   L"FitApplicationMediaSizeToPageMediaSize",
                   L"None",
               });
-    // The driver's own option: a keyword of the same text is none of ours.
+    // The driver's option: a keyword with the same text is another option (docs/surface.md).
     AddQname(NamespaceId::Private, L"FitApplicationImageableSizeToImageableSize");
 }
 

@@ -79,7 +79,7 @@ ComPtr<IXMLDOMNode> ItemOf(IXMLDOMNodeList* nodes, long index)
     ThrowIfFailed(nodes->get_item(index, node.Receive()));
     if (!node)
     {
-        // Some lists follow the document: it has lost a node since they were counted.
+        // Some lists are live: the document has lost a node since the list was counted.
         ThrowIfFailed(E_UNEXPECTED);
     }
     return node;
