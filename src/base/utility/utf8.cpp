@@ -28,11 +28,6 @@ void RequireConverted(int count)
     }
 }
 
-int Convert(const wchar_t* text, int length, char* buffer, int size)
-{
-    return WideCharToMultiByte(CP_UTF8, 0, text, length, buffer, size, nullptr, nullptr);
-}
-
 /// Copies text that is ASCII to `narrow`; returns false for other text.
 bool NarrowAscii(std::wstring_view text, char* narrow)
 {
@@ -54,7 +49,7 @@ int WideToMultiByte(const wchar_t* text, char* buffer, int size)
     {
         exception::Throw<std::invalid_argument>("pWideCharStr is null.");
     }
-    return Convert(text, -1, buffer, size);
+    return WideCharToMultiByte(CP_UTF8, 0, text, -1, buffer, size, nullptr, nullptr);
 }
 
 std::string ToUtf8(const std::wstring& text)
@@ -75,11 +70,12 @@ void AppendUtf8(std::string& utf8, std::wstring_view text)
     }
     // A UTF-16 unit takes at most three bytes, so one pass is enough.
     constexpr std::size_t bytesPerUnit = 3;
-    const int size = CheckedLength(text.size() * bytesPerUnit);
+    const std::wstring terminated(text);
+    const int size = CheckedLength(text.size() * bytesPerUnit + 1);
     utf8.resize(start + static_cast<std::size_t>(size));
-    const int written = Convert(text.data(), CheckedLength(text.size()), utf8.data() + start, size);
+    const int written = WideToMultiByte(terminated.c_str(), utf8.data() + start, size);
     RequireConverted(written);
-    utf8.resize(start + static_cast<std::size_t>(written));
+    utf8.resize(start + static_cast<std::size_t>(written) - 1);
 }
 
 std::wstring FromUtf8(std::string_view text)

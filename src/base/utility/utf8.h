@@ -7,7 +7,7 @@ namespace base::utility
 {
 /// Converts null-terminated wide text to UTF-8 in `buffer` of `size` bytes. Returns the number of bytes, with
 /// the terminator; for a null buffer and size 0 the number needed; 0 when the conversion fails. Throws
-/// std::invalid_argument for null text. It stays without a caller: docs/surface.md.
+/// std::invalid_argument for null text. All text that leaves the module is converted by it.
 int WideToMultiByte(const wchar_t* text, char* buffer, int size);
 
 /// Converts text without embedded nulls to UTF-8. Throws std::length_error for text too long for the system,
