@@ -13,11 +13,11 @@ using support::Feature;
 using support::MediaFeature;
 using support::Ticket;
 
-/// A filter with no host in front of it that looks at the markup first.
+/// A filter without the host, which would check the markup first.
 class HostileMarkup : public support::PipelineTest
 {
 protected:
-    /// The texts of a job, of the tickets from the user's down and of the page at last.
+    /// The texts of a job: the tickets from the user's to the page's, then the page.
     struct Job
     {
         std::string userTicket = Ticket(MediaFeature("ISOA4", 210000, 297000));
@@ -54,7 +54,7 @@ TEST_F(HostileMarkup, IsRefusedWithADocumentTypeInAnyPart)
              "<!DOCTYPE a>",
              "<!DOCTYPE a SYSTEM 'file:///C:/hostile-secret.txt'>",
              "<?xml version='1.0'?><!-- > --><?p ?><!DOCTYPE a [<!ENTITY b 'c'>]>",
-             // In this encoding the first comment ends behind the second arrow.
+             // In this encoding the first comment ends after the second arrow.
              "<?xml version='1.0' encoding='gbk'?><!-- \x81--><a --><!DOCTYPE a [<!ENTITY b 'c'>]>",
          })
     {

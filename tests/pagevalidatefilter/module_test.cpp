@@ -4,7 +4,7 @@
 
 #include "support/pipelinetest.h"
 
-// The built module, as the pipeline loads it.
+// The built module, loaded as the pipeline loads it.
 namespace pagevalidatefilter
 {
 namespace
@@ -14,7 +14,7 @@ using base::utility::ComPtr;
 template <typename Function>
 Function* Import(const char* name)
 {
-    // The module's import binds to the ticket library that is there already.
+    // The module's import binds to the ticket library that is loaded already.
     static const HMODULE tickets = LoadLibraryW(OFFLINE_TICKET_LIBRARY);
     static const HMODULE module = tickets != nullptr ? LoadLibraryW(FILTER_MODULE) : nullptr;
     return reinterpret_cast<Function*>(reinterpret_cast<void (*)()>(GetProcAddress(module, name)));
@@ -71,7 +71,7 @@ TEST_F(ModuleTest, HandsOutOneClassAndItsFilterOnly)
     EXPECT_EQ(factory->Release(), 2U);
 }
 
-/// Takes note, as it goes, of whether the module says that it may be unloaded.
+/// Records, when it is destroyed, whether the module can be unloaded.
 class LastWitness final : public base::utility::ComObject<IPrintPipelineManagerControl>
 {
 public:

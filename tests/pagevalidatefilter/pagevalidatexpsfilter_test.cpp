@@ -23,7 +23,7 @@ using support::Ticket;
 
 constexpr const char* kPage = R"(<FixedPage Width="1122.56" Height="1587.36"/>)";
 
-/// The part handlers of a filter, as the part loop calls them.
+/// Gives access to the part handlers of a filter, which the loop over the parts calls.
 struct Handlers : base::xps::filterpipeline::XpsDocumentProviderFilterBase
 {
     using XpsDocumentProviderFilterBase::OnFixedDocument;
@@ -36,7 +36,7 @@ struct Handlers : base::xps::filterpipeline::XpsDocumentProviderFilterBase
 class PageValidateXpsFilterTest : public support::PipelineTest
 {
 protected:
-    /// Parts of every kind, with the tickets that are given.
+    /// Parts of every kind, with these tickets.
     void AddJob(const std::string& documentTicket = {}, const std::string& pageTicket = {})
     {
         pipeline->Add<support::RootPart>();
@@ -95,7 +95,7 @@ TEST_F(PageValidateXpsFilterTest, NeedsAWriter)
 
 TEST_F(PageValidateXpsFilterTest, ActsInTheUsersNameOnlyForTheTickets)
 {
-    // The page must be turned and is of a sheet beyond the limits.
+    // The page must be turned, and its sheet is outside the limits.
     AddJob(Ticket(Feature("PageOrientation", "Portrait")),
            Ticket(MediaFeature("ISOA3Rotated", 420000, 297000) +
                   Feature("PageScaling", "FitApplicationMediaSizeToPageMediaSize")));
@@ -103,7 +103,7 @@ TEST_F(PageValidateXpsFilterTest, ActsInTheUsersNameOnlyForTheTickets)
     EXPECT_EQ(pipeline->record.Count("Close page"), 1);
     for (const auto& call : pipeline->record.Calls())
     {
-        // The received ticket is loaded where it was opened.
+        // The received ticket is loaded when the provider is opened.
         const bool isUsers = call.name.starts_with("PT") || call.name == "Seek user ticket" ||
                              call.name == "ReadBytes user ticket";
         EXPECT_EQ(call.isImpersonating, isUsers) << call.name;
@@ -130,7 +130,7 @@ TEST_F(PageValidateXpsFilterTest, IsShutDownWhileThePartsAreWaitedFor)
     goesOn.set_value();
     EXPECT_EQ(operation.get(), E_ABORT);
     EXPECT_EQ(pipeline->control->reasons, std::vector<HRESULT>{E_ABORT});
-    // The end of the operation closes once more.
+    // The end of the operation closes it again.
     EXPECT_EQ(pipeline->record.Count("CloseSender"), 2);
 
     pipeline->record.FailCall("CloseSender", E_ACCESSDENIED);

@@ -4,7 +4,7 @@
 
 namespace
 {
-/// COM for the whole run of a suite that links this file.
+/// Initialises COM for the whole run of a suite that links this file.
 class ComEnvironment : public testing::Environment
 {
 public:

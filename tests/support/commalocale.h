@@ -2,7 +2,7 @@
 
 namespace support
 {
-/// A locale whose numbers have a decimal comma, as this platform names it.
+/// The platform's name of a locale with a decimal comma.
 #ifdef _WIN32
 inline constexpr const char* kCommaLocale = "German_Germany.1252";
 #else

@@ -4,7 +4,7 @@
 
 namespace support
 {
-/// The HRESULT that a COM boundary makes of what `act` throws; S_OK when it throws nothing.
+/// The HRESULT to which a COM boundary maps what `act` throws; S_OK if it throws nothing.
 template <typename Action>
 HRESULT HresultOf(Action&& act)
 {

@@ -18,7 +18,7 @@ inline HeapUse operator+(const HeapUse& one, const HeapUse& other)
     return {one.blocks + other.blocks, one.bytes + other.bytes};
 }
 
-/// Blocks of fewer bytes than `atLeast` do not count.
+/// Blocks of fewer than `atLeast` bytes are not counted.
 inline HeapUse MeasureHeap(HANDLE heap, std::size_t atLeast = 0)
 {
     HeapUse use;
@@ -33,7 +33,7 @@ inline HeapUse MeasureHeap(HANDLE heap, std::size_t atLeast = 0)
     return use;
 }
 
-/// What is in use on the heaps of the process, the runtime's among them, from which new and the DOM take.
+/// The use of all heaps of the process, including the runtime's, from which new and the DOM allocate.
 inline HeapUse MeasureHeaps()
 {
     std::vector<HANDLE> heaps(GetProcessHeaps(0, nullptr));
@@ -46,9 +46,9 @@ inline HeapUse MeasureHeaps()
     return use;
 }
 
-/// The blocks in use on the process heap, where strings and objects of COM live, and nothing of what a test
-/// itself takes by new. A few come and go with the system's caches: what is to leave nothing behind is run
-/// many times between two counts.
+/// The blocks in use on the process heap, which holds the strings and objects of COM but not what a test
+/// allocates with new. The system's caches allocate and free a few: run what must not leak many times between
+/// two counts.
 inline std::size_t CountHeapBlocks(std::size_t atLeast = 0)
 {
     return MeasureHeap(GetProcessHeap(), atLeast).blocks;

@@ -20,44 +20,43 @@
 #include "support/printstreams.h"
 #include "support/ticketplatform.h"
 
-// A print filter pipeline of recording fakes. All calls of one pipeline, and those of the platform's print
-// ticket functions that are shown to it, stand in one list in their order, and any of them can be made to
-// fail.
+// A print filter pipeline of fakes that record their calls. The calls of one pipeline, and those of the
+// platform's print ticket functions that are reported to it, are in one list in order. Any call can be made
+// to fail.
 namespace support
 {
 using base::utility::Bstr;
 using base::utility::ComPtr;
 using base::utility::MakeCom;
 
-/// What the platform answers for tickets and properties that are not there.
+/// The platform's result for missing tickets and properties.
 constexpr HRESULT kElementNotFound = static_cast<HRESULT>(0x80070490);
 
-/// The calls of one pipeline. May be asked while an operation runs on another thread.
+/// The calls of one pipeline. Can be read while an operation runs on another thread.
 class PipelineRecord
 {
 public:
     struct Call
     {
-        /// The method, with the name of the object behind it where there are several.
+        /// The method, followed by the object's name if there are several objects.
         std::string name;
         bool isImpersonating;
         DWORD threadId;
-        /// What it was answered in place of being carried out; S_OK otherwise.
+        /// The failure that replaced the call; else S_OK.
         HRESULT refusal;
     };
 
-    /// Lets every call of this name answer `result` in place of being carried out.
+    /// Makes every call with this name return `result` and do nothing.
     void FailCall(std::string name, HRESULT result)
     {
         m_failingName = std::move(name);
         m_failure = result;
     }
 
-    /// Lets the source and the sink of the parts refuse everything from now on, as those of a cancelled job
-    /// do. On any thread.
+    /// Makes provider and consumer refuse every call from now on, as in a cancelled job. On any thread.
     void Cancel() { m_isCancelled = true; }
 
-    /// Writes a call down. Fails when it is to fail.
+    /// Records a call. Returns its failure if it is to fail.
     HRESULT Enter(const std::string& name)
     {
         if (onCall)
@@ -88,14 +87,14 @@ public:
         const std::lock_guard lock(m_mutex);
         return m_calls.size();
     }
-    /// Forgets the calls and the streams so far.
+    /// Clears the recorded calls and streams.
     void Clear()
     {
         const std::lock_guard lock(m_mutex);
         m_calls.clear();
         writeStreams.clear();
     }
-    /// The names of the calls that are not about the bytes of a stream.
+    /// The names of the calls, without those that read, write or seek a stream.
     std::vector<std::string> Names() const
     {
         std::vector<std::string> names;
@@ -119,13 +118,13 @@ public:
         return count;
     }
 
-    /// Every write stream that was handed out.
+    /// Every write stream that was obtained.
     std::vector<ComPtr<MemoryWriteStream>> writeStreams;
 
-    /// How many bytes a stream that is made from now on gives or takes in one call.
+    /// The most bytes that a stream created from now on reads or writes in one call.
     ULONG longestTransfer = std::numeric_limits<ULONG>::max();
 
-    /// Is told of every call in place of its being written down, for jobs too long for that. None fails then.
+    /// Receives every call instead of the record, for long jobs. No call fails then.
     std::function<void(const std::string& name)> onCall;
 
 private:
@@ -136,7 +135,7 @@ private:
     HRESULT m_failure = E_FAIL;
 };
 
-/// An object of the pipeline; all kinds are counted together.
+/// An object of the pipeline; all live objects are counted together.
 template <typename Interface>
 class PipelineObject : public base::utility::ComObject<Interface>, LifeCounted
 {
@@ -153,7 +152,7 @@ protected:
     PipelineRecord& m_record;
 };
 
-/// A stream whose calls are in the record, under its name; `arguments` are those of the stream.
+/// A stream whose calls are recorded under its name; `arguments` are passed to the stream.
 template <typename Stream, typename... Arguments>
 ComPtr<Stream> MakeRecorded(PipelineRecord& record, const std::string& name, Arguments&&... arguments)
 {
@@ -163,7 +162,7 @@ ComPtr<Stream> MakeRecorded(PipelineRecord& record, const std::string& name, Arg
     return stream;
 }
 
-/// Hands out a write stream that the record keeps.
+/// Returns a write stream that the record keeps.
 inline HRESULT HandOutWriteStream(PipelineRecord& record, const std::string& name, IPrintWriteStream** result)
 {
     record.writeStreams.push_back(MakeRecorded<MemoryWriteStream>(record, name));
@@ -171,7 +170,7 @@ inline HRESULT HandOutWriteStream(PipelineRecord& record, const std::string& nam
     return S_OK;
 }
 
-/// A ticket part. All its readers share one position, as no pipeline promises more.
+/// A ticket part. All its readers share one position: pipelines do not guarantee more.
 class TicketPart final : public PipelineObject<IPartPrintTicket>
 {
 public:
@@ -199,7 +198,7 @@ public:
     const ComPtr<MemoryReadStream> bytes;
 };
 
-/// Sequence or document, and what they share with pages.
+/// A sequence or a document; the base of a page too.
 template <typename Interface>
 class TicketedPart : public PipelineObject<Interface>
 {
@@ -278,7 +277,7 @@ public:
     STDMETHODIMP SetThumbnail(IPartThumbnail*) override { return E_NOTIMPL; }
 };
 
-/// A part of no known kind, or of several: it answers with the parts that it is made of.
+/// A part of no known kind, or of several: QueryInterface returns one of the parts in it.
 class OtherPart final : public PipelineObject<IUnknown>
 {
 public:
@@ -302,7 +301,7 @@ private:
     std::vector<ComPtr<IUnknown>> m_parts;
 };
 
-/// Hands out its parts, and nothing after them.
+/// Returns its parts in order, then null.
 class PartProvider : public PipelineObject<IXpsDocumentProvider>
 {
 public:
@@ -329,7 +328,7 @@ public:
     HRESULT endResult = S_OK;
 };
 
-/// Takes parts and lets them go again.
+/// Accepts parts and releases them.
 class PartConsumer : public PipelineObject<IXpsDocumentConsumer>
 {
 public:
@@ -368,7 +367,7 @@ public:
     std::vector<std::string> newPartNames;
 };
 
-/// Connects the filter with whatever it holds, nothing included.
+/// Connects the filter with provider and consumer, either of which may be null.
 class Communicator final : public PipelineObject<IInterFilterCommunicator>
 {
 public:
@@ -407,7 +406,7 @@ public:
     std::vector<HRESULT> reasons;
 };
 
-/// Hands out the user's ticket.
+/// Returns streams of the user's ticket.
 class TicketFactory final : public PipelineObject<IPrintReadStreamFactory>
 {
 public:
@@ -480,7 +479,7 @@ public:
     }
     STDMETHODIMP GetInt32(BSTR name, LONG* value) override
     {
-        // What a failing call leaves behind is of no interest to anybody.
+        // A failing call leaves nothing that is checked.
         *value = tesselType;
         return m_record.Enter("GetInt32 " + base::utility::ToUtf8(name));
     }
@@ -504,11 +503,11 @@ public:
     LONG tesselType = 7;
 };
 
-/// Everything that a filter is given, with every property that it asks for. Outlives the filter.
+/// Everything that a filter receives, with every property that it reads. Outlives the filter.
 class Pipeline
 {
 public:
-    /// A user's ticket without content asks for nothing. A stream gives or takes at most `longestTransfer`
+    /// An empty `ticket` is a ticket without features. A stream reads or writes at most `longestTransfer`
     /// bytes in one call.
     explicit Pipeline(const std::string& userTicket,
                       ULONG longestTransfer = std::numeric_limits<ULONG>::max())
@@ -521,7 +520,7 @@ public:
         bag->SetHandle(L"UserSecurityToken", UserToken());
     }
 
-    /// Objects and streams of all pipelines that are alive.
+    /// The number of live objects and streams of all pipelines.
     static int CountObjects() { return LifeCounted::Alive(); }
 
     template <typename Part, typename... Arguments>

@@ -9,8 +9,8 @@
 
 namespace support
 {
-/// A test with a pipeline of its own, that sees the calls of the platform's print ticket functions as well.
-/// In the end nothing may be held, open or impersonated.
+/// A test with its own pipeline, which also records the calls of the platform's print ticket functions. At
+/// the end it checks that nothing is held, open or impersonated.
 class PipelineTest : public ::testing::Test
 {
 protected:
@@ -31,7 +31,8 @@ protected:
         TicketPlatform::SetGate([this](const std::string& name) { return pipeline->record.Enter(name); });
     }
 
-    /// The names of the calls from the first of this name on, but for those about the bytes of a stream.
+    /// The names of the calls from the first of this name on, without those that read, write or seek a
+    /// stream.
     std::string CallsFrom(const std::string& first) const
     {
         std::string calls;

@@ -12,7 +12,7 @@
 
 namespace support
 {
-/// Counts the fakes of all kinds that are alive.
+/// Counts the live fakes of all kinds.
 class LifeCounted
 {
 public:
@@ -28,7 +28,7 @@ private:
     static inline std::atomic<int> s_alive{0};
 };
 
-/// Sees a stream's calls, by the method's name, and may answer a failing code in the place of one.
+/// Receives the name of every method call of a stream; a failing result replaces the call.
 using StreamGate = std::function<HRESULT(const std::string& method)>;
 
 inline StreamGate Answering(HRESULT hr)
@@ -36,7 +36,7 @@ inline StreamGate Answering(HRESULT hr)
     return [hr](const std::string&) { return hr; };
 }
 
-/// A print stream over bytes in memory. A call gives at most `longest` bytes.
+/// A print stream over bytes in memory. A call reads at most `longest` bytes.
 class MemoryReadStream final : public base::utility::ComObject<IPrintReadStream>, LifeCounted
 {
 public:
@@ -79,8 +79,7 @@ private:
     std::string m_bytes;
 };
 
-/// A print stream that keeps what it is given, at most `longest` bytes a call, and then answers
-/// `writeResult`.
+/// A print stream that keeps what is written, at most `longest` bytes in one call, and returns `writeResult`.
 class MemoryWriteStream final : public base::utility::ComObject<IPrintWriteStream>, LifeCounted
 {
 public:

@@ -6,7 +6,7 @@
 
 namespace support
 {
-/// What the calling thread has taken of a processor, so that other programs do not count.
+/// The processor time of the calling thread, which does not depend on other programs.
 inline double ProcessorSeconds()
 {
     FILETIME created;

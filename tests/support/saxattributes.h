@@ -10,7 +10,7 @@
 
 namespace support
 {
-/// Attributes as a SAX reader hands them out. The answer after `answers` good ones fails.
+/// Attributes as a SAX reader passes them. The first `answers` calls succeed; the next one fails.
 class AttributeList final : public base::utility::ComObject<ISAXAttributes>
 {
 public:
@@ -33,7 +33,7 @@ public:
                          int* qualifiedNameLength) override
     {
         const std::wstring& name = m_attributes[static_cast<std::size_t>(index)].first;
-        // Behind the colon, which not every name has.
+        // After the colon, if the name has one.
         const std::size_t start = name.find(L':') + 1;
         *uri = L"";
         *uriLength = 0;

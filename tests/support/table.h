@@ -8,8 +8,8 @@
 
 namespace support
 {
-/// The rows of a table among the data files, which the suites run beside: cells between "||", without the
-/// blanks around them. Lines that begin with '#' are comments.
+/// Reads the rows of a table in tests/data, where the suites run: cells between "||", without the blanks
+/// around them. Lines that begin with '#' are comments.
 inline std::vector<std::vector<std::string>> LoadTable(const std::string& name)
 {
     std::ifstream file(name);

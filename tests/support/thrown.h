@@ -5,7 +5,7 @@
 
 namespace support
 {
-/// The message of what `act` throws as `Exception`, its line number as "...", or a note that it threw
+/// The message of the `Exception` that `act` throws, with "..." for the line number, or a note that it threw
 /// nothing.
 template <typename Exception, typename Action>
 std::string MessageOf(Action&& act)

@@ -34,7 +34,7 @@ Function* Offline(WORD ordinal)
     return Offline<Function>(MAKEINTRESOURCEA(ordinal));
 }
 
-/// Fails when the call is to fail.
+/// Returns the failure of a call that is to fail.
 HRESULT Enter(const std::string& name)
 {
     Gate gate;
@@ -86,7 +86,7 @@ STDAPI PTOpenProvider(PCWSTR printerName, DWORD version, HPTPROVIDER* provider)
     HRESULT hr = Enter("PTOpenProvider");
     if (FAILED(hr))
     {
-        // As a failing platform may: the handle stands for nothing.
+        // A failing platform may set the handle too.
         *provider = reinterpret_cast<HPTPROVIDER>(1);
     }
     else
@@ -99,7 +99,7 @@ STDAPI PTOpenProvider(PCWSTR printerName, DWORD version, HPTPROVIDER* provider)
 
 STDAPI PTCloseProvider(HPTPROVIDER provider)
 {
-    // A close that is to fail closes all the same, as the platform's would.
+    // A failing close still closes, as the platform's does.
     const HRESULT entered = Enter("PTCloseProvider");
     const HRESULT hr = Offline<decltype(PTCloseProvider)>(4)(provider);
     g_openProviders -= SUCCEEDED(hr) ? 1 : 0;

@@ -8,25 +8,24 @@
 
 namespace support
 {
-/// The platform's print ticket functions as tests see them: every call goes to the offline service, unless it
-/// is told to fail. Calls may come on any thread. A program that links this takes no print ticket library by
-/// import.
+/// Replaces the platform's print ticket functions: every call goes to the offline service, unless it is made
+/// to fail. Calls are possible on any thread. A program that links this imports no print ticket library.
 class TicketPlatform
 {
 public:
-    /// Forgets the gate, the count and the device.
+    /// Resets the gate, the count and the device.
     static void Reset();
 
-    /// Shows every call, before it is made, to somebody who may answer a failing code in its place; until
-    /// Reset. Its name is as "PTOpenProvider"; a merge has its scope behind it, as
+    /// Sets a function that is called before every call, until Reset; a failing result replaces the call. The
+    /// name is that of the platform's function, followed by the scope of a merge:
     /// "PTMergeAndValidatePrintTicket 0".
     static void SetGate(std::function<HRESULT(const std::string& name)> gate);
 
-    /// Lets the service answer for a device, described by a file that the suites run beside; for its built-in
-    /// one without a name. Until Reset, for providers opened from now on.
+    /// Sets the device of the service, described by a file in tests/data; the built-in device without a name.
+    /// For providers opened from now on, until Reset.
     static void SetDevice(const std::string& file);
 
-    /// Providers opened and not closed again.
+    /// The number of open providers.
     static int OpenProviders();
 };
 } // namespace support

@@ -13,10 +13,10 @@ using Document = base::utility::ComPtr<IXMLDOMDocument2>;
 
 Document LoadDocument(const std::string& markup);
 
-/// A ticket with `content` below the root.
+/// A ticket with `content` in its root element.
 Document MakeTicket(const std::string& content);
 
-/// A file among the data files, which the suites run beside.
+/// Loads a file of tests/data.
 Document LoadFile(const std::string& path);
 
 base::xps::printschema::PrintSchemaHandler HandlerOf(const Document& document);
@@ -25,16 +25,16 @@ base::xps::printschema::PrintSchemaHandler HandlerOf(const Document& document);
 /// name.
 std::string Integers(const std::string& element, const std::string& prefix, const std::string& values);
 
-// What XPath finds in a document as it comes back after saving. The prefix f stands for the framework.
+// These evaluate XPath on the document after saving and loading it. The prefix of the framework is f.
 
-/// The text of all selected nodes in document order, blanks between them.
+/// The text of all selected nodes in document order, separated by blanks.
 std::string Join(const Document& document, const std::string& xpath);
 
 int Count(const Document& document, const std::string& xpath);
 
-/// The names of the options that a feature selects.
+/// The names of a feature's options.
 std::string OptionOf(const Document& document, const std::string& feature);
 
-/// The count of features of a local name in a namespace, by the declarations that are in scope.
+/// The number of features with a local name in a namespace, by the declarations in scope.
 int CountFeatures(const Document& document, const std::string& uri, const std::string& localName);
 } // namespace support

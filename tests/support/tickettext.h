@@ -2,7 +2,7 @@
 
 #include <string>
 
-// Print tickets as text, for tests that hand them to a pipeline. Names without a prefix are keywords.
+// Print tickets as text. Names without a prefix are keywords.
 namespace support
 {
 /// The root declares psf, psk, xsi, xsd and, for the driver's names, ns0000.
@@ -29,7 +29,7 @@ inline std::string Feature(const std::string& name,
            content + "</psf:Option></psf:Feature>";
 }
 
-/// Lengths are in micrometres; 0 x 0 leaves the size to the option's name.
+/// Lengths are in micrometres; 0 x 0 writes no size.
 inline std::string MediaFeature(const std::string& option, int width = 0, int height = 0)
 {
     const auto length = [](const char* name, int value) {

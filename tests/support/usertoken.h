@@ -2,7 +2,7 @@
 
 #include "platform/win32.h"
 
-// Tokens that stand for the user who submitted a job.
+// Tokens of the user who submitted a job.
 namespace support
 {
 /// Whether the current thread has a token of its own.
@@ -17,7 +17,7 @@ inline bool IsThreadImpersonating()
     return hasToken;
 }
 
-/// A token with which the current user can be impersonated, the caller's to close.
+/// Creates a token to impersonate the current user; the caller closes it.
 inline HANDLE OpenUserToken()
 {
     HANDLE primary = nullptr;
@@ -28,7 +28,7 @@ inline HANDLE OpenUserToken()
     return impersonation;
 }
 
-/// One that lives as long as the program.
+/// A token that lives as long as the program.
 inline HANDLE UserToken()
 {
     static HANDLE token = OpenUserToken();

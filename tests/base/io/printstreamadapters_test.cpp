@@ -84,7 +84,7 @@ TEST_F(PrintStreamAdapters, ReadAndSeekThroughToThePrintStream)
     reader->reads = 0;
     EXPECT_EQ(reading->Read(buffer, 4, &count), S_OK);
     EXPECT_EQ(std::string(buffer, count), "9");
-    // It was told of the end.
+    // One read was enough: the stream had reported its end.
     EXPECT_EQ(reader->reads, 1);
 
     reader->gate = Answering(E_ACCESSDENIED);
@@ -97,7 +97,7 @@ TEST_F(PrintStreamAdapters, ReadAndSeekThroughToThePrintStream)
 TEST_F(PrintStreamAdapters, DescribeAReaderByMeasuringItOnceUnlessItIsEmpty)
 {
     reader->position = 4;
-    // By the seeks so far: at each of the three of a measurement.
+    // Fails at each of the three seeks of a measurement.
     for (const int failing : {1, 3, 6})
     {
         Description description;
@@ -159,7 +159,7 @@ TEST_F(PrintStreamAdapters, CountWhatAWriterTookAndKeepItsFirstFailure)
     EXPECT_EQ(description.cbSize.QuadPart, 9U);
     EXPECT_STREQ(description.pwcsName, L"PrintWriteStream");
 
-    // A stream that fails may leave the count alone.
+    // A stream that fails may not set the count.
     writer->gate = Answering(E_ABORT);
     const auto failing = MakeCom<PrintWriteStreamToIStream>(writer.Get());
     EXPECT_EQ(failing->Write("f", 1, &count), E_ABORT);

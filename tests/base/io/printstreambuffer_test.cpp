@@ -49,7 +49,7 @@ TEST_F(BufferTest, WritesEverythingStraightThroughAndFailsTheStreamWhereThatFail
     output << "abcde";
     EXPECT_TRUE(output.bad());
     writable->writeResult = S_OK;
-    // What failed counts as far as it was taken.
+    // A failed write counts the bytes that were written.
     EXPECT_EQ(writing.pubseekoff(0, std::ios::cur, std::ios::out), 8 + 3 + 1 + 3);
 }
 
@@ -89,7 +89,7 @@ TEST_F(BufferTest, SeeksForwardFromWhereItStands)
     readable->longest = 3'000;
     EXPECT_EQ(reading.pubseekoff(10'010, std::ios::cur, std::ios::in), 10'010);
     EXPECT_EQ(reading.sbumpc(), 'e');
-    // Beyond the end it stops at the end.
+    // A seek beyond the end stops at the end.
     EXPECT_EQ(reading.pubseekoff(100, std::ios::cur, std::ios::in), 10'013);
 
     EXPECT_EQ(writing.pubseekoff(16, std::ios::cur, std::ios::out), 16);

@@ -36,7 +36,7 @@ TEST(HresultError, JoinsPathLineAndTextAndSurvivesACopy)
     EXPECT_NE(copy.what(), static_cast<const char*>(error.what()));
     EXPECT_EQ(copy.GetHresult(), E_OUTOFMEMORY);
 
-    // An unknown code's text ends in a line feed of its own, which the format doubles.
+    // The text of an unknown code ends in a line feed, to which the format adds one.
     EXPECT_EQ(std::string(HresultError(static_cast<HRESULT>(0xA1234567), "p", 1).what()),
               "p(1) : Unknown error 0xa1234567\n\n");
 }

@@ -50,14 +50,14 @@ TEST(XmlMargerTest, HoldsToItsRules)
         Merge(base.Get(), target.Get());
         EXPECT_EQ(Join(base, "//@name | //f:Value"), row[3]) << TextOf(base);
         EXPECT_EQ(TextOf(target), before);
-        // What is complete stays as it is.
+        // A complete ticket is not changed.
         const std::string once = TextOf(base);
         Merge(base.Get(), target.Get());
         EXPECT_EQ(TextOf(base), once);
     }
 }
 
-// What is merged here is looked at by mergedtrees_test, with a library of another kind.
+// mergedtrees_test checks the merged trees with another XML library.
 TEST(XmlMargerTest, BringsDeclarationsAndKeepsTheMeaningOfAPrefixOnBothSides)
 {
     for (const std::string name : {"public", "othervendor"})
@@ -89,7 +89,7 @@ TEST(XmlMargerTest, FindsEveryDeclarationWhateverElseTheRootBears)
         Merge(bare.Get(), full.Get());
         EXPECT_EQ(CountFeatures(bare, "urn:v", "A"), 1) << root;
 
-        // The other way round a declaration is there already.
+        // In the other direction the declaration exists already.
         const Document other =
             load(rest + " xmlns:v='urn:w'", "<f:Feature name='v:A'/><f:Feature name='v:B' xmlns:v='urn:x'/>");
         Merge(full.Get(), other.Get());
@@ -119,7 +119,7 @@ TEST(XmlMargerTest, KnowsAnElementOfTheRootUnderAnotherPrefix)
         return Join(base, "//f:Feature[.//f:Property]//@name | //f:Value");
     };
     EXPECT_EQ(merged(""), "own:JobCompress own:Type9 own:P own:V psk:Q own:W");
-    // The target's prefix is taken: the element is known by it all the same.
+    // The base uses the target's prefix for another namespace; the element still has it.
     EXPECT_EQ(merged("xmlns:ns0000='urn:other'"),
               "ns0000:JobCompress ns0000:Type9 ns0000:P ns0000:V psk:Q own:W");
 }

@@ -23,7 +23,7 @@ namespace
 bool g_areElementsLost = false;
 } // namespace
 
-/// In the place of GDI+'s own, to fail when it is told to.
+/// Replaces GDI+'s function; it can be made to fail.
 extern "C" Gdiplus::GpStatus WINGDIPAPI GdipGetMatrixElements(const Gdiplus::GpMatrix* matrix,
                                                               Gdiplus::REAL* elements)
 {
@@ -67,7 +67,7 @@ void Parse(const std::string& markup, ISAXContentHandler& handler)
     ParseMarkup(*stream, handler);
 }
 
-/// The markup as a page is rewritten: from one print stream into another.
+/// Rewrites markup from one print stream into another, as for a page.
 std::string Turned(const std::string& markup)
 {
     const auto target = MakeCom<MemoryWriteStream>();
@@ -82,7 +82,7 @@ std::string Turned(const std::string& markup)
 TEST_F(Markup, IsTurnedByteForByteAsRecorded)
 {
     EXPECT_EQ(Turned(FileContent("markup/page.fpage")), FileContent("markup/page.turned.fpage"));
-    // A prefix of the page stays, that of its resources goes, and a page without any size is an empty one.
+    // A prefix of the page is kept, that of its resources is lost, and a page without a size counts as 0 x 0.
     for (const auto& row : support::LoadTable("markup/turned.txt"))
     {
         EXPECT_EQ(Turned(row[0]), R"(<?xml version="1.0" encoding="utf-8"?>)" + row[1]);
@@ -164,7 +164,7 @@ TEST(ElementTagWriter, MakesTagsOfItsText)
     EXPECT_EQ(output.str(), "<page x=\"1\"><canvas></canvas></page>");
 }
 
-/// Throws, or answers a failure, at the first element.
+/// Throws or fails at the first element.
 class FailingHandler final : public FixedPageSaxHandlerBase
 {
 public:

@@ -19,7 +19,7 @@ namespace
 using support::AttributeList;
 using utility::MakeCom;
 
-/// Opens what the base offers to derived handlers.
+/// Makes the base's protected functions public.
 class Handler final : public FixedPageSaxHandlerBase
 {
 public:
@@ -28,7 +28,7 @@ public:
     using FixedPageSaxHandlerBase::RewriteContentBox;
     using FixedPageSaxHandlerBase::RewritePageSize;
 
-    /// What is appended to a tag.
+    /// The text that is appended to a tag.
     static std::string BuildAttributeText(const AttributeMap& map)
     {
         std::string tag = "tag";
@@ -64,7 +64,7 @@ TEST(FixedPageSaxHandlerBase, AnswersEveryCallbackAndDoesNothing)
     }
 }
 
-// They are escaped by their key in the map and by their local name from the reader.
+// In a map the key decides whether a value is escaped, from the reader the local name.
 TEST(Attributes, ComeBackInKeyOrderFromTheMapAndInDocumentOrderFromTheReader)
 {
     const auto list = MakeCom<AttributeList>(AttributeList::Attributes{{L"xml:lang", L"en-US"},
@@ -87,7 +87,7 @@ TEST(Attributes, ComeBackInKeyOrderFromTheMapAndInDocumentOrderFromTheReader)
 TEST(Attributes, StopSilentlyWhereTheReaderFails)
 {
     const AttributeMap two{{L"a", L"1"}, {L"b", L"2"}};
-    // At the count, and at the name and the value of the third.
+    // Fails at the count, and at the name and the value of the third attribute.
     for (const auto& [answers, expected] :
          {std::pair(0, AttributeMap()), std::pair(5, two), std::pair(6, two)})
     {

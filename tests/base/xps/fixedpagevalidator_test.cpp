@@ -41,7 +41,7 @@ ComPtr<IXMLDOMDocument2> Load(const std::string& markup)
     return FixedPageValidator::LoadTicket(MakeCom<support::MemoryReadStream>(markup).Get());
 }
 
-/// A job with one ticket for all levels, given as text. Its printer tells nothing of itself until it is
+/// A job with one ticket for all levels, given as text. Its printer has no capabilities until the provider is
 /// opened.
 class GivenTickets final : public printschema::PrintTicketProvider
 {
@@ -54,14 +54,14 @@ public:
     }
 
     std::string text = Ticket(MediaFeature("ISOA4", 210000, 297000));
-    /// That were asked for.
+    /// The levels whose tickets were read.
     std::string levels;
 };
 
 class FixedPageValidatorTest : public support::PipelineTest
 {
 protected:
-    /// Makes a page with this ticket, as far as there is one, agree with the accessors.
+    /// Runs the validator on a page with this ticket; without one if it is empty.
     ComPtr<PagePart> Process(const std::string& ticket = {})
     {
         auto page = MakeCom<PagePart>(pipeline->record, "page", kPage, ticket);
@@ -84,10 +84,10 @@ protected:
                                   *areas);
     }
 
-    /// The text that was written into a new ticket part or a page.
+    /// The text written into a new ticket part or a page.
     std::string Written(std::size_t index) const { return pipeline->record.writeStreams.at(index)->bytes; }
 
-    /// The options and numbers of the new ticket, in their order; empty when there is none.
+    /// The options and numbers of the new ticket in document order; empty without a new ticket.
     std::string NewTicket() const
     {
         return pipeline->consumer->newPartNames.empty()
@@ -119,7 +119,7 @@ TEST_F(FixedPageValidatorTest, DecidesByOrientationSheetAndLimits)
         Process(Ticket({}));
         EXPECT_EQ(pipeline->record.Count("GetWriteStream page"), row[4] == "turned" ? 1 : 0);
         EXPECT_EQ(NewTicket(), row[5]);
-        // The accessors that it is given are the caller's.
+        // The caller's accessors are not changed.
         EXPECT_EQ(mediaSize.GetSize(), sheet);
         EXPECT_EQ(orientation.GetOptionId(), std::stoi(row[1]));
     }
@@ -224,7 +224,7 @@ TEST_F(FixedPageValidatorTest, ReplacesTheTicketBeforeTheMarkupThroughStreamsTha
     EXPECT_EQ(static_cast<support::TicketPart*>(page->ticket.Get())->name,
               pipeline->consumer->newPartNames.at(0));
 
-    // What was replaced took its parameter with it.
+    // The parameter of the replaced feature is removed with it.
     EXPECT_EQ(NewTicket(), "psk:Plain psk:ISOA4 297000 210000 psk:Portrait 0 0 70 70 psk:Custom");
     EXPECT_EQ(Written(1),
               R"(<?xml version="1.0" encoding="utf-8"?><FixedPage Height="200.00" Width="100.00")"
@@ -257,7 +257,7 @@ TEST_F(FixedPageValidatorTest, GivesAPageWithoutATicketANewOne)
 
 TEST_F(FixedPageValidatorTest, NamesTheNewTicketAfterTheOldOneAndACount)
 {
-    // The new names stand here without their count.
+    // The names are compared without the count in them.
     const std::pair<std::string, std::string> cases[] = {
         {"/Documents/1/Metadata/Page1_PT.xml", "/Documents/1/Metadata\\pagevalidator__Page1_PT.xml"},
         {"\\Metadata\\a.xml", "\\Metadata\\pagevalidator__a.xml"},

@@ -21,7 +21,7 @@ namespace
 using utility::ComPtr;
 using utility::MakeCom;
 
-/// Writes down which handler got a part, and whether the ticket that holds for it is complete.
+/// Records which handler was called, and whether the ticket of its level is complete.
 class ListingFilter final : public XpsDocumentProviderFilterBase
 {
 public:
@@ -84,7 +84,7 @@ TEST_F(PartLoop, OpensTheTicketsBeforeTheReaderAndEndsAtOnceWithoutParts)
 TEST_F(PartLoop, TakesAPartForTheFirstKindThatItAnswersToAndCompletesItsTicketByTheOneOfTheDriver)
 {
     pipeline->driverBag->tesselType = 'L';
-    // From the bottom: no ticket is completed by way of the one above it.
+    // Bottom up, so that no ticket is completed because of the one above it.
     std::vector<ComPtr<IUnknown>> kinds;
     const auto addWith = [&](IUnknown* kind) {
         kinds.emplace_back(kind);
@@ -96,7 +96,7 @@ TEST_F(PartLoop, TakesAPartForTheFirstKindThatItAnswersToAndCompletesItsTicketBy
     addWith(MakeCom<support::RootPart>(pipeline->record).Get());
     pipeline->Add<support::OtherPart>();
     EXPECT_EQ(Start(), S_OK);
-    // Nor does anybody ask for the ticket of another kind.
+    // The ticket of another kind is not read.
     EXPECT_EQ(CallsFrom("GetXpsPart"),
               "GetXpsPart, GetPrintTicket page, PTMergeAndValidatePrintTicket 2, "
               "PTMergeAndValidatePrintTicket 1, PTMergeAndValidatePrintTicket 0, OnFixedPage, "

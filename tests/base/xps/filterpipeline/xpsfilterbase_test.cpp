@@ -21,7 +21,7 @@ const HANDLE kPrinter = reinterpret_cast<HANDLE>(4711);
 const HANDLE kSilentPrinter = reinterpret_cast<HANDLE>(4712);
 } // namespace
 
-/// In the place of the spooler's: knows what it has of a printer, and gives that of all but one.
+/// Replaces the spooler's function. It has a driver for every printer but one.
 extern "C" BOOL WINAPI
 GetPrinterDriverW(HANDLE printer, LPWSTR, DWORD level, LPBYTE, DWORD size, LPDWORD needed)
 {
@@ -40,7 +40,7 @@ using utility::ComPtr;
 using utility::MakeCom;
 using Reasons = std::vector<HRESULT>;
 
-/// A filter whose work the test makes up.
+/// A filter whose work is a function of the test.
 class ProbeFilter final : public XpsFilterBase
 {
 public:
@@ -119,7 +119,7 @@ TEST_F(XpsFilterBaseTest, HandsOnThePrefixOfTheDriver)
         printschema::SetPrivatePrefix(L"of an earlier job");
         change(*pipeline);
         Initialized();
-        // As every handler of a ticket does it before it asks.
+        // Every handler of a ticket does so before it reads the prefix.
         printschema::ProvideFallbackPrefixes();
         EXPECT_EQ(printschema::GetPrivatePrefix().View(), prefix) << &change - &cases[0].first;
     }
@@ -138,7 +138,7 @@ TEST_F(XpsFilterBaseTest, ReportsAFailureOfTheWorkOnceAfterTheEndAndNoOther)
     EXPECT_EQ(filter->StartOperation(), E_ABORT);
     EXPECT_EQ(pipeline->control->reasons, (Reasons{E_UNEXPECTED, E_UNEXPECTED}));
 
-    // A failing end is returned in its place, and that of a cancellation is reduced.
+    // A failure at the end replaces the result; a failing cancellation gives E_FAIL.
     filter->end = [] { exception::ThrowIfFailed(E_ACCESSDENIED); };
     EXPECT_EQ(filter->StartOperation(), E_ACCESSDENIED);
     filter->cancel = raise;
@@ -189,7 +189,7 @@ TEST_F(XpsFilterBaseTest, TakesItsEndsFromTheCommunicator)
     EXPECT_TRUE(pipeline->control->reasons.empty());
 }
 
-/// Does not own up to being what it is.
+/// QueryInterface does not know its own interface.
 template <typename End>
 class Stranger final : public End
 {
@@ -206,7 +206,7 @@ TEST_F(XpsFilterBaseTest, KeepsAWrongEndAndAsksForShutdownWithSuccess)
         ComPtr<PartProvider>::Adopt(new Stranger<PartProvider>(pipeline->record));
     pipeline->communicator->writer =
         ComPtr<PartConsumer>::Adopt(new Stranger<PartConsumer>(pipeline->record));
-    // Whether the pipeline shuts down is not asked.
+    // A failure of the shutdown is ignored.
     pipeline->record.FailCall("RequestShutdown", E_FAIL);
     Initialized()->GetReader(&reader);
     filter->GetWriter(&writer);
@@ -215,7 +215,7 @@ TEST_F(XpsFilterBaseTest, KeepsAWrongEndAndAsksForShutdownWithSuccess)
     EXPECT_EQ(pipeline->control->reasons, (Reasons{S_OK, S_OK}));
 }
 
-/// The current thread's apartment, or the failing code.
+/// The apartment of the current thread, or the failure.
 HRESULT ApartmentOfThread()
 {
     APTTYPE type = APTTYPE_CURRENT;

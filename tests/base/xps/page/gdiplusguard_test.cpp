@@ -11,7 +11,7 @@ namespace
 std::function<void()> g_beforeStartup = [] {};
 } // namespace
 
-/// In the place of GDI+'s own, which takes its time to start.
+/// Replaces GDI+'s function with one that starts slowly.
 extern "C" Gdiplus::Status WINAPI GdiplusStartup(ULONG_PTR* token,
                                                  const Gdiplus::GdiplusStartupInput* input,
                                                  Gdiplus::GdiplusStartupOutput* output)
@@ -41,7 +41,7 @@ TEST(GdiplusGuard, StartsWithTheFirstAndStopsWithTheLast)
     EXPECT_EQ(GdiplusGuard::GetStartupStatus(), Gdiplus::GdiplusNotInitialized);
 }
 
-// A page that was turned beside another job's first used to find GDI+ not yet started.
+// A page used to be turned before GDI+ had started for the first page of another job.
 TEST(GdiplusGuard, WaitsForTheStartOnAnotherThread)
 {
     std::promise<void> isStarting;

@@ -26,12 +26,12 @@ TEST(FitOnto, BringsOneAreaIntoTheOther)
         {"narrower", {0, 0, 2000, 3000}, {0, 0, 1000, 3000}, {0, 0, 50, 50}},
         {"lower", {0, 0, 2000, 3000}, {0, 0, 2000, 750}, {0, 0, 25, 25}},
         {"larger", {0, 0, 2000, 3000}, {0, 0, 6000, 12000}, {0, 0, 300, 300}},
-        // 0.7070..., and no more than whole percents are kept.
+        // 0.7070..., of which whole percents are kept.
         {"A3 onto A4", {0, 0, 297000, 420000}, {0, 0, 210000, 297000}, {0, 0, 70, 70}},
         {"just below a percent", {0, 0, 1000, 1000}, {0, 0, 999, 1000}, {0, 0, 99, 99}},
-        // (100 - 40 * 0.5) / 0.5 and (10 - 40 * 0.5) / 0.5, each with its sign turned.
+        // (100 - 40 * 0.5) / 0.5 and (10 - 40 * 0.5) / 0.5, each with the sign changed.
         {"with margins", {40, 40, 2000, 2000}, {100, 10, 1000, 1000}, {-160, 20, 50, 50}},
-        // 1 / 2 and -1 / 2: halves go away from zero, so that both lengths come out as one.
+        // 1 / 2 and -1 / 2: halves are rounded away from zero, so both lengths are 1.
         {"halves", {0, 0, 100, 100}, {1, -1, 200, 200}, {-1, 1, 200, 200}},
         {"quarters", {0, 0, 100, 100}, {1, 3, 400, 400}, {0, -1, 400, 400}},
         {"onto nothing", {0, 0, 100, 100}, {0, 0, 0, 0}, {0, 0, 0, 0}},

@@ -28,13 +28,13 @@ TEST(RenderTransform, MovesTheTurnedPageToTheOrigin)
         {"scaled to half", {0, 0, 816, 1056}, 270, 0.5F, L"0.00,-0.50,0.50,0.00,0.00,408.00"},
         {"without size", {0, 0, 0, 0}, 270, 1, L"0.00,-1.00,1.00,0.00,0.00,0.00"},
         {"with fraction", {0, 0, 793.76F, 1122.56F}, 270, 1, L"0.00,-1.00,1.00,0.00,0.00,793.76"},
-        // Only right and bottom count.
+        // Only the right and bottom edges are used.
         {"with corner", {10, 20, 816, 1056}, 270, 1, L"0.00,-1.00,1.00,0.00,0.00,816.00"},
     };
     for (const auto& [name, page, angleDegrees, scale, expected] : cases)
     {
         GdiMatrix matrix;
-        // What the matrix held does not matter.
+        // The previous value of the matrix is ignored.
         matrix.SetElements({9.0F, 8.0F, 7.0F, 6.0F, 5.0F, 4.0F});
         ComputePageTransform(page, angleDegrees, scale, matrix);
         EXPECT_EQ(FormatRenderTransform(matrix), L"RenderTransform=\"" + std::wstring(expected) + L"\"")

@@ -23,7 +23,7 @@ using logging::FormatString;
 using support::Document;
 using support::HandlerOf;
 
-/// What `step` gives, or how it failed: by its HRESULT or in words.
+/// The result of `step`, or its failure: the HRESULT or the message.
 template <typename Step>
 std::string OutcomeOf(Step&& step)
 {
@@ -56,7 +56,7 @@ struct Accessors
                                                                               {"scaling", &scaling},
                                                                               {"limits", &limits}};
 
-    /// Reads into one or all of them. Answers how that failed, if it did, and then what they hold.
+    /// Reads with one or all accessors. Returns the failure, if any, and the values after reading.
     std::string Read(const std::string& which, const Document& ticket)
     {
         std::string outcome;
@@ -81,7 +81,7 @@ private:
         return failure + (failure.empty() ? "" : " ") +
                FormatString("%d %d", accessor.GetFeatureId(), accessor.GetOptionId());
     }
-    /// Beyond the ids.
+    /// The values besides the ids.
     std::string Held(const std::string& name) const
     {
         const auto& [x, y, width, height] = scaling.GetScale();
@@ -114,7 +114,7 @@ TEST(Accessors, ReadTheirFeatureAndLeaveTheUnknownAlone)
     }
 }
 
-// The file that this test leaves behind is queried once more by query_written_ticket, without MSXML.
+// query_written_ticket checks the file that this test writes, without MSXML.
 TEST(Ticket, OfAVendorIsReadChangedWrittenAndReadAgain)
 {
     SetPrivatePrefix(L"vnd");

@@ -123,7 +123,7 @@ TEST(MediaSizeData, FollowsAnOptionWithItsSize)
     EXPECT_EQ(data.GetMediaSizeEntry().name.localName, L"CustomMediaSize");
     EXPECT_EQ(data.GetMediaSizeEntry().size, (MediaSize{215900, 279400}));
 
-    // One past the last value still counts as standard, but has no entry.
+    // The value after the last one counts as standard but has no entry.
     EXPECT_TRUE(MediaSizeTable::IsStandard(172));
     EXPECT_FALSE(MediaSizeTable::IsStandard(173));
     data.SetOptionId(172);

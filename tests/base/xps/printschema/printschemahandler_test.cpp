@@ -28,13 +28,13 @@ using utility::Bstr;
 using utility::ComPtr;
 using enum NamespaceId;
 
-// As values of attributes.
+// Values of attributes.
 const std::string kFramework = "'http://schemas.microsoft.com/windows/2003/08/printing/printschemaframework'";
 const std::string kKeywords = "'http://schemas.microsoft.com/windows/2003/08/printing/printschemakeywords'";
 const std::string kPsf = "xmlns:psf=" + kFramework;
 const std::string kPsk = "xmlns:psk=" + kKeywords;
 
-/// The text that an operation hands out, or its failure in brackets.
+/// The text that an operation returns, or its failure in brackets.
 template <typename Operation>
 std::string TextOf(Operation&& operation)
 {
@@ -64,7 +64,7 @@ TEST_F(PrintSchemaHandlerTest, RefusesDocumentsThatItCannotQuery)
         "<x " + kPsf + "><psf:PrintTicket>v<x xmlns:f=" + kFramework + "/></psf:PrintTicket></x>",
         "<psf:PrintTicket xmlns=" + kFramework + " " + kPsf + "/>",
         "<psf:PrintTicket " + kPsf + " xmlns=" + kKeywords + "/>",
-        // The attribute of that value is no declaration of a prefix.
+        // The attribute with this value does not declare a prefix.
         "<psf:PrintTicket " + kPsf + " other=" + kKeywords + "/>",
     };
     for (const std::string& markup : refused)
@@ -92,7 +92,7 @@ TEST_F(PrintSchemaHandlerTest, TakesADocumentUnderAnyPrefixes)
                     "'type' and namespace-uri()='http://www.w3.org/2001/XMLSchema-instance']"),
               1);
 
-    // A default namespace that is not looked for is passed over. What follows the start tag is not looked at.
+    // Another default namespace is ignored, and so is everything after the start tag.
     const auto other = HandlerOf(
         LoadDocument("<psf:PrintTicket xmlns='urn:o' xmlns:r='urn:?a=&quot;1&amp;&gt;' xmlns:h='urn:&amp;#y' "
                      "xmlns:t='urn:&amp;' "
@@ -131,7 +131,7 @@ TEST_F(PrintSchemaHandlerTest, ChecksItsArgumentsInOrder)
 {
     const Document document = MakeTicket("");
     const PrintSchemaHandler handler = HandlerOf(document);
-    // A handler that has given its document away has none.
+    // A handler that was moved from has no document.
     PrintSchemaHandler moved = handler;
     const PrintSchemaHandler thief = std::move(moved);
     // NOLINTBEGIN(bugprone-use-after-move, clang-analyzer-cplusplus.Move)
@@ -241,7 +241,7 @@ TEST_F(PrintSchemaHandlerTest, ReadsValuesAndFollowsParameters)
         static_cast<void>(handler.GetScoredPropertyInteger(L"F", L"S", &number, k, k, k));
         EXPECT_EQ(std::to_string(number), row[2]) << row[0];
     }
-    // A parameter that nothing initialises is a success without text.
+    // A parameter without a ParameterInit gives success and no text.
     const PrintSchemaHandler handler = HandlerOf(
         MakeTicket("<psf:ScoredProperty><psf:ParameterRef name='psk:Missing'/></psf:ScoredProperty>"));
     BSTR text = Bstr(L"previous").Detach();
@@ -286,7 +286,7 @@ TEST_F(PrintSchemaHandlerTest, TellsTheNamespacesOfOptionsApart)
         const bool isKnown = !expected.localName.empty();
         Qname found;
         Qname selected;
-        // The first of these makes a query that the parser refuses.
+        // The parser refuses the query of the first one.
         EXPECT_EQ(handler.FindFirstOption({{Keywords, L"quoted\"name"}, {Private, L"F"}, feature},
                                           {Keywords, Private},
                                           &found,
@@ -342,7 +342,7 @@ TEST_F(PrintSchemaHandlerTest, NamesNewElementsByTheirNamespace)
     append(handler.CreateFeatureWithOption(L"Bare", first.Receive(), second.Receive(), Private), first);
     EXPECT_EQ(Count(document, "//f:Feature[@name='ven:Bare']/f:Option[not(@*) and not(node())]"), 1);
 
-    // A value has no type where the root declares no prefix for it.
+    // A value has no type if the root declares no prefix for it.
     const std::string xsd = "xmlns:xsd='http://www.w3.org/2001/XMLSchema'";
     const std::string xsi = "xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance'";
     const std::pair<std::string, std::string> cases[] = {

@@ -36,7 +36,7 @@ TEST(PrintTicketStructureComparator, ComparesQualifiedNameAndNameAttribute)
         {"<psf:Option/>", "<psf:Option name=''/>", false},
         {"text", "other text", true},
         {"text", "<!--comment-->", false},
-        // The same name, but attributes on one side only.
+        // The same name, but only one has attributes.
         {"<psf/>", "<?psf?>", false},
     };
     const PrintTicketStructureComparator comparator;

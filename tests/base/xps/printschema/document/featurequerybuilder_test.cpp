@@ -51,7 +51,7 @@ TEST(FeatureQueryBuilder, OverwritesItsOutPointerWithoutFreeingIt)
     BSTR query = previous.Get();
     EXPECT_EQ(builder.GetQuery(&query), S_OK);
     EXPECT_NE(query, previous.Get());
-    // Had it been freed, one of the next strings of its length would take its place.
+    // If it had been freed, one of the next strings of this length would have its address.
     const std::vector<Bstr> next(16, Bstr(L"overwritten"));
     EXPECT_EQ(previous.View(), L"still there");
     Bstr::Adopt(query);

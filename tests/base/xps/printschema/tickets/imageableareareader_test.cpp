@@ -24,7 +24,7 @@ using support::MakeTicket;
 const MediaSizeEntry& kA4 = MediaSizeTable::Shared().Lookup(MediaSizeTable::kIsoA4);
 const MediaSizeEntry& kLetter = MediaSizeTable::Shared().Lookup(MediaSizeTable::kNorthAmericaLetter);
 
-/// A provider whose capabilities are the test's.
+/// A provider with the capabilities of the test.
 class CannedProvider final : public PrintTicketProvider
 {
 public:
@@ -47,7 +47,7 @@ public:
     HRESULT answer = S_OK;
     std::string capabilities = support::LoadTable("capabilities.txt").at(0).at(0);
     int asked = 0;
-    /// The sheet and the orientation that were last asked about.
+    /// The sheet and the orientation of the last request.
     std::string question;
 };
 
@@ -125,16 +125,16 @@ TEST(ImageableAreaReader, AsksOnceForTheSameTicketAndLeavesThePagesAlone)
     EXPECT_EQ(provider.question, "psk:NorthAmericaLetter 279400 215900 psk:Portrait");
     EXPECT_EQ(support::OptionOf(provider.pageTicket, "psk:PageMediaSize"), "psk:ISOA5");
     EXPECT_EQ(askedFor(kA4), 2);
-    // Another page with an equal ticket, then one with a ticket of its own.
+    // Another page with an equal ticket, then one with its own ticket.
     provider.pageTicket = MakeTicket(support::MediaFeature("ISOA5"));
     EXPECT_EQ(askedFor(kLetter), 2);
     provider.pageTicket = MakeTicket(Feature("PageResolution", "High"));
     EXPECT_EQ(askedFor(kLetter), 3);
-    // Another orientation is another question.
+    // Another orientation is another request.
     EXPECT_EQ(askedFor(kLetter, Orientation(PageOrientationData::kReversePortrait)), 4);
     EXPECT_EQ(provider.question, "psk:High psk:NorthAmericaLetter 279400 215900 psk:ReversePortrait");
     EXPECT_EQ(askedFor(kLetter, Orientation(PageOrientationData::kReversePortrait)), 4);
-    // Neither the number of a job's tickets nor that of its sheets makes it forget.
+    // The number of tickets and sheets does not empty the cache.
     MediaSizeEntry sheet = kA4;
     for (int round = 0; round < 2; ++round)
     {
@@ -160,10 +160,10 @@ TEST(ImageableAreaReader, DoesNotHoldOnToLargeTickets)
     };
     EXPECT_EQ(askedFor(1, 100'000), 1);
     EXPECT_EQ(askedFor(1, 100'000), 1);
-    // Too large to be remembered at all.
+    // Too large for the cache.
     EXPECT_EQ(askedFor(1, 300'000), 2);
     EXPECT_EQ(askedFor(1, 300'000), 3);
-    // Enough to push the first out.
+    // Enough to empty the cache.
     for (int width = 2; width <= 21; ++width)
     {
         askedFor(width, 100'000);
@@ -185,7 +185,7 @@ TEST(ImageableAreaReader, LeavesNoCopyOfATicketBehind)
         return static_cast<int>(tests::CountHeapBlocks());
     };
     const int before = blocksAfter(100);
-    // Wine 8 itself keeps a few blocks of each feature that is written.
+    // Wine 8 leaks a few blocks for each feature that is written.
     EXPECT_LT((blocksAfter(300) - before) / 300, 10);
 }
 
@@ -196,7 +196,7 @@ TEST(ImageableAreaReader, FailsWithoutMemoryOrPageTicket)
     const auto result = [&] { return support::HresultOf([&] { reader.Read(kA4, kPortrait); }); };
     provider.answer = E_OUTOFMEMORY;
     EXPECT_EQ(result(), E_OUTOFMEMORY);
-    // A failure is no answer to be remembered.
+    // A failure is not cached.
     provider.answer = S_OK;
     EXPECT_EQ(result(), S_OK);
     provider.levelResult = E_PENDING;

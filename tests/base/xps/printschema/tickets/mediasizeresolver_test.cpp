@@ -42,7 +42,7 @@ TEST(MediaSizeResolver, TakesTheFirstSizeWithinTheLimits)
         {{"ISOA5", "ISOA4", "ISOA6"}, Scope::Document, L"ISOA4", 1},
         {{"ISOA5", "ISOA4", "ISOA6"}, Scope::Job, L"ISOA6", 1},
         {{"ISOA5", "ISOA3", "ISOB5Envelope"}, Scope::Document, L"ISOB5Envelope", 2},
-        // A ticket with an unknown size is as good as one with the size before it, to begin with ISOA4.
+        // A ticket with an unknown size counts with the size before it, the first with ISOA4.
         {{"Unheard", "ISOA5", "ISOA5"}, Scope::Page, L"ISOA4", 1},
         {{"ISOA3", "Unheard", "ISOA6"}, Scope::Page, L"ISOA6", 3},
     };
@@ -57,7 +57,7 @@ TEST(MediaSizeResolver, TakesTheFirstSizeWithinTheLimits)
 
 TEST(MediaSizeResolver, FallsBackOnTheUsersDefaultOrTheSmallestSheet)
 {
-    // As this user has it; the other default is as far within the limits.
+    // The default of this user; the other default is within the limits too.
     wchar_t measure[8] = L"";
     ASSERT_NE(GetLocaleInfoW(LOCALE_USER_DEFAULT, LOCALE_IMEASURE, measure, 8), 0);
     const std::wstring byUser = MediaSizeTable::Shared().Lookup(DefaultMediaSizeOf(measure)).name.localName;
@@ -70,7 +70,7 @@ TEST(MediaSizeResolver, FallsBackOnTheUsersDefaultOrTheSmallestSheet)
     } cases[] = {
         {Scope::Document, {{200000, 270000}, {220000, 300000}}, byUser},
         {Scope::None, {{0, 0}, {2000000, 2000000}}, byUser},
-        // The smallest sheet takes its name when it has one.
+        // The smallest sheet gets its name if it has one.
         {Scope::Job, {{148000, 210000}, {149000, 211000}}, L"ISOA5"},
         {Scope::Job, {{76200, 127000}, {200000, 200000}}, L"CustomMediaSize"},
     };

@@ -35,7 +35,7 @@ constexpr EPrintTicketScope kNoLevel = static_cast<EPrintTicketScope>(3);
 constexpr auto kNoDelta = static_cast<HRESULT>(E_DELTA_PRINTTICKET_FORMAT);
 constexpr HRESULT kBadToken = __HRESULT_FROM_WIN32(ERROR_INVALID_HANDLE);
 
-/// A document whose root cannot be had: of the DOM's own making, with one method of its table replaced.
+/// A DOM document whose get_documentElement fails: one entry of its method table is replaced.
 class UnreadableDocument
 {
 public:
@@ -58,13 +58,13 @@ private:
     static HRESULT STDMETHODCALLTYPE Refuse(void*, IXMLDOMElement**) { return E_ACCESSDENIED; }
 
     const Document m_document = support::MakeTicket("");
-    // All of IXMLDOMDocument2.
+    // All slots of IXMLDOMDocument2.
     std::array<void*, 82> m_table{};
     void** m_original = nullptr;
 };
 
-/// Every path leaves the thread with its own token, the provider closed and nothing behind, and made all of
-/// its calls of the platform in the user's name.
+/// Checks after every test that the thread does not impersonate, the provider is closed and nothing leaked,
+/// and that the platform was called as the user.
 class PrintTicketProviderTest : public support::PipelineTest
 {
 protected:
@@ -121,7 +121,7 @@ protected:
         return support::OptionOf(LevelTicket(level), feature);
     }
 
-    /// The scopes of the merges since the last question, as "210" for job, document and page.
+    /// The scopes of the merges since the last call, such as "210" for job, document and page.
     std::string Merges()
     {
         const std::vector<std::string> calls = pipeline->record.Names();
@@ -152,7 +152,7 @@ private:
 
 TEST_F(PrintTicketProviderTest, GivesThePageWhatEachLevelAskedForAndTheDriversLimits)
 {
-    // What is the page's may be asked for at every level, and the lowest one has the last word.
+    // Every level can set a feature of the page; the lowest one wins.
     sequence->ticket = PartWith(Feature("JobInputBin", "Manual") + Feature("PageScaling", "None") +
                                 Feature("PageOrientation", "ReversePortrait"));
     document->ticket = PartWith(Feature("DocumentCollate", "Uncollated") +
@@ -173,14 +173,14 @@ TEST_F(PrintTicketProviderTest, GivesThePageWhatEachLevelAskedForAndTheDriversLi
               "psk:ISOA5 psk:Cassette psk:Landscape psk:None ");
     EXPECT_EQ(options(kPTPageScope, {"ns0000:JobCompress", "ns0000:JobBitsPerPixel"}),
               "ns0000:Type2 ns0000:Bits8 ");
-    // The levels above have their own settings and none of those below.
+    // The levels above have their own settings and none from below.
     EXPECT_EQ(options(kPTDocumentScope, {"psk:PageOrientation", "psk:DocumentCollate"}),
               "psk:ReversePortrait psk:Uncollated ");
     EXPECT_EQ(options(kPTJobScope, {"psk:JobInputBin"}), "psk:Manual ");
     PrintableMediaSizeData printable;
     printable.Read(PrintSchemaDocumentHandler::ForPrintTicket(LevelTicket(kPTPageScope)));
     EXPECT_EQ(printable.GetLimits(), (MediaSizeLimits{{76200, 127000}, {215900, 355600}}));
-    // The default ticket, which all levels are completed by, stays as it is.
+    // The default ticket, which completes all levels, is not changed.
     EXPECT_EQ(support::Count(defaultTicket, "//f:Feature"), 8);
 }
 
@@ -197,7 +197,7 @@ TEST_F(PrintTicketProviderTest, MergesOnceALevelAndAnewBelowALevelThatChanged)
         {[&] { return TryGet(kPTPageScope); }, "210"},
         {[&] { return TryGet(kPTJobScope); }, ""},
         {[&] { return apply(kPTJobScope, {}); }, "2"},
-        // The document is left out.
+        // Without the document.
         {[&] { return apply(kPTPageScope, {}); }, "10"},
         {[&] { return apply(kPTJobScope, ticket); }, "2"},
         {[&] { return TryGet(kPTDocumentScope); }, "1"},
@@ -210,7 +210,7 @@ TEST_F(PrintTicketProviderTest, MergesOnceALevelAndAnewBelowALevelThatChanged)
         {[&] { return TryGet(kPTPageScope); }, "0"},
         {[&] { return provider->GetTicket(kPTDocumentScope, nullptr, nullptr); }, "1"},
         {[&] { return TryGet(kPTPageScope); }, "0"},
-        // Derived, and applied to itself.
+        // Derived, and then applied again.
         {[&] { return provider->GetTicket(kPTJobScope, defaultTicket.Get(), nullptr); }, "22"},
         {[&] { return TryGet(kPTPageScope); }, "10"},
     };
@@ -226,7 +226,7 @@ TEST_F(PrintTicketProviderTest, CompletesALevelByBothTargets)
     const Document second = support::LoadDocument(
         Ticket(Feature("ns0000:JobSeal", "ns0000:On") + Feature("ns0000:JobCompress", "ns0000:Type9")));
     ASSERT_EQ(Open(), S_OK);
-    // Without a first target the second counts for nothing.
+    // Without a first target the second is ignored.
     ASSERT_EQ(provider->GetTicket(kPTJobScope, nullptr, second.Get()), S_OK);
     EXPECT_EQ(OptionOf(kPTJobScope, "ns0000:JobSeal"), "");
     ASSERT_EQ(provider->GetTicket(kPTJobScope, defaultTicket.Get(), second.Get()), S_OK);
@@ -279,7 +279,7 @@ TEST_F(PrintTicketProviderTest, IsPendingWhileThereIsNothingToDeriveFrom)
     expectPending();
     ASSERT_EQ(Open("<"), E_FAIL);
     expectPending();
-    // A page's own ticket wants its document's.
+    // A page's own ticket needs that of its document.
     ASSERT_EQ(Open(), S_OK);
     page->ticket = PartWith("");
     EXPECT_EQ(Apply(kPTPageScope), E_PENDING);
@@ -296,9 +296,9 @@ TEST_F(PrintTicketProviderTest, TakesTheReceivedTicketFromTheStartOfItsStream)
     Document received;
     ASSERT_EQ(provider->GetReceivedTicket(received.Receive()), S_OK);
     EXPECT_EQ(support::OptionOf(received, "psk:A"), "psk:B");
-    // What was derived from the ticket before is gone.
+    // The tickets derived from the previous one are dropped.
     EXPECT_NE(OptionOf(kPTPageScope, "psk:PageOrientation"), "psk:Landscape");
-    // One that cannot be loaded leaves nothing to derive from.
+    // After a ticket that cannot be loaded nothing can be derived.
     EXPECT_EQ(provider->LoadTicket(page.Get()), E_NOINTERFACE);
     EXPECT_EQ(TryGet(kPTJobScope), E_PENDING);
 }
@@ -306,7 +306,7 @@ TEST_F(PrintTicketProviderTest, TakesTheReceivedTicketFromTheStartOfItsStream)
 TEST_F(PrintTicketProviderTest, TakesAPartWithoutTicketAsOneThatAsksForNothing)
 {
     OpenAndApplyAll(Feature("PageOrientation", "Landscape"));
-    // What the page before it asked for is forgotten.
+    // The settings of the page before it are dropped.
     page->ticket = PartWith(Feature("PageOrientation", "Portrait"));
     EXPECT_EQ(Apply(kPTPageScope, defaultTicket.Get()), S_OK);
     EXPECT_EQ(OptionOf(kPTPageScope, "psk:PageOrientation"), "psk:Portrait");
@@ -326,7 +326,7 @@ TEST_F(PrintTicketProviderTest, PassesOnWhatIsWrongWithAPartsTicketAndKeepsTheLe
 {
     page->ticket = PartWith(Feature("PageOrientation", "Landscape"));
     OpenAndApplyAll();
-    // The last is well-formed, but no ticket to the platform.
+    // The last is well-formed, but the platform does not accept it as a ticket.
     for (const auto& [ticket, result] : {std::pair("<psf:PrintTicket", E_FAIL), std::pair("<a/>", kNoDelta)})
     {
         sequence->ticket = PartOver(ticket);
@@ -343,7 +343,7 @@ TEST_F(PrintTicketProviderTest, CallsNothingInAnybodysNameButTheUsers)
     {
         EXPECT_EQ(Open("", token), kBadToken);
     }
-    // The user's token goes away during the job.
+    // The user's token is closed during the job.
     HANDLE token = support::OpenUserToken();
     ASSERT_EQ(Open("", token), S_OK);
     ASSERT_TRUE(CloseHandle(token));
@@ -352,7 +352,7 @@ TEST_F(PrintTicketProviderTest, CallsNothingInAnybodysNameButTheUsers)
     EXPECT_EQ(provider->Close(), kBadToken);
     EXPECT_EQ(pipeline->record.Count("PTCloseProvider"), 0);
     EXPECT_EQ(Merges(), "");
-    // The provider is closed with a token that is good.
+    // A valid token is needed to close the provider.
     EXPECT_EQ(Open(), S_OK);
     EXPECT_EQ(support::TicketPlatform::OpenProviders(), 1);
 }
@@ -379,7 +379,7 @@ TEST_F(PrintTicketProviderTest, KeepsNoTicketThatCouldNotBeCompleted)
     Merges();
     EXPECT_EQ(Apply(kPTPageScope, target.Get()), E_ACCESSDENIED);
     EXPECT_EQ(Merges(), "0");
-    // It is derived anew.
+    // It is derived again.
     EXPECT_EQ(TryGet(kPTPageScope), S_OK);
     EXPECT_EQ(Merges(), "0");
 }
@@ -399,7 +399,7 @@ TEST_F(PrintTicketProviderTest, HoldsNothingAfterAFailingOpen)
 
 TEST_F(PrintTicketProviderTest, HoldsLimitsOnceAndAsTheTicketGivesThem)
 {
-    // Where another vendor's names have the driver's prefix, the service writes the driver's with another.
+    // If another vendor uses the driver's prefix, the service writes the driver's names with another one.
     for (const bool isRenamed : {false, true})
     {
         const std::string prefix = isRenamed ? "own:" : "ns0000:";
@@ -435,7 +435,7 @@ TEST_F(PrintTicketProviderTest, HoldsLimitsOnceAndAsTheTicketGivesThem)
 
 TEST_F(PrintTicketProviderTest, FreesThePlatformsMessages)
 {
-    // Longer than what the system keeps for the next string.
+    // Longer than the strings that the system caches.
     constexpr std::size_t kLength = 40'000;
     ASSERT_EQ(Open(), S_OK);
     sequence->ticket = PartWith("<psf:Feature name=\"x:" + std::string(kLength, 'n') + "\"/>");

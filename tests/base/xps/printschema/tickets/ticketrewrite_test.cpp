@@ -91,7 +91,7 @@ TEST(RewriteTicket, DeclaresThePrefixesThatItUses)
         const char* declarations;
         std::int32_t option;
         const char* optionName;
-        /// What the option's prefix stands for.
+        /// The namespace of the option's prefix.
         std::string optionNamespace;
     } cases[] = {
         {"", 6, "psk:None", keywords},
@@ -147,7 +147,7 @@ TEST(RewriteTicket, TakesTimeInProportionToTheTicket)
     const Document ticket = MakeTicket(content);
     const double before = support::ProcessorSeconds();
     Rewrite(ticket, 6);
-    // A tenth of what comparing each with each takes.
+    // A tenth of the time of comparing every pair.
     EXPECT_LT(support::ProcessorSeconds() - before, 3.0);
     EXPECT_EQ(Count(ticket, "//f:ParameterInit"), 4000);
     EXPECT_EQ(Count(ticket, "//f:Feature[@name='psk:PageOrientation']"), 1);

@@ -23,8 +23,8 @@ TEST(NamespacePrefixes, StayGoodForWhomeverReadsThem)
     EXPECT_EQ(GetFallbackPrefix().View(), L"ns0000:");
 }
 
-// A filter that is initialised for a driver without prefix used to leave a job that ran beside it without
-// any prefix, for a moment.
+// Initialising a filter for a driver without prefix used to leave another running job without any prefix for
+// a moment.
 TEST(NamespacePrefixes, AreNeverMissingWhileAnotherFilterStarts)
 {
     ProvideFallbackPrefixes();
