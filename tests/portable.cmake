@@ -5,7 +5,7 @@ add_suite(
             base/xml/prologscanner_test.cpp
             base/xps/page/gdimatrix_test.cpp
             base/xps/page/markuptext_test.cpp
-            base/xps/page/mediafit_test.cpp
+            base/xps/page/pagedecision_test.cpp
             base/xps/page/pagetransform_test.cpp
             host/opc/packagewriter_test.cpp
             host/opc/partname_test.cpp

@@ -20,7 +20,7 @@
 #include "base/xml/xmlutility.h"
 #include "base/xps/fixedpagesaxconvertor.h"
 #include "base/xps/markupreader.h"
-#include "base/xps/page/mediafit.h"
+#include "base/xps/page/pagedecision.h"
 #include "base/xps/printschema/document/domboundary.h"
 #include "base/xps/printschema/tickets/mediasizeresolver.h"
 #include "base/xps/printschema/tickets/ticketdocument.h"

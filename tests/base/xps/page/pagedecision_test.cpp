@@ -1,4 +1,4 @@
-#include "base/xps/page/mediafit.h"
+#include "base/xps/page/pagedecision.h"
 
 #include <limits>
 
