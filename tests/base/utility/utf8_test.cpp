@@ -25,8 +25,9 @@ TEST(Utf8, AppendsToWhatIsThere)
     std::string text = "a";
     AppendUtf8(text, L"bc");
     AppendUtf8(text, L"d\u0080\u00ff");
-    // Three bytes, four bytes, and half of a surrogate pair.
-    AppendUtf8(text, L"\u20ac\U0001f600\xd800");
+    // Three bytes for each unit, as much as there is room for; then a pair and half of one.
+    AppendUtf8(text, L"\u20ac");
+    AppendUtf8(text, L"\U0001f600\xd800");
     AppendUtf8(text, L"");
     EXPECT_EQ(text, "abcd\xc2\x80\xc3\xbf\xe2\x82\xac\xf0\x9f\x98\x80\xef\xbf\xbd");
 }
