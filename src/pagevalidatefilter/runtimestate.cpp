@@ -5,8 +5,8 @@
 // MinGW links the C++ runtime and its thread library into the module. They allocate a TLS index, two handles
 // and some memory when a thread handles an exception or runs a once-function. Nothing of this is freed when
 // the module is unloaded: a process that loads the module about a thousand times runs out of TLS indexes and
-// aborts. The functions below replace the ones that allocate: with the option --wrap the linker redirects
-// calls of NAME to __wrap_NAME. All but pthread_once belong to the Itanium C++ ABI.
+// aborts. The functions below replace the ones that allocate: the linker finds them before it searches
+// the libraries. All but pthread_once belong to the Itanium C++ ABI.
 
 namespace __gnu_cxx
 {
@@ -89,17 +89,17 @@ void EndInitialization(StaticGuard* guard, bool isInitialized) noexcept
 // NOLINTBEGIN(bugprone-reserved-identifier,readability-identifier-naming): the linker's names
 extern "C"
 {
-    ThreadExceptions* __wrap___cxa_get_globals_fast() noexcept
+    ThreadExceptions* __cxa_get_globals_fast() noexcept
     {
         return g_threadExceptions.Find();
     }
 
-    ThreadExceptions* __wrap___cxa_get_globals() noexcept
+    ThreadExceptions* __cxa_get_globals() noexcept
     {
         return g_threadExceptions.FindOrMake();
     }
 
-    int __wrap___cxa_guard_acquire(StaticGuard* guard) noexcept
+    int __cxa_guard_acquire(StaticGuard* guard) noexcept
     {
         AcquireSRWLockExclusive(&g_staticsLock);
         while (guard->isBeingInitialized)
@@ -112,18 +112,18 @@ extern "C"
         return isOurs ? 1 : 0;
     }
 
-    void __wrap___cxa_guard_release(StaticGuard* guard) noexcept
+    void __cxa_guard_release(StaticGuard* guard) noexcept
     {
         EndInitialization(guard, true);
     }
 
-    void __wrap___cxa_guard_abort(StaticGuard* guard) noexcept
+    void __cxa_guard_abort(StaticGuard* guard) noexcept
     {
         EndInitialization(guard, false);
     }
 
     // The runtime's once-functions throw nothing.
-    int __wrap_pthread_once(long* control, void (*initialize)())
+    int pthread_once(long* control, void (*initialize)())
     {
         constexpr long untouched = 0;
         constexpr long done = 1;
