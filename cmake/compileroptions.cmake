@@ -46,6 +46,24 @@ else()
     endif()
 endif()
 
+# Set where the second compiler builds. It links the module and checks all other sources.
+if(MINGW AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    set(SECOND_COMPILER ON)
+    # Symbols for Windows, with source names that start at the tree. The DLL holds a hash of them: a compiler that
+    # writes its command line among them, as clang 14 does, makes another DLL in each folder.
+    set(WINDOWS_SYMBOLS -g -gcodeview -fdebug-prefix-map=${PROJECT_SOURCE_DIR}/= -fdebug-compilation-dir=.)
+    include(CheckCXXCompilerFlag)
+    check_cxx_compiler_flag(-gno-codeview-command-line SYMBOLS_WITHOUT_COMMAND_LINE)
+    if(SYMBOLS_WITHOUT_COMMAND_LINE)
+        list(APPEND WINDOWS_SYMBOLS -gno-codeview-command-line)
+    endif()
+endif()
+
+# Has the folders that are added afterwards compiled for errors and warnings only.
+macro(check_syntax_only)
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${PROJECT_SOURCE_DIR}/cmake/syntaxonly)
+endmacro()
+
 option(MEASURE_COVERAGE "Count which lines of the module are entered" OFF)
 
 # The time that MinGW's linker takes grows with the square of the functions in a source, inline ones included: a
@@ -66,7 +84,7 @@ endfunction()
 # second compiler reads every header where it is included, so that each must go on to compile alone; counted lines
 # need flags that precompiled headers do not share.
 function(precompile_headers target name)
-    if(MEASURE_COVERAGE OR (MINGW AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang"))
+    if(MEASURE_COVERAGE OR SECOND_COMPILER)
         return()
     endif()
     if(NOT TARGET precompiled_${name})
@@ -79,11 +97,10 @@ function(precompile_headers target name)
     target_precompile_headers(${target} REUSE_FROM precompiled_${name})
 endfunction()
 
-# A program or DLL of the project, PROGRAM or SHARED. The second compiler stops before the link: it is asked
-# for its opinion of the sources only.
+# A program or DLL of the project, PROGRAM or SHARED.
 function(add_binary name kind)
     set(sources ${ARGN})
-    if(MINGW AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    if(SECOND_COMPILER)
         list(FILTER sources EXCLUDE REGEX "\\.(def|rc)$")
         add_library(${name} STATIC ${sources})
     elseif(kind STREQUAL "PROGRAM")

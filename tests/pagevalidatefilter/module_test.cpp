@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "support/filtermodule.h"
 #include "support/pipelinetest.h"
 
 // The built module, loaded as the pipeline loads it.
@@ -16,7 +17,8 @@ Function* Import(const char* name)
 {
     // The module's import binds to the ticket library that is loaded already.
     static const HMODULE tickets = LoadLibraryW(OFFLINE_TICKET_LIBRARY);
-    static const HMODULE module = tickets != nullptr ? LoadLibraryW(FILTER_MODULE) : nullptr;
+    static const HMODULE module =
+        tickets != nullptr ? LoadLibraryW(support::FilterModulePath().c_str()) : nullptr;
     return reinterpret_cast<Function*>(reinterpret_cast<void (*)()>(GetProcAddress(module, name)));
 }
 

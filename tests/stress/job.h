@@ -11,6 +11,7 @@
 
 #include "host/pipeline/filtermodule.h"
 #include "host/ticketservice/ticketservice.h"
+#include "support/filtermodule.h"
 #include "support/pipeline.h"
 #include "support/tickettext.h"
 
@@ -39,7 +40,7 @@ struct Module
 
     // Loaded first: the module's import binds to the ticket library that is there.
     host::pipeline::LoadedLibrary tickets{OFFLINE_TICKET_LIBRARY};
-    host::pipeline::FilterModule filters{FILTER_MODULE};
+    host::pipeline::FilterModule filters{support::FilterModulePath()};
     host::pipeline::CallTrace trace;
     decltype(SetDeviceDescription)* const setDevice =
         tickets.Find<decltype(SetDeviceDescription)>("SetDeviceDescription");

@@ -62,7 +62,7 @@ void RunTurnedPage(IPrintPipelineFilter& filter)
 /// Loads the module and runs a job on this thread and one on a thread that ends.
 void LoadAndUse()
 {
-    const FilterModule module(FILTER_MODULE);
+    const FilterModule module(support::FilterModulePath());
     host::pipeline::CallTrace trace;
     RunTurnedPage(*module.CreateFilter(trace));
     std::thread([&] { RunTurnedPage(*module.CreateFilter(trace)); }).join();
@@ -75,7 +75,7 @@ Holdings GrowthOf(const char* what, int times, bool isUnloaded)
     std::optional<FilterModule> kept;
     if (!isUnloaded)
     {
-        kept.emplace(FILTER_MODULE);
+        kept.emplace(support::FilterModulePath());
     }
     Holdings first{};
     for (int time = 1; time <= times; ++time)

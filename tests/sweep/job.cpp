@@ -5,6 +5,7 @@
 #include <limits>
 
 #include "host/pipeline/filtermodule.h"
+#include "support/filtermodule.h"
 #include "support/pipeline.h"
 #include "support/tickettext.h"
 #include "sweep/calls.h"
@@ -184,7 +185,7 @@ Outcome RunJob(const Fault& fault)
     Watch& watch = Watch::Get();
     Outcome outcome;
     {
-        const LoadedLibrary module(FILTER_MODULE);
+        const LoadedLibrary module(support::FilterModulePath());
         RunWholeJob(module, fault, outcome);
         Expect(CountProviders() == 0, "a ticket provider stays open", outcome);
         Expect(Pipeline::CountObjects() == 0, "objects of the pipeline are held", outcome);
