@@ -25,7 +25,7 @@ done
 
 module=$1/pagevalidatefilter.dll
 headers=$("$2" -p "$module")
-exports=$(sed -n '/^\[Ordinal\/Name Pointer\]/,/^$/s/^\s*\[ *[0-9]*\] //p' <<<"$headers" | tr '\n' ' ')
+exports=$(sed -n '/^\[Ordinal\/Name Pointer\]/,/^$/s/^\s\+\[.* //p' <<<"$headers" | tr '\n' ' ')
 resources=$("$2" -s -j .rsrc "$module" | sed 's/.*  //' | tr -d '\n')
 expect() {
     if ! grep -qE "$2" <<<"$1"; then
