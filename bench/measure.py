@@ -27,6 +27,9 @@ JOBS = {10: 1, 100: 3, 1000: 1} if IS_QUICK else {10: 5, 100: 10, 1000: 3, 10_00
 HOST_ROUNDS, SMALL_PAGES, REAL_PAGES = (1, 200, 16) if IS_QUICK else (3, 1000, 40)
 KINDS = ("passed", "turned", "refitted")
 TICKET_SIZES = (1000, 8000)
+CROWDS = ("pages", "parts that nothing names", "relationships of a page", "content types of single parts",
+          "characters in a part's name")
+CROWD_SIZES = (2000, 8000)
 
 XPS = "http://schemas.microsoft.com/xps/2005/06"
 SMALL_PAGE = (f'<FixedPage xmlns="{XPS}" xml:lang="en" Width="816" Height="1056">'
@@ -149,18 +152,21 @@ def measure_tickets():
     return times
 
 
-def print_tickets(times):
-    few, many = TICKET_SIZES
+def print_growth(what, times):
+    """Median times by the number of something, and their ratio."""
+    few, many = sorted({count for _, count in times})
     rows = []
     for name in dict.fromkeys(name for name, _ in times):
-        costs = {count: [median(times[name, count], clock) for clock in (0, 1)] for count in TICKET_SIZES}
-        rows.append((name, *(f"{costs[count][0]:.2f} ({costs[count][1]:.2f}) s" for count in TICKET_SIZES),
-                     f"{costs[many][0] / max(costs[few][0], 0.01):.1f} ({costs[many][1] / costs[few][1]:.1f})"))
-    table(("a turned page whose ticket has many", f"{few:,}", f"{many:,}", "ratio"), rows)
+        costs = {count: [median(times[name, count], clock) for clock in (0, 1)] for count in (few, many)}
+        ratios = [costs[many][clock] / max(costs[few][clock], 0.01) for clock in (0, 1)]
+        rows.append((name, *(f"{costs[count][0]:.2f} ({costs[count][1]:.2f}) s" for count in (few, many)),
+                     f"{ratios[0]:.1f} ({ratios[1]:.1f})"))
+    table((what, f"{few:,}", f"{many:,}", "ratio"), rows)
 
 
-def write_package(name, markups):
-    """A document of pages that share a ticket, by which all of them are turned."""
+def write_package(name, markups, parts=(), targets=(), overrides=()):
+    """A document of pages that share a ticket, by which all of them are turned. It has empty further parts, targets
+    of relationships of the first page, and parts with a content type of their own."""
     relationships = '<Relationships xmlns="http://schemas.openxmlformats.org/package/2006/relationships">{}</Relationships>'
     relationship = '<Relationship Id="r" Type="{}" Target="{}"/>'
     types = "".join(f'<Default Extension="{extension}" ContentType="application/vnd.ms-package.xps-{kind}+xml"/>'
@@ -168,6 +174,9 @@ def write_package(name, markups):
                                             ("fpage", "fixedpage")))
     types += ('<Default Extension="rels" ContentType="application/vnd.openxmlformats-package.relationships+xml"/>'
               '<Default Extension="xml" ContentType="application/vnd.ms-printing.printticket+xml"/>')
+    types += "".join(f'<Override PartName="{part}" ContentType="text/plain"/>' for part in overrides)
+    required = "".join(f'<Relationship Id="t{number}" Type="{XPS}/required-resource" Target="{target}"/>'
+                       for number, target in enumerate(targets))
     path = WORK / name
     with zipfile.ZipFile(path, "w", zipfile.ZIP_DEFLATED) as archive:
         archive.writestr("[Content_Types].xml",
@@ -181,7 +190,10 @@ def write_package(name, markups):
         for number, markup in enumerate(markups):
             archive.writestr(f"{number}.fpage", markup)
             archive.writestr(f"_rels/{number}.fpage.rels",
-                             relationships.format(relationship.format(XPS + "/printticket", "/ticket.xml")))
+                             relationships.format(relationship.format(XPS + "/printticket", "/ticket.xml")
+                                                  + (required if number == 0 else "")))
+        for part in (*parts, *overrides):
+            archive.writestr(part[1:], "")
     return path
 
 
@@ -207,6 +219,29 @@ def measure_document(pages):
         shutil.rmtree(folder, ignore_errors=True)
         theirs.append(run(["sh", "-c", tools])[1])
     return ours, theirs
+
+
+def crowded_package(what, count):
+    others = [f"/other/{number}.xml" for number in range(count)]
+    return write_package("crowded.xps", **{
+        "pages": {"markups": [SMALL_PAGE] * count},
+        "parts that nothing names": {"markups": [SMALL_PAGE], "parts": others},
+        "relationships of a page": {"markups": [SMALL_PAGE], "targets": ["/ticket.xml"] * count},
+        "content types of single parts": {"markups": [SMALL_PAGE], "overrides": others},
+        "characters in a part's name": {"markups": [SMALL_PAGE], "parts": [f"/{'n' * count}.xml"]},
+    }[what])
+
+
+def measure_crowds():
+    """The times of a document by what it has many of, without the program's start."""
+    times = {}
+    start = write_package("start.xps", [SMALL_PAGE])
+    for _ in range(3):
+        for what in CROWDS:
+            for count in CROWD_SIZES:
+                cost = take_away(run_host(crowded_package(what, count)), run_host(start))
+                times.setdefault((what, count), []).append(cost)
+    return times
 
 
 def measure_host(name, markup_file, count):
@@ -307,7 +342,8 @@ def main():
     print_ratios(markup, jobs, hosts, measure_document(pages["real pages"]))
     print_calls()
     print_figures(markup, sizes, jobs, hosts)
-    print_tickets(measure_tickets())
+    print_growth("a turned page whose ticket has many", measure_tickets())
+    print_growth("a document with many", measure_crowds())
 
 
 main()
