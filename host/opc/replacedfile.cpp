@@ -33,15 +33,11 @@ void ReplacedFile::Commit()
     // The disk may be full only now.
     const bool isWritten = std::fflush(m_temporary.file.get()) == 0;
     m_temporary.file.reset();
-    std::error_code failure;
-    if (isWritten)
-    {
-        std::filesystem::rename(m_temporary.path, m_target, failure);
-    }
-    if (!isWritten || failure)
+    if (!isWritten)
     {
         Fail();
     }
+    MoveIntoPlace(m_temporary.path, m_target);
 }
 
 void ReplacedFile::Fail() const

@@ -20,14 +20,6 @@ namespace host::opc
 {
 namespace
 {
-std::filesystem::path NewName(const std::filesystem::path& target)
-{
-    std::filesystem::path name = target;
-    name += ".";
-    name += std::to_string(std::random_device()());
-    name += ".tmp";
-    return name;
-}
 
 /// Null when the file exists or cannot be created.
 std::FILE* OpenNew(const std::filesystem::path& path, OnClose onClose)
@@ -52,6 +44,23 @@ std::FILE* OpenNew(const std::filesystem::path& path, OnClose onClose)
 #endif
 }
 
+/// Whether a name stands for something like a terminal, which the file system does not tell in Wine.
+bool IsDevice(const std::filesystem::path& path)
+{
+#ifdef _WIN32
+    int descriptor = -1;
+    _wsopen_s(&descriptor, path.c_str(), _O_RDONLY | _O_BINARY, _SH_DENYNO, _S_IREAD);
+    const bool isDevice = descriptor >= 0 && _isatty(descriptor) != 0;
+    if (descriptor >= 0)
+    {
+        _close(descriptor);
+    }
+    return isDevice;
+#else
+    return std::filesystem::exists(path) && !std::filesystem::is_regular_file(path);
+#endif
+}
+
 void RequirePlaceForAFile(const std::filesystem::path& target)
 {
     std::error_code unknown;
@@ -60,12 +69,21 @@ void RequirePlaceForAFile(const std::filesystem::path& target)
     {
         throw FileError(target, "is a folder");
     }
-    if (type != std::filesystem::file_type::regular && type != std::filesystem::file_type::not_found)
+    if (IsDevice(target))
     {
         throw FileError(target, "is not a file that can be replaced");
     }
 }
 } // namespace
+
+std::filesystem::path NameTemporaryFile(const std::filesystem::path& target)
+{
+    std::filesystem::path name = target;
+    name += ".";
+    name += std::to_string(std::random_device()());
+    name += ".tmp";
+    return name;
+}
 
 TemporaryFile CreateTemporaryFile(const std::filesystem::path& target, OnClose onClose)
 {
@@ -73,12 +91,24 @@ TemporaryFile CreateTemporaryFile(const std::filesystem::path& target, OnClose o
     constexpr int attempts = 8;
     for (int attempt = 0; attempt < attempts; ++attempt)
     {
-        const std::filesystem::path path = NewName(target);
+        const std::filesystem::path path = NameTemporaryFile(target);
         if (UniqueFile file(OpenNew(path, onClose)); file != nullptr)
         {
             return {std::move(file), path};
         }
     }
     throw FileError(target, "cannot be created");
+}
+
+void MoveIntoPlace(const std::filesystem::path& temporary, const std::filesystem::path& target)
+{
+    std::error_code failure;
+    std::filesystem::rename(temporary, target, failure);
+    if (failure)
+    {
+        std::error_code ignored;
+        std::filesystem::remove(temporary, ignored);
+        throw FileError(target, "cannot be written: " + failure.message());
+    }
 }
 } // namespace host::opc

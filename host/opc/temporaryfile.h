@@ -27,7 +27,14 @@ struct TemporaryFile
     std::filesystem::path path;
 };
 
+/// A name beside `target` that no file has.
+std::filesystem::path NameTemporaryFile(const std::filesystem::path& target);
+
 /// Creates a file with an unused name beside `target`. Throws FileError, naming the target, when the target
 /// is a folder or no regular file, and when no file can be created beside it.
 TemporaryFile CreateTemporaryFile(const std::filesystem::path& target, OnClose onClose);
+
+/// Gives a closed temporary file its name, in place of an older file. Without success the older file stays,
+/// the temporary one goes, and FileError is thrown.
+void MoveIntoPlace(const std::filesystem::path& temporary, const std::filesystem::path& target);
 } // namespace host::opc

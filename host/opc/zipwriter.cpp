@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "host/opc/files.h"
+#include "host/opc/temporaryfile.h"
 
 namespace host::opc
 {
@@ -130,10 +131,13 @@ private:
 };
 } // namespace
 
-ZipWriter::ZipWriter(const std::filesystem::path& target) : m_target(target)
+// Under a new name: the library gives a file that it replaces the access rights of the old one, which Wine
+// turns into the mode of a program.
+ZipWriter::ZipWriter(const std::filesystem::path& target)
+    : m_target(target), m_temporary(NameTemporaryFile(target))
 {
     int code = 0;
-    m_archive.reset(zip_open(ToUtf8Path(target).c_str(), ZIP_CREATE | ZIP_TRUNCATE, &code));
+    m_archive.reset(zip_open(ToUtf8Path(m_temporary).c_str(), ZIP_CREATE | ZIP_TRUNCATE, &code));
     if (m_archive == nullptr)
     {
         throw FileError(m_target, "cannot be created: " + DescribeZipError(code));
@@ -188,6 +192,7 @@ void ZipWriter::Close(const WriteListener& listener)
         throw FileError(m_target, std::string("cannot be written: ") + zip_strerror(m_archive.get()));
     }
     static_cast<void>(m_archive.release());
+    MoveIntoPlace(m_temporary, m_target);
 }
 
 void ZipWriter::Fail(const std::string& name) const

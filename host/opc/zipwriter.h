@@ -50,6 +50,7 @@ private:
     [[noreturn]] void Fail(const std::string& name) const;
 
     std::filesystem::path m_target;
+    std::filesystem::path m_temporary;
     std::unique_ptr<zip_t, Discarder> m_archive;
 };
 } // namespace host::opc

@@ -17,7 +17,7 @@ class FileTest(ProgramTestCase):
     def test_an_output_that_cannot_be_is_named_before_the_job_starts(self):
         self.take("plain")
         Path(WORK, "folder").mkdir()
-        table = [("none/out.xps", "cannot be created"), ("folder", "is a folder"), ("/dev/full", "cannot be created: ")]
+        table = [("none/out.xps", "cannot be created"), ("folder", "is a folder"), ("/dev/full", "is not a file that can be replaced")]
         for file, fault in table:
             failed = run("run", "in.xps", "-o", file)
             self.assertEqual((failed.returncode, failed.stdout, failed.stderr.count("\n")), (2, "", 1), failed.stderr)
