@@ -6,6 +6,7 @@
 
 #include "host/xml/markup.h"
 #include "host/xml/reader.h"
+#include "host/xps/alternatecontent.h"
 #include "host/xps/xpsvocabulary.h"
 
 namespace host::xps
@@ -76,9 +77,15 @@ public:
 
     void OnStart(xml::Element element) override
     {
+        if (m_seen == 0 && m_alternatives.Hides(element))
+        {
+            return;
+        }
+        m_seen == 0 ? TakeRoot(element) : TakeFirst(element);
         ++m_seen;
-        element.depth == 0 ? TakeRoot(element) : TakeFirst(element);
     }
+
+    bool HasRoot() const noexcept { return m_seen > 0; }
 
 private:
     void TakeRoot(const xml::Element& root)
@@ -110,6 +117,7 @@ private:
 
     PageMarkup& m_page;
     Extent m_extent;
+    AlternateContent m_alternatives;
     int m_seen = 0;
 };
 
@@ -152,6 +160,7 @@ PageMarkup ReadPage(std::string_view markup)
     try
     {
         reader.Read(markup, listener);
+        page.fault = listener.HasRoot() ? "" : "is no XPS page: its alternate content has no fallback";
     }
     catch (const ForeignElement& element)
     {

@@ -6,6 +6,7 @@
 #include "host/opc/packageerror.h"
 #include "host/xml/markup.h"
 #include "host/xml/reader.h"
+#include "host/xps/alternatecontent.h"
 #include "host/xps/xpsvocabulary.h"
 
 namespace host::xps
@@ -49,29 +50,6 @@ PartName FindSequence(const opc::Package& package)
     return std::move(*sequence);
 }
 
-/// Skips the choices of alternate content: each needs an extension that is unknown here, so the fallback
-/// applies.
-class ChoiceFilter
-{
-public:
-    bool Hides(const xml::Element& element)
-    {
-        if (m_choiceDepth.has_value() && element.depth > *m_choiceDepth)
-        {
-            return true;
-        }
-        m_choiceDepth.reset();
-        if (element.namespaceUri == kMarkupCompatibilityNamespace && element.localName == "Choice")
-        {
-            m_choiceDepth = element.depth;
-        }
-        return false;
-    }
-
-private:
-    std::optional<int> m_choiceDepth;
-};
-
 /// Collects the Source attributes of the elements that a structural part consists of.
 class SourceCollector
 {
@@ -82,7 +60,7 @@ public:
 
     void Take(const xml::Element& element)
     {
-        if (m_choices.Hides(element) || !IsXpsNamespace(element.namespaceUri))
+        if (m_alternatives.Hides(element) || !IsXpsNamespace(element.namespaceUri))
         {
             return;
         }
@@ -114,7 +92,7 @@ public:
 private:
     std::string_view m_root;
     std::string_view m_reference;
-    ChoiceFilter m_choices;
+    AlternateContent m_alternatives;
     bool m_rootSeen = false;
     std::vector<std::string> m_sources;
 };

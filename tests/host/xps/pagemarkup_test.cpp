@@ -30,6 +30,9 @@ TEST(PageMarkup, IsAtFaultWhereNoReaderOfXpsWouldTakeIt)
     const std::string xps = "http://schemas.microsoft.com/xps/2005/06'";
     const std::string open = "http://schemas.openxps.org/oxps/v1.0'";
     const std::string foreign = "is no XPS page: line 1, column ";
+    const std::string wrapped =
+        "<mc:AlternateContent xmlns:mc='http://schemas.openxmlformats.org/markup-compatibility/2006'>"
+        "<mc:Choice Requires='v'><v xmlns='urn:v'/></mc:Choice><mc:Fallback>";
     const std::pair<std::string, std::string> pages[] = {
         {"<FixedPage xmlns='" + xps + "><Canvas/></FixedPage>", ""},
         {"<FixedPage xmlns='" + open + "><Path/><Canvas xmlns=''/></FixedPage>", ""},
@@ -37,6 +40,11 @@ TEST(PageMarkup, IsAtFaultWhereNoReaderOfXpsWouldTakeIt)
         {"<q:FixedPage xmlns:q='" + xps + "><Canvas/></q:FixedPage>", foreign},
         {"<FixedPage xmlns='" + xps + "><Canvas xmlns='urn:x'/></FixedPage>", foreign},
         {"<FixedPage/>", foreign},
+        {wrapped + "<FixedPage xmlns='" + xps + "><Canvas/></FixedPage></mc:Fallback></mc:AlternateContent>",
+         ""},
+        {wrapped + "<FixedPage/></mc:Fallback></mc:AlternateContent>", foreign},
+        {wrapped + "</mc:Fallback></mc:AlternateContent>",
+         "is no XPS page: its alternate content has no fallback"},
         {"<FixedPage xmlns='" + xps + ">\n<Canvas>\n<Path A='?a&b=c'/></Canvas></FixedPage>",
          "is not well-formed: line 3, column "},
         {"<!DOCTYPE a><FixedPage xmlns='" + xps + "/>", "declares a document type"},
