@@ -162,6 +162,7 @@ private:
 
 ExitStatus Execute(const BatchCommand& command, Console& console)
 {
+    const Interrupt interrupt;
     const job::CaseTable table = ReadTable(command.input);
     BatchRun run(command, console);
     for (const job::LineFault& fault : table.faults)
@@ -176,10 +177,10 @@ ExitStatus Execute(const BatchCommand& command, Console& console)
     {
         throw opc::FileError(command.input, "has no case");
     }
-    const Interrupt interrupt;
     for (const job::Case& row : table.cases)
     {
         run.Run(row, interrupt);
+        interrupt.ThrowIfRaised();
     }
     return run.Summarise();
 }

@@ -19,10 +19,10 @@ constexpr const char* kFooter = R"(Examples (sample.xps stands for any XPS or Op
   xpsfilterhost diff sample.xps out.xps
 
 Lengths are typed in millimetres; page sizes are told in pixels of 1/96 inch.
-Exit status: 0 done; 1 the filter failed, with its HRESULT and the part it was at, or was
-stopped by Ctrl-C, or batch or diff found a difference; 2 the document, a file or an
-argument cannot be used. A failure is one line on stderr; batch has one for each row of its
-table that cannot be used.)";
+Exit status: 0 done; 1 the filter failed, with its HRESULT and the part it was at, or batch or
+diff found a difference; 2 the document, a file or an argument cannot be used; 130 stopped by
+Ctrl-C. A failure is one line on stderr; batch has one for each row of its table that cannot
+be used.)";
 
 constexpr const char* kRunFooter =
     R"(Prints one line a page: its size before and after in pixels of 1/96 inch, the orientation,

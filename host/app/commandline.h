@@ -13,12 +13,13 @@ namespace host::app
 enum class ExitStatus
 {
     Done = 0,
-    /// Also after Ctrl-C.
     FilterFailed = 1,
     /// The result of diff and batch.
     Differs = 1,
     /// The document, another file or the command line cannot be used.
-    Unusable = 2
+    Unusable = 2,
+    /// After Ctrl-C, as shells have it.
+    Interrupted = 130
 };
 
 /// Run the filter over a document.

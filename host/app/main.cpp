@@ -25,7 +25,7 @@ ExitStatus ExecuteOrReport(const AnyCommand& command, Console& console)
     catch (const InterruptedError& stop)
     {
         console.PrintError(std::string("xpsfilterhost: ") + stop.what() + "\n");
-        return ExitStatus::FilterFailed;
+        return ExitStatus::Interrupted;
     }
     catch (const std::exception& failure)
     {

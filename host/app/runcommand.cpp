@@ -249,14 +249,16 @@ ExitStatus RunAgain(const RunCommand& command,
     return ExitStatus::Done;
 }
 
-ExitStatus RunAndReport(const RunCommand& command, Console& console, RunReport* report)
+ExitStatus RunAndReport(const RunCommand& command,
+                        Console& console,
+                        const Interrupt& interrupt,
+                        RunReport* report)
 {
     const job::JobEnvironment environment(command.job);
     if (report != nullptr)
     {
         report->ShowUserTicket(environment.UserTicket());
     }
-    const Interrupt interrupt;
     RunListener listener(command, console, interrupt, report);
     const job::JobOutcome outcome = job::RunJob(command.job, environment.UserTicket(), listener);
     if (FAILED(outcome.result))
@@ -294,15 +296,17 @@ ExitStatus RunAndReport(const RunCommand& command, Console& console, RunReport* 
 
 ExitStatus Execute(const RunCommand& command, Console& console)
 {
+    const Interrupt interrupt;
     RequireFilesOfTheirOwn(command);
     std::optional<RunReport> report;
     if (command.report)
     {
         report.emplace(command);
     }
+    ExitStatus status{};
     try
     {
-        return RunAndReport(command, console, report ? &*report : nullptr);
+        status = RunAndReport(command, console, interrupt, report ? &*report : nullptr);
     }
     catch (const std::exception& failure)
     {
@@ -312,5 +316,7 @@ ExitStatus Execute(const RunCommand& command, Console& console)
         }
         throw;
     }
+    interrupt.ThrowIfRaised();
+    return status;
 }
 } // namespace host::app

@@ -159,6 +159,7 @@ class RunTest(ProgramTestCase):
             self.run_done("run", "in.xps", "-o", "out.xps")
             contents.append(output.read_bytes())
         self.assertEqual(contents[0], contents[1])
+        self.assertEqual(output.stat().st_mode & 0o111, 0, "a document is no program")
         failed = run("run", "in.xps", "-o", "out.xps", "--module", MISBEHAVING, "--ns-prefix", "unended")
         self.assertEqual((failed.returncode, output.read_bytes(), self.files()), (1, contents[0], ["in.xps", "out.xps"]))
         # Nobody may replace what another program holds open.
@@ -471,10 +472,23 @@ class FailureTest(ProgramTestCase):
             os.killpg(job.pid, signal.SIGINT)
             shown = terminal.read_until("interrupted")
             job.communicate(timeout=terminal.PATIENCE)
-        self.assertEqual(job.returncode, 1)
+        self.assertEqual(job.returncode, 130)
         self.assertIn("0x00000000 IPrintPipelineFilter::ShutdownOperation", shown)
         self.assertIn("0x80004004 IPrintPipelineFilter::StartOperation", shown)
         self.assertEqual(self.files(), ["in.xps"])
+
+
+    def test_ctrl_c_is_never_success(self):
+        self.take("plain")
+        for wait in (0.02, 0.1, 0.3):
+            job = start("run", "in.xps", "-o", "out.xps", "--module", MISBEHAVING, "--ns-prefix", "waits",
+                        start_new_session=True)
+            time.sleep(wait)
+            os.killpg(job.pid, signal.SIGINT)
+            _, errors = job.communicate(timeout=Terminal.PATIENCE)
+            # The shell itself may not have come to its trap.
+            self.assertIn((job.returncode, "interrupted\n" in errors), [(130, True), (-signal.SIGINT, False)], errors)
+            self.assertEqual(self.files(), ["in.xps"])
 
 
 class MalformedTest(ProgramTestCase):
