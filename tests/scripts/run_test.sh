@@ -24,9 +24,12 @@ expect() {
     fi
 }
 
-expect "run Z:$work/build/mingw-release/tests/packages/sample.xps -o Z:$work/build/sample-out.xps"
-expect "run Z:$work/in.xps -o Z:$work/a/out.xps --json --media ISOA4" in.xps a/out.xps --json --media ISOA4
-expect "run Z:$work/in.xps --dry-run --json" in.xps --dry-run --json
-expect "run Z:$work/in.xps" in.xps
-expect "run --help" --help
+touch in.xps
+expect "run build/mingw-release/tests/packages/sample.xps -o build/sample-out.xps"
+expect "run in.xps -o a/out.xps --json --media ISOA4" in.xps a/out.xps --json --media ISOA4
+expect "run $work/in.xps --json --dry-run" "$work/in.xps" --json --dry-run
+expect "run: name the document to write, as scripts/run in.xps OUT.xps, or say --dry-run" in.xps --json
+expect "run: none.xps: there is no such file" none.xps
+expect "tickets in.xps" tickets in.xps
+expect "--help" --help
 exit $status
