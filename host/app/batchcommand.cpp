@@ -1,9 +1,12 @@
 #include "host/app/commands.h"
 
+#include <algorithm>
 #include <exception>
 #include <iomanip>
+#include <map>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include "host/app/interrupt.h"
 #include "host/app/stopwatch.h"
@@ -14,22 +17,24 @@
 #include "host/job/runjob.h"
 #include "host/opc/files.h"
 #include "host/opc/packageerror.h"
+#include "host/opc/replacedfile.h"
 #include "host/xml/encoding.h"
 #include "host/xml/text.h"
+#include "host/xml/writer.h"
 
 namespace host::app
 {
 namespace
 {
 /// Throws opc::FileError for a table that is no text, which would have a fault in each of its lines.
-job::CaseTable ReadTable(const std::filesystem::path& file)
+std::string ReadTable(const std::filesystem::path& file)
 {
     const std::string bytes = opc::ReadFileBytes(file);
     if (!xml::IsUtf8(bytes) || bytes.find('\0') != bytes.npos)
     {
         throw opc::FileError(file, "is not a text in UTF-8");
     }
-    return job::ReadCaseTable(bytes, file.parent_path());
+    return bytes;
 }
 
 /// Collects the pages of a case.
@@ -97,13 +102,27 @@ public:
                              "\n");
     }
 
-    void Run(job::Case row, const Interrupt& interrupt)
+    /// Reports a case whose files or options cannot be used, without running it.
+    void CheckSetUp(const job::Case& row)
+    {
+        try
+        {
+            const job::JobEnvironment environment(row.job);
+        }
+        catch (const std::exception& fault)
+        {
+            ReportFault(row.line, fault.what());
+        }
+    }
+
+    void Run(job::Case row, std::size_t number, std::size_t count, const Interrupt& interrupt)
     {
         if (!row.job.module)
         {
             row.job.module = m_command.module;
         }
-        m_console.ShowProgress(row.title);
+        m_console.ShowProgress("case " + std::to_string(number) + " of " + std::to_string(count) + ": " +
+                               row.title);
         try
         {
             Report(row, RunCase(row, interrupt));
@@ -115,6 +134,20 @@ public:
         catch (const std::exception& fault)
         {
             ReportFault(row.line, fault.what());
+            m_results.push_back({row, {}, fault.what()});
+        }
+    }
+
+    /// Throws opc::FileError.
+    void WriteFiles(const std::string& table) const
+    {
+        if (m_command.junit)
+        {
+            WriteFile(*m_command.junit, FormatJunit());
+        }
+        if (m_command.record)
+        {
+            WriteFile(*m_command.record, job::RecordOutcomes(table, m_outcomes));
         }
     }
 
@@ -133,7 +166,7 @@ public:
         {
             return ExitStatus::Unusable;
         }
-        return m_different > 0 ? ExitStatus::Differs : ExitStatus::Done;
+        return m_different > 0 && !m_command.record ? ExitStatus::Differs : ExitStatus::Done;
     }
 
 private:
@@ -149,8 +182,63 @@ private:
             text << "              " << xml::ToOneLine(difference) << "\n";
         }
         m_console.PrintOut(text.str());
+        m_outcomes[row.line] = result.ToOutcome();
+        m_results.push_back({row, differences, {}});
     }
 
+    static void WriteFile(const std::filesystem::path& path, const std::string& bytes)
+    {
+        opc::ReplacedFile file(path);
+        file.Write(bytes);
+        file.Commit();
+    }
+
+    std::string FormatJunit() const
+    {
+        xml::Writer writer;
+        writer.Start("testsuite");
+        writer.Attribute("name", opc::ToUtf8Path(m_command.input));
+        writer.Attribute("tests", std::to_string(m_results.size()));
+        writer.Attribute("failures", std::to_string(m_different));
+        writer.Attribute("errors", std::to_string(m_faults));
+        for (const CaseRecord& result : m_results)
+        {
+            writer.Start("testcase");
+            writer.Attribute("classname", opc::ToUtf8Path(m_command.input.filename()));
+            writer.Attribute("name", std::to_string(result.row.line) + ": " + result.row.title);
+            AddToJunit(writer, "error", result.fault);
+            std::string text;
+            for (const std::string& difference : result.differences)
+            {
+                text += (text.empty() ? "" : "; ") + xml::ToOneLine(difference);
+            }
+            AddToJunit(writer, "failure", text);
+            writer.End();
+        }
+        writer.End();
+        return writer.Take();
+    }
+
+    static void AddToJunit(xml::Writer& writer, const char* name, const std::string& message)
+    {
+        if (!message.empty())
+        {
+            writer.Start(name);
+            writer.Attribute("message", message);
+            writer.End();
+        }
+    }
+
+    struct CaseRecord
+    {
+        job::Case row;
+        std::vector<std::string> differences;
+        /// Why it could not be run; empty if it was.
+        std::string fault;
+    };
+
+    std::vector<CaseRecord> m_results;
+    std::map<std::size_t, job::ExpectedOutcome> m_outcomes;
     const BatchCommand& m_command;
     Console& m_console;
     std::size_t m_expected = 0;
@@ -163,7 +251,8 @@ private:
 ExitStatus Execute(const BatchCommand& command, Console& console)
 {
     const Interrupt interrupt;
-    const job::CaseTable table = ReadTable(command.input);
+    const std::string text = ReadTable(command.input);
+    const job::CaseTable table = job::ReadCaseTable(text, command.input.parent_path());
     BatchRun run(command, console);
     for (const job::LineFault& fault : table.faults)
     {
@@ -171,17 +260,21 @@ ExitStatus Execute(const BatchCommand& command, Console& console)
     }
     if (!table.faults.empty())
     {
+        std::for_each(
+            table.cases.begin(), table.cases.end(), [&](const job::Case& row) { run.CheckSetUp(row); });
         return ExitStatus::Unusable;
     }
     if (table.cases.empty())
     {
         throw opc::FileError(command.input, "has no case");
     }
+    std::size_t number = 0;
     for (const job::Case& row : table.cases)
     {
-        run.Run(row, interrupt);
+        run.Run(row, ++number, table.cases.size(), interrupt);
         interrupt.ThrowIfRaised();
     }
+    run.WriteFiles(text);
     return run.Summarise();
 }
 } // namespace host::app

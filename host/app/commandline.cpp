@@ -1,11 +1,15 @@
 #include "host/app/commandline.h"
 
+#include <algorithm>
+#include <array>
+#include <iterator>
 #include <sstream>
 #include <stdexcept>
 
 #include <CLI/CLI.hpp>
 
 #include "host/job/joboptions.h"
+#include "host/xml/text.h"
 
 namespace host::app
 {
@@ -106,7 +110,18 @@ CLI::App* AddRun(CLI::App& app, RunCommand& command)
         ->type_name("0-9")
         ->check(CLI::Range(0, 9));
     run->add_flag("--trace", command.showsCalls, "Print each pipeline call and its HRESULT on stderr");
-    run->add_flag("--json", command.asJson, "Print one JSON object a page in place of the table");
+    run->add_flag("--json",
+                  command.asJson,
+                  "Print JSON in place of the table: an object a page, and one of the outcome");
+    run->add_flag("--details",
+                  command.showsDetails,
+                  "Print the whole reason, the limits and the tickets below each page");
+    run->add_option_function<std::string>(
+           "--pages",
+           [&command](const std::string& text) { command.pages = PageSelection::Parse(text); },
+           "Print these pages only, as 1-3,7")
+        ->type_name("PAGES");
+    run->add_flag("--changes", command.showsChangesOnly, "Leave out pages that were passed");
     job::AddText(*run, "--report", command.report, "Write a page that shows what became of each page")
         ->type_name("HTML");
     run->add_flag(
@@ -128,6 +143,8 @@ CLI::App* AddTickets(CLI::App& app, TicketsCommand& command)
     tickets->footer(kTicketsFooter);
     AddInput(*tickets, command.job.document);
     job::AddJobOptions(*tickets, command.job);
+    tickets->add_flag(
+        "--json", command.asJson, "Print one JSON object for the job, each document and each page");
     return tickets;
 }
 
@@ -138,10 +155,14 @@ CLI::App* AddBatch(CLI::App& app, BatchCommand& command)
     job::AddText(*batch, "CASES", command.input, "The table of documents and what is expected of them")
         ->required();
     job::AddModule(*batch, command.module);
+    job::AddText(
+        *batch, "--record", command.record, "Write the table with what happens now as what is expected")
+        ->type_name("OUT");
+    job::AddText(*batch, "--junit", command.junit, "Write the results for a test server")->type_name("FILE");
     return batch;
 }
 
-CLI::App* AddDiff(CLI::App& app, DiffCommand& command)
+const CLI::App* AddDiff(CLI::App& app, DiffCommand& command)
 {
     CLI::App* const diff = app.add_subcommand("diff", "Compare two documents part by part");
     diff->footer(kDiffFooter);
@@ -150,7 +171,62 @@ CLI::App* AddDiff(CLI::App& app, DiffCommand& command)
     diff->add_flag("--changes", command.showsChangesOnly, "Leave out parts that are identical");
     return diff;
 }
+
+Notice RefuseArguments(const std::string& fault)
+{
+    return {ExitStatus::Unusable,
+            "xpsfilterhost: " + fault + (fault.ends_with('?') ? " See --help\n" : "; see --help\n")};
+}
+
+/// Throws std::runtime_error if the first argument is neither a command nor an option.
+void RequireCommand(const std::vector<std::string>& arguments, const std::array<const CLI::App*, 4>& parsers)
+{
+    std::vector<std::string> names;
+    std::string all;
+    for (const CLI::App* parser : parsers)
+    {
+        names.push_back(parser->get_name());
+        all += (all.empty() ? "" : ", ") + names.back();
+    }
+    const std::string word = arguments.empty() ? std::string() : arguments.front();
+    if (word.starts_with('-') || std::find(names.begin(), names.end(), word) != names.end())
+    {
+        return;
+    }
+    const std::string nearest = xml::FindNearest(word, names);
+    throw std::runtime_error(
+        (word.empty() ? "no command" : word + " is no command") +
+        (nearest.empty() ? "; the commands are " + all : "; did you mean " + nearest + "?"));
+}
 } // namespace
+
+PageSelection PageSelection::Parse(std::string_view text)
+{
+    PageSelection selection;
+    for (std::size_t start = 0; start <= text.size();)
+    {
+        const std::size_t end = std::min(text.find(',', start), text.size());
+        const std::string_view range = text.substr(start, end - start);
+        const std::size_t dash = std::min(range.find('-'), range.size());
+        const auto first = xml::ParseNumber<std::size_t>(range.substr(0, dash), 10);
+        const auto last =
+            dash < range.size() ? xml::ParseNumber<std::size_t>(range.substr(dash + 1), 10) : first;
+        if (!first || !last || *first == 0 || *first > *last)
+        {
+            throw std::runtime_error("--pages " + std::string(text) + ": is no list of pages as 1-3,7");
+        }
+        selection.m_ranges.emplace_back(*first, *last);
+        start = end + 1;
+    }
+    return selection;
+}
+
+bool PageSelection::Contains(std::size_t page) const
+{
+    return m_ranges.empty() || std::any_of(m_ranges.begin(), m_ranges.end(), [&](const auto& range) {
+               return page >= range.first && page <= range.second;
+           });
+}
 
 Command ParseCommandLine(const std::vector<std::string>& arguments)
 {
@@ -159,7 +235,7 @@ Command ParseCommandLine(const std::vector<std::string>& arguments)
     // Under Wine a path may start with a slash.
     app.allow_windows_style_options(false);
     app.require_subcommand(1);
-    app.set_version_flag("--version", HOST_VERSION, "Print the version and exit");
+    app.set_version_flag("--version", "xpsfilterhost " HOST_VERSION, "Print name and version and exit");
     app.footer(kFooter);
 
     RunCommand run;
@@ -169,9 +245,10 @@ Command ParseCommandLine(const std::vector<std::string>& arguments)
     const CLI::App* const runParser = AddRun(app, run);
     const CLI::App* const ticketsParser = AddTickets(app, tickets);
     const CLI::App* const batchParser = AddBatch(app, batch);
-    AddDiff(app, diff);
+    const std::array<const CLI::App*, 4> parsers{runParser, ticketsParser, batchParser, AddDiff(app, diff)};
     try
     {
+        RequireCommand(arguments, parsers);
         // The parser takes its arguments from the back.
         app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
     }
@@ -182,7 +259,15 @@ Command ParseCommandLine(const std::vector<std::string>& arguments)
         {
             return Notice{ExitStatus::Done, text.str()};
         }
-        return Notice{ExitStatus::Unusable, std::string("xpsfilterhost: ") + stop.what() + "; see --help\n"};
+        const auto* const parser = std::find_if(
+            std::begin(parsers), std::end(parsers), [](const CLI::App* each) { return each->parsed(); });
+        const std::string fault =
+            job::DescribeParseError(app, parser == std::end(parsers) ? app : **parser, stop);
+        return RefuseArguments(fault);
+    }
+    catch (const std::runtime_error& fault)
+    {
+        return RefuseArguments(fault.what());
     }
     if (runParser->parsed())
     {

@@ -1,8 +1,11 @@
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -22,12 +25,30 @@ enum class ExitStatus
     Interrupted = 130
 };
 
+/// Pages by their numbers, as "1-3,7".
+class PageSelection
+{
+public:
+    /// Throws std::runtime_error for what is none.
+    static PageSelection Parse(std::string_view text);
+
+    bool Contains(std::size_t page) const;
+
+private:
+    // First and last; none for all pages.
+    std::vector<std::pair<std::size_t, std::size_t>> m_ranges;
+};
+
 /// Run the filter over a document.
 struct RunCommand
 {
     job::Job job;
     bool showsCalls = false;
     bool asJson = false;
+    bool showsDetails = false;
+    /// The pages to print: all of them, or these, and only those that the filter changed.
+    PageSelection pages;
+    bool showsChangesOnly = false;
     /// The HTML report to write.
     std::optional<std::filesystem::path> report;
     /// Whether to run the filter over its output again, to see whether it would change that.
@@ -38,6 +59,7 @@ struct RunCommand
 struct TicketsCommand
 {
     job::Job job;
+    bool asJson = false;
 };
 
 /// Run a table of cases and compare the outcomes with the expected ones.
@@ -47,6 +69,10 @@ struct BatchCommand
     std::filesystem::path input;
     /// The module of the cases that name none.
     std::optional<std::filesystem::path> module;
+    /// The table to write, with what happened in place of what was expected.
+    std::optional<std::filesystem::path> record;
+    /// The results to write for a test server, in JUnit's format.
+    std::optional<std::filesystem::path> junit;
 };
 
 /// Compare two documents part by part.

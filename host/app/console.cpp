@@ -1,6 +1,10 @@
 #include "host/app/console.h"
 
+#include <cstdlib>
+
 #include <io.h>
+
+#include "host/xml/text.h"
 
 namespace host::app
 {
@@ -52,6 +56,17 @@ bool Console::HasLostText()
 {
     const std::lock_guard lock(m_lock);
     return m_hasLostText;
+}
+
+std::size_t Console::Width()
+{
+    CONSOLE_SCREEN_BUFFER_INFO screen{};
+    if (GetConsoleScreenBufferInfo(GetStdHandle(STD_OUTPUT_HANDLE), &screen) != 0)
+    {
+        return static_cast<std::size_t>(screen.srWindow.Right - screen.srWindow.Left + 1);
+    }
+    const char* const columns = std::getenv("COLUMNS");
+    return columns == nullptr ? 0 : xml::ParseNumber<std::size_t>(columns, 10).value_or(0);
 }
 
 void Console::ShowProgress(std::string_view text)

@@ -29,6 +29,9 @@ public:
     /// Whether a text could not be written to stdout.
     bool HasLostText();
 
+    /// The columns of the terminal that stdout is, or that COLUMNS gives; 0 if neither says it.
+    static std::size_t Width();
+
     /// Replaces the progress line, at most about ten times a second.
     void ShowProgress(std::string_view text);
 

@@ -5,9 +5,12 @@
 #include <system_error>
 #include <utility>
 
+#include <nlohmann/json.hpp>
+
 #include "host/app/interrupt.h"
 #include "host/app/runreport.h"
 #include "host/app/stopwatch.h"
+#include "host/app/whatif.h"
 #include "host/job/jobenvironment.h"
 #include "host/job/joboutcome.h"
 #include "host/job/runjob.h"
@@ -70,8 +73,18 @@ class RunListener final : public job::JobListener
 public:
     /// Without `report` none is made.
     RunListener(const RunCommand& command, Console& console, const Interrupt& interrupt, RunReport* report)
-        : m_command(command), m_console(console), m_interrupt(interrupt), m_report(report)
+        : m_command(command),
+          m_console(console),
+          m_interrupt(interrupt),
+          m_report(report),
+          m_table(command.showsDetails, Console::Width())
     {
+    }
+
+    /// To be called before the run when it has what-if options.
+    void WatchOptions(const std::string& userTicket)
+    {
+        m_whatIf.emplace(m_command.job.overrides, userTicket);
     }
 
     report::Detail WantedDetail() const override
@@ -79,9 +92,26 @@ public:
         return m_report != nullptr ? report::Detail::All : report::Detail::None;
     }
 
+    void OnStart(std::size_t pages) override
+    {
+        m_allPages = pages;
+        if (m_report != nullptr)
+        {
+            m_report->NoteAllPages(pages);
+        }
+    }
+
     void OnPage(const report::PageReport& page) override
     {
         m_decisions.Add(page);
+        if (m_whatIf)
+        {
+            m_whatIf->Add(page);
+        }
+        if (page.givenOrigin == report::kUserPaper && !m_command.job.paper)
+        {
+            m_paper = page.given->mediaName;
+        }
         if (!page.markupFault.empty())
         {
             m_faults[page.number] = page.markupFault;
@@ -116,28 +146,73 @@ public:
     /// What is wrong with the new markup of pages that were taken all the same, by their numbers.
     const std::map<std::size_t, std::string>& MarkupFaults() const noexcept { return m_faults; }
 
+    /// Prints what the table still holds back.
+    void EndTable()
+    {
+        if (!m_command.asJson)
+        {
+            m_console.PrintOut(m_table.Finish());
+        }
+    }
+
+    /// The last JSON object of a run, however it ended.
+    std::string FormatOutcome(const char* how,
+                              const job::JobOutcome& outcome,
+                              const std::string& message) const
+    {
+        using Json = nlohmann::ordered_json;
+        const bool isDone = message.empty();
+        const bool hasAnswer = isDone || FAILED(outcome.result);
+        Json totals = Json::object();
+        for (const auto decision : report::kDecisions)
+        {
+            totals[report::NameOf(decision)] = m_decisions.Of(decision);
+        }
+        Json withoutEffect = Json::object();
+        for (const auto& [name, count] :
+             m_whatIf ? m_whatIf->WithoutEffect() : decltype(m_whatIf->WithoutEffect())())
+        {
+            withoutEffect[name] = count;
+        }
+        const auto orNull = [](const std::string& text) { return text.empty() ? Json(nullptr) : Json(text); };
+        const auto& output = m_command.job.output;
+        const Json object = {
+            {"outcome", how},
+            {"message", orNull(message)},
+            {"hresult", hasAnswer ? Json(pipeline::FormatResult(outcome.result)) : Json(nullptr)},
+            {"name", hasAnswer ? Json(pipeline::NameResult(outcome.result)) : Json(nullptr)},
+            {"part", orNull(outcome.part)},
+            {"pages", m_decisions.All()},
+            {"pagesInAll", m_allPages},
+            {"totals", totals},
+            {"withoutEffect", withoutEffect},
+            {"paper", orNull(m_paper)},
+            {"document", opc::ToUtf8Path(m_command.job.document)},
+            {"output", isDone && output ? Json(opc::ToUtf8Path(*output)) : Json(nullptr)}};
+        return object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+    }
+
     std::string Summarise(const job::JobOutcome& outcome) const
     {
         const auto& output = m_command.job.output;
         return xml::CountOf(outcome.pages, "page") + " in " + xml::CountOf(outcome.documents, "document") +
                ": " + m_decisions.Format() + "; " + m_watch.FormatElapsed() +
-               (output ? ": " + opc::ToUtf8Path(*output) : ", nothing written") + "\n";
+               (output ? ": " + opc::ToUtf8Path(*output) : ", nothing written") + "\n" +
+               (m_whatIf && !m_command.job.overridesDocument ? m_whatIf->Summarise() : "") +
+               (m_paper.empty() ? ""
+                                : "the locale chose " + m_paper + " for refitted pages; --paper fixes it\n");
     }
 
 private:
     void ShowPage(const report::PageReport& page)
     {
-        if (m_command.asJson)
+        const bool isPassed = report::Decide(page) == report::Decision::Passed;
+        if (m_command.pages.Contains(page.number) && !(m_command.showsChangesOnly && isPassed))
         {
-            m_console.PrintOut(report::FormatJson(page));
-            return;
+            m_console.PrintOut(m_command.asJson ? report::FormatJson(page) : m_table.Add(page));
         }
-        if (page.number == 1)
-        {
-            m_console.PrintOut(report::FormatTableHead());
-        }
-        m_console.PrintOut(report::FormatTableLine(page));
-        m_console.ShowProgress("page " + std::to_string(page.number));
+        m_console.ShowProgress("page " + std::to_string(page.number) +
+                               (m_allPages > 0 ? " of " + std::to_string(m_allPages) : ""));
     }
 
     void ShowCall(const pipeline::TracedCall& call)
@@ -150,7 +225,12 @@ private:
     Console& m_console;
     const Interrupt& m_interrupt;
     RunReport* m_report;
+    report::PageTable m_table;
     report::DecisionCounts m_decisions;
+    std::size_t m_allPages = 0;
+    std::optional<WhatIf> m_whatIf;
+    // What a page was given by the locale; empty for no such page.
+    std::string m_paper;
     std::map<std::size_t, std::string> m_faults;
     Stopwatch m_watch;
 };
@@ -252,6 +332,7 @@ ExitStatus RunAgain(const RunCommand& command,
 ExitStatus RunAndReport(const RunCommand& command,
                         Console& console,
                         const Interrupt& interrupt,
+                        RunListener& listener,
                         RunReport* report)
 {
     const job::JobEnvironment environment(command.job);
@@ -259,8 +340,13 @@ ExitStatus RunAndReport(const RunCommand& command,
     {
         report->ShowUserTicket(environment.UserTicket());
     }
-    RunListener listener(command, console, interrupt, report);
+    const tickets::TicketOverrides& options = command.job.overrides;
+    if (options.orientation || options.media || options.limits)
+    {
+        listener.WatchOptions(environment.UserTicket());
+    }
     const job::JobOutcome outcome = job::RunJob(command.job, environment.UserTicket(), listener);
+    listener.EndTable();
     if (FAILED(outcome.result))
     {
         interrupt.ThrowIfRaised();
@@ -270,6 +356,10 @@ ExitStatus RunAndReport(const RunCommand& command,
             report->Fail(DescribeFailure(outcome), outcome.part);
         }
         PrintFailure(command.job.document, DescribeFailure(outcome), console);
+        if (command.asJson)
+        {
+            console.PrintOut(listener.FormatOutcome("failed", outcome, DescribeFailure(outcome)));
+        }
         return ExitStatus::FilterFailed;
     }
     if (!command.asJson)
@@ -290,6 +380,10 @@ ExitStatus RunAndReport(const RunCommand& command,
     {
         report->Finish(outcome);
     }
+    if (command.asJson)
+    {
+        console.PrintOut(listener.FormatOutcome("done", outcome, ""));
+    }
     return status;
 }
 } // namespace
@@ -297,22 +391,37 @@ ExitStatus RunAndReport(const RunCommand& command,
 ExitStatus Execute(const RunCommand& command, Console& console)
 {
     const Interrupt interrupt;
-    RequireFilesOfTheirOwn(command);
     std::optional<RunReport> report;
-    if (command.report)
-    {
-        report.emplace(command);
-    }
+    std::optional<RunListener> listener;
     ExitStatus status{};
     try
     {
-        status = RunAndReport(command, console, interrupt, report ? &*report : nullptr);
+        RequireFilesOfTheirOwn(command);
+        if (command.report)
+        {
+            report.emplace(command);
+        }
+        RunReport* const pReport = report ? &*report : nullptr;
+        listener.emplace(command, console, interrupt, pReport);
+        status = RunAndReport(command, console, interrupt, *listener, pReport);
     }
     catch (const std::exception& failure)
     {
         if (report)
         {
             report->Fail(failure.what());
+        }
+        if (listener)
+        {
+            listener->EndTable();
+        }
+        if (listener && command.asJson)
+        {
+            const bool isStopped = interrupt.IsRaised();
+            job::JobOutcome outcome;
+            outcome.result = isStopped ? E_ABORT : S_OK;
+            console.PrintOut(
+                listener->FormatOutcome(isStopped ? "interrupted" : "unusable", outcome, failure.what()));
         }
         throw;
     }

@@ -43,12 +43,14 @@ std::string DescribeOptions(const job::Job& job)
     add("--orientation", job.overrides.orientation);
     add("--media", job.overrides.media);
     add("--limits", job.overrides.limits);
+    add("--paper", job.paper);
     add("--tessel-type", job.tesselType ? std::optional(std::to_string(*job.tesselType)) : std::nullopt);
     add("--ns-prefix", job.privatePrefix);
     add("--module", job.module ? std::optional(opc::ToUtf8Path(*job.module)) : std::nullopt);
-    if (job.acceptsMalformed)
+    for (const auto& [isSet, option] : {std::pair(job.overridesDocument, "--override"),
+                                        std::pair(job.acceptsMalformed, "--accept-malformed")})
     {
-        html += (html.empty() ? "" : " ") + CodeOf("--accept-malformed");
+        html += isSet ? (html.empty() ? "" : " ") + CodeOf(option) : "";
     }
     return html.empty() ? "none" : html;
 }
@@ -70,7 +72,8 @@ void RunReport::ShowUserTicket(const std::string& ticket)
     m_userTicket = std::string("<details><summary>") +
                    (m_command.job.userTicket ? "of the file" : "the usual one") +
                    (isChanged ? ", changed by options" : "") + "</summary><pre tabindex=\"0\">" +
-                   report::html::EscapeHtmlLines(tickets::ListTicket(ticket)) + "</pre></details>";
+                   report::html::EscapeHtmlLines(tickets::FormatListing(tickets::ListTicket(ticket))) +
+                   "</pre></details>";
 }
 
 void RunReport::TakePage(const report::PageReport& page)
@@ -143,7 +146,10 @@ void RunReport::Write(const std::string& outcome, const std::string& output)
         {"Document", CodeOfPath(m_command.job.document)},
         {"Outcome", outcome},
         {"Output", output},
-        {"Pages", std::to_string(decisions.All()) + " in all: " + decisions.Format()},
+        {"Pages",
+         std::to_string(decisions.All()) +
+             (decisions.All() < m_allPages ? " of " + std::to_string(m_allPages) : " in all") + ": " +
+             decisions.Format()},
     };
     if (!m_secondRun.empty())
     {

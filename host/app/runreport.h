@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -26,6 +27,9 @@ public:
     void TakePage(const report::PageReport& page);
     void TakeCall(const pipeline::TracedCall& call);
 
+    /// How many pages the document has; 0 if nobody knows.
+    void NoteAllPages(std::size_t pages) noexcept { m_allPages = pages; }
+
     /// The output has been written; from now on the report names it even if the run fails.
     void NoteOutput() noexcept { m_isWritten = true; }
     /// The same page in the second run.
@@ -48,6 +52,7 @@ private:
     std::string m_userTicket = "could not be read";
     std::string m_secondRun;
     bool m_isWritten = false;
+    std::size_t m_allPages = 0;
 
     // Calls come from the filter's thread and, while a job is stopped, from the main thread.
     std::mutex m_lock;

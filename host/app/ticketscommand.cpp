@@ -3,6 +3,8 @@
 #include <optional>
 #include <vector>
 
+#include <nlohmann/json.hpp>
+
 #include "base/logging/errors.h"
 #include "base/utility/utf8.h"
 #include "host/job/jobenvironment.h"
@@ -20,7 +22,7 @@ namespace host::app
 {
 namespace
 {
-using tickets::TicketLayer;
+using Json = nlohmann::ordered_json;
 
 const char* LevelOf(xps::JobPartKind kind)
 {
@@ -80,11 +82,71 @@ const opc::PartName& PartAtFault(const xps::JobPart& part)
 {
     return part.printTicket ? *part.printTicket : part.name;
 }
+
+/// The tickets of the job, of a document or of a page.
+struct LevelListing
+{
+    std::string level;
+    std::string part;
+    /// Empty for none.
+    std::string ownTicket;
+    tickets::TicketListing own;
+    tickets::TicketListing effective;
+};
+
+std::string FormatText(const LevelListing& listing)
+{
+    return listing.level + " " + listing.part + "\n" +
+           (listing.ownTicket.empty()
+                ? "  no ticket of its own\n"
+                : "  own ticket " + listing.ownTicket + "\n" + tickets::FormatListing(listing.own)) +
+           "  effective ticket\n" + tickets::FormatListing(listing.effective);
+}
+
+Json ToJson(const tickets::TicketListing& listing)
+{
+    Json settings = Json::array();
+    for (const tickets::ListedSetting& setting : listing.settings)
+    {
+        Json object = {{"name", setting.name}, {"value", setting.value}, {"properties", Json::object()}};
+        for (const auto& [name, value] : setting.properties)
+        {
+            object["properties"][name] = value;
+        }
+        if (!setting.origin.empty())
+        {
+            object["origin"] = setting.origin;
+        }
+        settings.push_back(std::move(object));
+    }
+    Json prefixes = Json::object();
+    for (const xml::PrefixBinding& binding : listing.prefixes)
+    {
+        prefixes[binding.prefix] = binding.namespaceUri;
+    }
+    return {{"settings", settings}, {"prefixes", prefixes}};
+}
+
+std::string FormatJson(const LevelListing& listing)
+{
+    Json own = nullptr;
+    if (!listing.ownTicket.empty())
+    {
+        own = {{"ticket", listing.ownTicket}};
+        own.update(ToJson(listing.own));
+    }
+    const Json object = {{"level", listing.level},
+                         {"part", listing.part},
+                         {"own", own},
+                         {"effective", ToJson(listing.effective)}};
+    return object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
 /// Lists the tickets part by part in the order of the job: the part's own ticket and the effective one, each
 /// value with the level that it comes from.
 void ListTickets(const opc::Package& package,
                  const pipeline::TicketSetting& setting,
-                 const std::function<void(const std::string&)>& print)
+                 const std::function<void(const LevelListing&)>& show)
 {
     pipeline::EffectiveTickets tickets(package, setting);
     xps::XpsDocument document(package);
@@ -95,18 +157,22 @@ void ListTickets(const opc::Package& package,
         std::optional<tickets::TicketLayer> own;
         if (part->printTicket)
         {
-            own = tickets::TicketLayer{level, package.Read(*part->printTicket, xps::kPrintTicketLimit)};
+            const std::string bytes = package.Read(*part->printTicket, xps::kPrintTicketLimit);
+            own = tickets::TicketLayer{level, setting.editTicket ? setting.editTicket(bytes) : bytes};
         }
-        print(level + " " + part->name.Text() + "\n");
+        LevelListing listing{level, part->name.Text(), {}, {}, {}};
         try
         {
-            print(own ? "  own ticket " + part->printTicket->Text() + "\n" + tickets::ListTicket(own->bytes)
-                      : "  no ticket of its own\n");
+            if (own)
+            {
+                listing.ownTicket = part->printTicket->Text();
+                listing.own = tickets::ListTicket(own->bytes);
+            }
             tickets.Enter(*part);
             layers.Enter(part->kind, std::move(own));
-            print("  effective ticket\n" +
-                  tickets::ListTicketWithOrigins(tickets::SaveBytes(tickets.GetEffective().Get()),
-                                                 layers.All()));
+            listing.effective =
+                tickets::ListTicket(tickets::SaveBytes(tickets.GetEffective().Get()), layers.All());
+            show(listing);
         }
         catch (const xml::MarkupError& fault)
         {
@@ -133,8 +199,11 @@ ExitStatus Execute(const TicketsCommand& command, Console& console)
                 {environment.UserTicket(),
                  pipeline::DefaultTicketOf(command.job.tesselType),
                  printer.Name(),
-                 printer.UserToken()},
-                [&](const std::string& text) { console.PrintOut(text); });
+                 printer.UserToken(),
+                 job::TicketEditOf(command.job)},
+                [&](const LevelListing& listing) {
+                    console.PrintOut(command.asJson ? FormatJson(listing) : FormatText(listing));
+                });
     return ExitStatus::Done;
 }
 } // namespace host::app

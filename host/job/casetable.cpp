@@ -112,4 +112,24 @@ CaseTable ReadCaseTable(std::string_view text, const std::filesystem::path& fold
     }
     return table;
 }
+
+std::string RecordOutcomes(std::string_view text, const std::map<std::size_t, ExpectedOutcome>& outcomes)
+{
+    std::string recorded;
+    for (std::size_t number = 1; !text.empty(); ++number)
+    {
+        std::string line(text.substr(0, text.find('\n')));
+        text.remove_prefix(std::min(line.size() + 1, text.size()));
+        if (const auto outcome = outcomes.find(number); outcome != outcomes.end())
+        {
+            const std::size_t comment = WithoutComment(line).size();
+            const std::size_t bar = line.rfind('|', comment);
+            const std::string end = line.substr(comment);
+            line = line.substr(0, bar + 1) + " " + FormatOutcome(outcome->second) +
+                   (end.empty() ? "" : "  " + end) + (line.ends_with('\r') && end.empty() ? "\r" : "");
+        }
+        recorded += line + "\n";
+    }
+    return recorded;
+}
 } // namespace host::job

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -39,4 +40,7 @@ struct CaseTable
 /// width: document, options of `run`, device description, expected outcome. "#" at the start of a line or
 /// after a blank starts a comment. Relative paths start at `folder`.
 CaseTable ReadCaseTable(std::string_view text, const std::filesystem::path& folder);
+
+/// The table with other outcomes in the lines that have one here, by their numbers; all else stays as it is.
+std::string RecordOutcomes(std::string_view text, const std::map<std::size_t, ExpectedOutcome>& outcomes);
 } // namespace host::job

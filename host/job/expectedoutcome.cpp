@@ -7,6 +7,7 @@
 #include <stdexcept>
 
 #include "host/pipeline/resulttext.h"
+#include "host/report/pagenotes.h"
 #include "host/xml/text.h"
 
 namespace host::job
@@ -104,7 +105,7 @@ std::string ExplainPage(const std::vector<report::PageReport>& pages, std::size_
         return "was not sent";
     }
     const report::PageReport& page = pages[index];
-    return "was " + WordOf(report::Decide(page)) + ": " + report::ExplainDecision(page);
+    return "was " + WordOf(report::Decide(page)) + ": " + report::ExplainWithNotes(page);
 }
 
 bool EndsAsExpected(const ExpectedOutcome& expected, const CaseResult& actual)

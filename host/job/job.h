@@ -22,6 +22,10 @@ struct Job
     /// Empty for the built-in ticket.
     std::optional<std::filesystem::path> userTicket;
     tickets::TicketOverrides overrides;
+    /// Whether they also replace what the document's tickets say.
+    bool overridesDocument = false;
+    /// "Letter" or "A4"; empty for that of the user's locale.
+    std::optional<std::string> paper;
     /// A description; empty for the built-in device.
     std::optional<std::filesystem::path> device;
     /// A printer of the spooler in place of a device, with the platform's own print ticket provider.

@@ -31,6 +31,17 @@ std::optional<std::wstring> SpoolerPrinterOf(const Job& job)
     return job.printer ? std::optional(base::utility::FromUtf8(*job.printer)) : std::nullopt;
 }
 
+pipeline::TicketEdit TicketEditOf(const Job& job)
+{
+    if (!job.overridesDocument)
+    {
+        return {};
+    }
+    return [overrides = job.overrides](const std::string& ticket) {
+        return tickets::OverrideTicket(ticket, overrides);
+    };
+}
+
 JobEnvironment::JobEnvironment(const Job& job)
     : m_library(job.printer ? std::nullopt : std::optional(ProgramFolder() / "offline" / "prntvpt.dll")),
       m_userTicket(tickets::MakeUserTicket(

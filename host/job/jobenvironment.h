@@ -6,6 +6,7 @@
 
 #include "base/utility/safecoinit.h"
 #include "host/job/job.h"
+#include "host/pipeline/pipelinejob.h"
 #include "host/pipeline/printticketlibrary.h"
 
 namespace host::job
@@ -15,6 +16,9 @@ std::filesystem::path FilterModuleOf(const Job& job);
 
 /// The spooler's printer of a job; empty for an offline one.
 std::optional<std::wstring> SpoolerPrinterOf(const Job& job);
+
+/// What becomes of the document's own tickets; empty for nothing.
+pipeline::TicketEdit TicketEditOf(const Job& job);
 
 /// What a job needs before it starts: COM, the print ticket library and the user's ticket. One at a time.
 class JobEnvironment

@@ -1,10 +1,12 @@
 #include "host/job/joboptions.h"
 
 #include <stdexcept>
+#include <type_traits>
 
 #include <CLI/CLI.hpp>
 
 #include "host/opc/files.h"
+#include "host/xml/text.h"
 
 namespace host::job
 {
@@ -28,10 +30,17 @@ void Assign(std::optional<std::filesystem::path>& value, const std::string& text
 template <typename Value>
 CLI::Option* AddTextTo(CLI::App& command, const char* name, Value& value, const char* description)
 {
+    constexpr bool isFile = !std::is_same_v<Value, std::optional<std::string>>;
     return command
         .add_option_function<std::string>(
             name, [&value](const std::string& text) { Assign(value, text); }, description)
-        ->check([](const std::string& text) { return std::string(text.empty() ? "must not be empty" : ""); });
+        ->check([](const std::string& text) {
+            return std::string(
+                text.empty() ? "must not be empty"
+                : isFile && text == "-"
+                    ? "- is no file; name one, since ZIP archives are not read or written in order"
+                    : "");
+        });
 }
 } // namespace
 
@@ -90,12 +99,44 @@ void AddJobOptions(CLI::App& command, Job& job)
         ->type_name("MEDIA");
     AddText(command, "--limits", overrides.limits, "What if: the printable sheets, MINWxMINH-MAXWxMAXH (mm)")
         ->type_name("LIMITS");
+    command.add_flag(
+        "--override", job.overridesDocument, "Let the what-if options win over the document's tickets");
+    command
+        .add_option("--paper", job.paper, "What the user's locale prints on: Letter or A4 (default: its own)")
+        ->type_name("PAPER")
+        ->transform(CLI::IsMember(std::vector<std::string>{"Letter", "A4"}, CLI::ignore_case));
 }
 
 void AddAcceptMalformed(CLI::App& command, bool& acceptsMalformed)
 {
     command.add_flag(
         "--accept-malformed", acceptsMalformed, "Take a page whose new markup is malformed all the same");
+}
+
+std::string DescribeParseError(const CLI::App& root, const CLI::App& command, const CLI::ParseError& fault)
+{
+    const std::vector<std::string> unexpected = root.remaining(true);
+    if (unexpected.empty())
+    {
+        return fault.what();
+    }
+    const std::string& first = unexpected.front();
+    if (!first.starts_with('-'))
+    {
+        return first + " is one argument too many";
+    }
+    std::vector<std::string> names;
+    for (const CLI::Option* option : command.get_options())
+    {
+        for (const std::string& name : option->get_lnames())
+        {
+            names.push_back("--" + name);
+        }
+    }
+    const std::string nearest =
+        first.starts_with("--") ? xml::FindNearest(first.substr(0, first.find('=')), names) : "";
+    return first + " is no option" + (command.get_name().empty() ? "" : " of " + command.get_name()) +
+           (nearest.empty() ? "" : "; did you mean " + nearest + "?");
 }
 
 Job ParseJobOptions(const std::string& options)
@@ -113,7 +154,7 @@ Job ParseJobOptions(const std::string& options)
     }
     catch (const CLI::ParseError& fault)
     {
-        throw std::runtime_error(fault.what());
+        throw std::runtime_error(DescribeParseError(app, app, fault));
     }
     return job;
 }

@@ -10,6 +10,7 @@ namespace CLI
 {
 class App;
 class Option;
+class ParseError;
 } // namespace CLI
 
 namespace host::job
@@ -34,6 +35,11 @@ CLI::Option* AddText(CLI::App& command,
 void AddJobOptions(CLI::App& command, Job& job);
 void AddModule(CLI::App& command, std::optional<std::filesystem::path>& module);
 void AddAcceptMalformed(CLI::App& command, bool& acceptsMalformed);
+
+/// What is wrong with a command line that could not be parsed; names the argument at fault, and the option
+/// that was most likely meant. `command` is the one that the arguments are for, `root` the one that parsed
+/// them.
+std::string DescribeParseError(const CLI::App& root, const CLI::App& command, const CLI::ParseError& fault);
 
 /// The job that options describe, as they are typed in UTF-8: "--media ISOA3 --tessel-type 1". Throws
 /// std::runtime_error with what is wrong with them.

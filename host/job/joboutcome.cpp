@@ -5,6 +5,7 @@
 #include "host/opc/package.h"
 #include "host/opc/packageerror.h"
 #include "host/pipeline/resulttext.h"
+#include "host/tickets/ticketreader.h"
 #include "host/xml/reader.h"
 #include "host/xml/text.h"
 #include "host/xps/xpsdocument.h"
@@ -43,6 +44,25 @@ void ThrowPackageFault(const std::filesystem::path& document, const JobOutcome& 
     }
 }
 
+std::string FindTicketFault(const opc::Package& package, const std::string& part)
+{
+    const auto name = opc::PartName::FromItem(part);
+    const auto ticket = name && package.Has(*name) ? xps::FindPrintTicket(package, *name) : std::nullopt;
+    if (!ticket || !package.Has(*ticket))
+    {
+        return {};
+    }
+    try
+    {
+        tickets::ReadDocument(package.Read(*ticket, xps::kPrintTicketLimit), tickets::Kind::PrintTicket);
+    }
+    catch (const xml::MarkupError& fault)
+    {
+        return ticket->Text() + ": " + fault.what();
+    }
+    return {};
+}
+
 std::string DescribeFailure(const JobOutcome& outcome)
 {
     const std::string at = outcome.part.empty() ? "" : outcome.part + ": ";
@@ -52,7 +72,8 @@ std::string DescribeFailure(const JobOutcome& outcome)
                xml::ToOneLine(outcome.markupFault) + "; --accept-malformed takes it all the same";
     }
     const std::string what = outcome.unfinishedWork.empty() ? "failed with" : outcome.unfinishedWork + ":";
-    return at + "the filter " + what + " " + Describe(outcome.result);
+    return at + "the filter " + what + " " + Describe(outcome.result) +
+           (outcome.ticketFault.empty() ? "" : "; " + xml::ToOneLine(outcome.ticketFault));
 }
 
 std::string DescribeLeaks(const JobOutcome& outcome)

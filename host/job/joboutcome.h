@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <string>
 
+#include "host/opc/package.h"
 #include "platform/win32.h"
 
 namespace host::job
@@ -18,6 +19,9 @@ struct JobOutcome
     std::string unfinishedWork;
     /// What is wrong with the new markup of the page that was refused; empty for none.
     std::string markupFault;
+    /// What is wrong with the ticket of the part that the filter was at, with the ticket's name; empty for
+    /// nothing.
+    std::string ticketFault;
     /// That page, or the part that the filter was at when it failed; empty before the first part.
     std::string part;
     std::size_t documents = 0;
@@ -31,6 +35,10 @@ struct JobOutcome
 /// Throws opc::PackageError if the part at which a filter failed cannot be read: the filter itself answers
 /// with an HRESULT only.
 void ThrowPackageFault(const std::filesystem::path& document, const JobOutcome& outcome);
+
+/// The fault of a part's ticket; empty for none. Throws opc::PackageError for relationships that cannot be
+/// read.
+std::string FindTicketFault(const opc::Package& package, const std::string& part);
 
 /// Where and how the filter failed, on one line.
 std::string DescribeFailure(const JobOutcome& outcome);

@@ -11,6 +11,7 @@
 #include "base/utility/utf8.h"
 #include "host/job/jobenvironment.h"
 #include "host/opc/package.h"
+#include "host/opc/packageerror.h"
 #include "host/opc/packagewriter.h"
 #include "host/pipeline/effectivetickets.h"
 #include "host/pipeline/endpoints.h"
@@ -18,6 +19,7 @@
 #include "host/pipeline/printer.h"
 #include "host/pipeline/propertybags.h"
 #include "host/report/pagereporter.h"
+#include "host/xps/xpsdocument.h"
 
 namespace host::job
 {
@@ -114,7 +116,11 @@ JobOutcome RunInPipeline(const Job& job,
     const auto bag = MakePropertyBag(job, userTicket, printer, trace);
     report::PageReporter reporter(
         shared->package,
-        {userTicket, pipeline::DefaultTicketOf(job.tesselType), printer.Name(), printer.UserToken()},
+        {userTicket,
+         pipeline::DefaultTicketOf(job.tesselType),
+         printer.Name(),
+         printer.UserToken(),
+         shared->editTicket},
         [&](const report::PageReport& page) { listener.OnPage(page); },
         listener.WantedDetail());
     const auto control = MakeCom<pipeline::ManagerControl>(shared);
@@ -152,6 +158,19 @@ JobOutcome RunInPipeline(const Job& job,
     return outcome;
 }
 
+/// 0 for a document whose tree cannot be read: the walk will say so when it is there.
+std::size_t CountPages(const opc::Package& package)
+{
+    try
+    {
+        return xps::XpsDocument(package).CountPages();
+    }
+    catch (const opc::PackageError&)
+    {
+        return 0;
+    }
+}
+
 /// Checks what the released filter left behind, and writes the output if all went well.
 void CommitOutput(const Job& job,
                   JobListener& listener,
@@ -180,14 +199,21 @@ JobOutcome RunJob(const Job& job, const std::string& userTicket, JobListener& li
 {
     const opc::Package package(job.document);
     opc::PackageWriter writer(package, job.output, job.compression);
+    listener.OnStart(CountPages(package));
     const pipeline::Printer printer(SpoolerPrinterOf(job));
     pipeline::CallTrace trace([&](const pipeline::TracedCall& call) { listener.OnCall(call); });
     const pipeline::FilterModule module(FilterModuleOf(job));
+    module.SetUserPaper(job.paper);
     const auto shared = std::make_shared<pipeline::PipelineJob>(package, &writer, trace);
     shared->acceptsMalformed = job.acceptsMalformed;
+    shared->editTicket = TicketEditOf(job);
     // A filter may hold MSXML documents until it is released, when its own thread has left COM.
     const base::utility::SafeCoInit com;
     JobOutcome outcome = RunInPipeline(job, userTicket, listener, printer, module, shared);
+    if (FAILED(outcome.result))
+    {
+        outcome.ticketFault = FindTicketFault(package, outcome.part);
+    }
     CommitOutput(job, listener, module, shared, outcome);
     return outcome;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+
 #include "host/job/job.h"
 #include "host/job/joboutcome.h"
 #include "host/pipeline/calltrace.h"
@@ -16,6 +18,8 @@ public:
     /// How closely the pages are to be looked at.
     virtual report::Detail WantedDetail() const { return report::Detail::None; }
 
+    /// The job begins; the document has that many pages, or 0 if they cannot be counted.
+    virtual void OnStart(std::size_t /*pages*/) {}
     /// The filter has sent a page.
     virtual void OnPage(const report::PageReport& /*page*/) {}
     /// A call of the pipeline has ended.

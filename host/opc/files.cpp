@@ -2,6 +2,7 @@
 
 #include <fstream>
 #include <iterator>
+#include <system_error>
 
 namespace host::opc
 {
@@ -16,13 +17,29 @@ std::filesystem::path FromUtf8Path(std::string_view text)
     return std::u8string(text.begin(), text.end());
 }
 
+std::optional<std::string> DescribeMissing(const std::filesystem::path& file)
+{
+    std::error_code unknown;
+    if (std::filesystem::is_directory(file, unknown))
+    {
+        return "is a folder";
+    }
+    if (std::filesystem::exists(file, unknown))
+    {
+        return std::nullopt;
+    }
+    const auto folder = file.parent_path();
+    return folder.empty() || std::filesystem::exists(folder, unknown) ? "there is no such file"
+                                                                      : "there is no such folder";
+}
+
 std::string ReadFileBytes(const std::filesystem::path& file)
 {
     std::ifstream stream(file, std::ios::binary);
     std::string bytes(std::istreambuf_iterator<char>(stream), {});
     if (!stream.is_open() || stream.bad())
     {
-        throw FileError(file, "cannot be read");
+        throw FileError(file, DescribeMissing(file).value_or("cannot be read"));
     }
     return bytes;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <filesystem>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -26,6 +27,9 @@ public:
 private:
     std::string m_reason;
 };
+
+/// Why there is nothing to read under a name; empty for a file.
+std::optional<std::string> DescribeMissing(const std::filesystem::path& file);
 
 /// Throws FileError when the file cannot be read.
 std::string ReadFileBytes(const std::filesystem::path& file);

@@ -243,11 +243,4 @@ bool StepsUp(std::string_view itemName)
     const auto segments = Split(path);
     return std::find(segments.begin(), segments.end(), "..") != segments.end();
 }
-
-std::string ToLowerAscii(std::string_view text)
-{
-    std::string lower(text);
-    std::transform(lower.begin(), lower.end(), lower.begin(), ToLower);
-    return lower;
-}
 } // namespace host::opc

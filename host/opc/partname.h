@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "host/xml/text.h"
+
 namespace host::opc
 {
 /// The name of a part in an Open Packaging Conventions package, such as "/Documents/1/FixedDocument.fdoc".
@@ -59,6 +61,5 @@ private:
 /// Whether an item's name has a ".." segment, which no part name has.
 bool StepsUp(std::string_view itemName);
 
-/// ASCII only: part names and extensions know no other case.
-std::string ToLowerAscii(std::string_view text);
+using xml::ToLowerAscii;
 } // namespace host::opc

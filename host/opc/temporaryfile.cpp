@@ -97,7 +97,11 @@ TemporaryFile CreateTemporaryFile(const std::filesystem::path& target, OnClose o
             return {std::move(file), path};
         }
     }
-    throw FileError(target, "cannot be created");
+    const auto folder = target.parent_path();
+    std::error_code unknown;
+    throw FileError(target,
+                    folder.empty() || std::filesystem::exists(folder, unknown) ? "cannot be created"
+                                                                               : "there is no such folder");
 }
 
 void MoveIntoPlace(const std::filesystem::path& temporary, const std::filesystem::path& target)

@@ -2,8 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <fstream>
 #include <string_view>
-#include <system_error>
+#include <utility>
 
 #include "host/opc/files.h"
 #include "host/opc/packageerror.h"
@@ -14,21 +15,17 @@ namespace
 {
 std::string DescribeOpeningFault(const std::filesystem::path& path, int code)
 {
-    switch (code)
+    if (auto missing = DescribeMissing(path))
     {
-    case ZIP_ER_NOENT:
-        return "there is no such file";
-    case ZIP_ER_NOZIP:
-        return "is not a ZIP archive";
-    case ZIP_ER_INCONS:
-        return "is a damaged ZIP archive";
-    default:
-        break;
+        return *std::move(missing);
     }
-    std::error_code unknown;
-    return std::filesystem::is_directory(path, unknown)
-               ? "is a folder"
-               : "cannot be opened as a ZIP archive: " + DescribeZipError(code);
+    if (code != ZIP_ER_NOZIP && code != ZIP_ER_INCONS)
+    {
+        return "cannot be opened as a ZIP archive: " + DescribeZipError(code);
+    }
+    std::ifstream file(path, std::ios::binary);
+    const bool startsAsZip = file.get() == 'P' && file.get() == 'K';
+    return startsAsZip ? "is cut off or damaged" : "is not a ZIP archive";
 }
 
 std::string DescribeReadingFault(const ZipItem& item, int code)

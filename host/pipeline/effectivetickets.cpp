@@ -62,6 +62,7 @@ EffectiveTickets::EffectiveTickets(const opc::Package& package, const TicketSett
       m_userToken(setting.userToken),
       m_defaultTicket(base::xml::XmlUtility::LoadDocumentFromString(setting.defaultTicket))
 {
+    m_pJob->editTicket = setting.editTicket;
     OpenProvider(m_provider, setting.userTicket, m_printerName, m_userToken);
 }
 

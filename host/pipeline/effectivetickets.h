@@ -26,6 +26,8 @@ struct TicketSetting
     std::wstring defaultTicket;
     std::wstring printerName;
     HANDLE userToken;
+    /// What becomes of the document's own tickets first; empty for nothing.
+    TicketEdit editTicket = {};
 };
 
 /// The effective tickets of a job's parts, obtained as the filter obtains them: with the module's code, over

@@ -5,6 +5,7 @@
 
 #include "host/opc/files.h"
 #include "host/pipeline/resulttext.h"
+#include "host/pipeline/userpaper.h"
 
 namespace host::pipeline
 {
@@ -74,6 +75,11 @@ ComPtr<IPrintPipelineFilter> FilterModule::CreateFilter(CallTrace& trace) const
         Fail(m_path, "creates no filter: " + DescribeResult(result));
     }
     return filter;
+}
+
+void FilterModule::SetUserPaper(const std::optional<std::string>& paper) const
+{
+    pipeline::SetUserPaper(m_library.Handle(), paper);
 }
 
 bool FilterModule::CanUnload() const noexcept

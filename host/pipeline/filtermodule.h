@@ -2,6 +2,8 @@
 
 #include <filesystem>
 #include <memory>
+#include <optional>
+#include <string>
 
 #include "base/utility/comptr.h"
 #include "host/pipeline/calltrace.h"
@@ -27,6 +29,8 @@ public:
     {
         return reinterpret_cast<Function*>(FindAddress(MAKEINTRESOURCEA(ordinal)));
     }
+
+    HMODULE Handle() const noexcept { return m_module.get(); }
 
     /// Leaves the library loaded for the life of the process.
     void Abandon() noexcept { static_cast<void>(m_module.release()); }
@@ -57,6 +61,9 @@ public:
     /// Creates the page-validation filter through its class factory. Throws std::runtime_error, naming the
     /// file, when the module cannot.
     base::utility::ComPtr<IPrintPipelineFilter> CreateFilter(CallTrace& trace) const;
+
+    /// "Letter" or "A4", or the paper of the locale: see SetUserPaper.
+    void SetUserPaper(const std::optional<std::string>& paper) const;
 
     /// Whether the module reports that it is not in use. A module in use is never unloaded.
     bool CanUnload() const noexcept;

@@ -1,6 +1,7 @@
 #include "host/pipeline/partanswers.h"
 
 #include <string>
+#include <utility>
 
 #include "base/utility/bstr.h"
 #include "host/opc/packageerror.h"
@@ -44,14 +45,16 @@ HRESULT CopyPartUri(const opc::PartName& name, BSTR* uri)
 HRESULT OpenPartContent(const PipelineJob& job,
                         const opc::PartName& name,
                         IPrintReadStream** stream,
-                        std::uint64_t limit)
+                        std::uint64_t limit,
+                        const TicketEdit& edit)
 {
     if (stream == nullptr)
     {
         return E_POINTER;
     }
     *stream = nullptr;
-    *stream = MakeCom<PartReadStream>(ReadMarkup(job, name, limit)).Detach();
+    std::string markup = ReadMarkup(job, name, limit);
+    *stream = MakeCom<PartReadStream>(edit ? edit(markup) : std::move(markup)).Detach();
     return S_OK;
 }
 

@@ -17,11 +17,12 @@ inline constexpr HRESULT kElementNotFound = __HRESULT_FROM_WIN32(ERROR_NOT_FOUND
 /// The body of GetUri.
 [[nodiscard]] HRESULT CopyPartUri(const opc::PartName& name, BSTR* uri);
 
-/// The body of GetStream for a part of the package.
+/// The body of GetStream for a part of the package; with an edit the content is handed out as that makes it.
 [[nodiscard]] HRESULT OpenPartContent(const PipelineJob& job,
                                       const opc::PartName& name,
                                       IPrintReadStream** stream,
-                                      std::uint64_t limit = opc::Package::kPartLimit);
+                                      std::uint64_t limit = opc::Package::kPartLimit,
+                                      const TicketEdit& edit = {});
 
 /// The body of GetPartCompression.
 [[nodiscard]] HRESULT CopyCompression(EXpsCompressionOptions kept, EXpsCompressionOptions* compression);

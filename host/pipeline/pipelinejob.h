@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <cstddef>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -19,6 +20,9 @@
 
 namespace host::pipeline
 {
+/// Makes another ticket of a ticket's bytes.
+using TicketEdit = std::function<std::string(const std::string&)>;
+
 /// The state that the endpoints of one job share. Each holds a reference, so that it lives as long as any
 /// endpoint that a filter keeps; the reference count shows what the filter did not release.
 ///
@@ -46,6 +50,9 @@ struct PipelineJob
     std::size_t handedOut = 0;
     std::size_t sent = 0;
     bool isReadToEnd = false;
+
+    /// What the document's tickets are handed out as; empty for tickets as they stand.
+    TicketEdit editTicket;
 
     /// Whether new markup is taken that is not well-formed or lies in no namespace of XPS.
     bool acceptsMalformed = false;

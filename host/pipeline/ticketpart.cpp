@@ -14,8 +14,9 @@ STDMETHODIMP TicketPart::GetUri(BSTR* uri)
 STDMETHODIMP TicketPart::GetStream(IPrintReadStream** stream)
 {
     return m_pJob->trace.Answer("IPartPrintTicket::GetStream", m_name.Text(), [&] {
-        return m_pNewContent ? E_ACCESSDENIED
-                             : OpenPartContent(*m_pJob, m_name, stream, xps::kPrintTicketLimit);
+        return m_pNewContent
+                   ? E_ACCESSDENIED
+                   : OpenPartContent(*m_pJob, m_name, stream, xps::kPrintTicketLimit, m_pJob->editTicket);
     });
 }
 

@@ -12,8 +12,7 @@ std::size_t DecisionCounts::All() const
 std::string DecisionCounts::Format() const
 {
     std::string text;
-    for (const Decision decision :
-         {Decision::Passed, Decision::Turned, Decision::Refitted, Decision::TurnedAndRefitted})
+    for (const Decision decision : kDecisions)
     {
         text += (text.empty() ? "" : "; ") + std::to_string(Of(decision)) + " " + NameOf(decision);
     }

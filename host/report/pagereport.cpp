@@ -24,9 +24,14 @@ bool HasOtherSheet(const PageReport& page)
     return page.given && (page.given->media != AsPrinted(page) || page.given->scaling != page.asked.scaling);
 }
 
+bool IsCustom(const std::string& scaling)
+{
+    return scaling == "Custom" || scaling == "CustomSquare";
+}
+
 std::string DescribeScaling(const tickets::SheetFacts& ticket)
 {
-    if (ticket.scaling != "Custom" && ticket.scaling != "CustomSquare")
+    if (!IsCustom(ticket.scaling))
     {
         return "scaling stays " + ticket.scaling;
     }
@@ -46,24 +51,10 @@ std::string ExplainFit(const PageReport& page)
                                                              page.givenReplacement->taken + ": for that"
                                                        : ",";
     return tickets::FormatSheet(AsPrinted(page)) + " mm is outside the limits: now " + page.given->mediaName +
-           " " + tickets::FormatSheet(page.given->media) + replaced + " " + DescribeScaling(*page.given);
+           " " + tickets::FormatSheet(page.given->media) + " (" + page.givenOrigin + ")" + replaced + " " +
+           DescribeScaling(*page.given);
 }
 
-std::string ExplainByTickets(const PageReport& page)
-{
-    switch (Decide(page))
-    {
-    case Decision::Passed:
-        return ExplainOrientation(page) + " within the limits";
-    case Decision::Turned:
-        return ExplainOrientation(page);
-    case Decision::Refitted:
-        return ExplainFit(page);
-    case Decision::TurnedAndRefitted:
-        return ExplainOrientation(page) + "; " + ExplainFit(page);
-    }
-    return "";
-}
 } // namespace
 
 bool IsRefitted(const PageReport& page)
@@ -98,17 +89,39 @@ const char* NameOf(Decision decision)
 
 std::string ExplainDecision(const PageReport& page)
 {
-    std::string text = ExplainByTickets(page);
-    for (const tickets::Replacement& replacement : page.replacements)
+    switch (Decide(page))
     {
-        text +=
-            "; " + replacement.wanted + " is asked for, in whose place the device puts " + replacement.taken;
+    case Decision::Passed:
+        return ExplainOrientation(page) + " within the limits";
+    case Decision::Turned:
+        return ExplainOrientation(page);
+    case Decision::Refitted:
+        return ExplainFit(page);
+    case Decision::TurnedAndRefitted:
+        return ExplainOrientation(page) + "; " + ExplainFit(page);
     }
-    for (const std::string& feature : page.asked.keptFeatures)
+    return "";
+}
+std::string SummariseDecision(const PageReport& page)
+{
+    if (!IsRefitted(page))
     {
-        text += "; the ticket does not give " + feature + ", so that of the part before holds";
+        return page.isMarkupReplaced ? page.asked.orientation
+                                     : std::string(IsOutOfLimits(page) ? "out of limits" : "within limits");
     }
-    return text;
+    const MediaSize sheet = AsPrinted(page);
+    const MediaSizeLimits& limits = page.asked.limits;
+    if (limits == MediaSizeLimits())
+    {
+        return "no limits";
+    }
+    const bool isTooSmall = sheet.widthMicrometres < limits.minimum.widthMicrometres ||
+                            sheet.heightMicrometres < limits.minimum.heightMicrometres;
+    const bool isTooLarge = sheet.widthMicrometres > limits.maximum.widthMicrometres ||
+                            sheet.heightMicrometres > limits.maximum.heightMicrometres;
+    std::string text = isTooSmall && isTooLarge ? "bad shape" : isTooLarge ? "too large" : "too small";
+    return IsCustom(page.given->scaling) ? text + " " + std::to_string(page.given->scale.widthPercent) + " %"
+                                         : text;
 }
 
 std::string ExplainMarkupFault(const PageReport& page)

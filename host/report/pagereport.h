@@ -49,6 +49,8 @@ struct PageReport
     std::vector<tickets::Replacement> replacements;
     /// From the new ticket; empty when the page keeps its own.
     std::optional<tickets::SheetFacts> given;
+    /// Which sheet a refitted page is given: "the document's sheet" or what else the filter takes.
+    std::string givenOrigin;
     /// Set when the device does not take the sheet of a refitted page.
     std::optional<tickets::Replacement> givenReplacement;
     bool isMarkupReplaced = false;
@@ -71,14 +73,23 @@ enum class Decision
     TurnedAndRefitted
 };
 
+inline constexpr Decision kDecisions[] = {
+    Decision::Passed, Decision::Turned, Decision::Refitted, Decision::TurnedAndRefitted};
+
+/// Where the sheet of a refitted page comes from when no ticket has one that fits.
+inline constexpr const char* kUserPaper = "the user's paper";
+
 /// Turned is a page whose markup was replaced, refitted one that was given another sheet or scaling
 /// because the sheet that it asked for lies outside the limits.
 Decision Decide(const PageReport& page);
 const char* NameOf(Decision decision);
 bool IsRefitted(const PageReport& page);
 
-/// The reason in words: what in the ticket led to the decision, and what the device replaced.
+/// The reason in words: what in the ticket led to the decision.
 std::string ExplainDecision(const PageReport& page);
+
+/// The reason in at most 15 characters: "within limits", "Landscape", "too large 65 %".
+std::string SummariseDecision(const PageReport& page);
 
 /// "the new markup is not well-formed: line 3, column 14: ..."; empty where nothing is wrong with it.
 std::string ExplainMarkupFault(const PageReport& page);

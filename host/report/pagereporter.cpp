@@ -59,8 +59,9 @@ void PageReporter::Take(const pipeline::SentPart& sent)
     m_documents += sent.part.kind == xps::JobPartKind::FixedDocument ? 1 : 0;
     m_asked.reset();
     EnterLevel(sent.part);
-    // For the values that a page's ticket may lack.
-    static_cast<void>(m_facts.Read(m_tickets->GetEffective()));
+    // Also for the values that a page's ticket may lack.
+    const auto sheet = m_facts.Read(m_tickets->GetEffective()).media;
+    (sent.part.kind == xps::JobPartKind::FixedDocument ? m_documentSheet : m_jobSheet) = sheet;
 }
 
 void PageReporter::EnterLevel(const xps::JobPart& part)
@@ -69,9 +70,14 @@ void PageReporter::EnterLevel(const xps::JobPart& part)
     const auto level =
         static_cast<std::size_t>(xps::JobPartKind::FixedPage) - static_cast<std::size_t>(part.kind);
     std::fill_n(m_wanted.begin(), level, tickets::SheetSelection());
-    m_wanted[level] = part.printTicket
-                          ? SelectionOf(m_package.Read(*part.printTicket, xps::kPrintTicketLimit))
-                          : tickets::SheetSelection();
+    m_wanted[level] =
+        part.printTicket ? SelectionOf(ReadTicket(*part.printTicket)) : tickets::SheetSelection();
+}
+
+std::string PageReporter::ReadTicket(const opc::PartName& name) const
+{
+    std::string ticket = m_package.Read(name, xps::kPrintTicketLimit);
+    return m_setting.editTicket ? m_setting.editTicket(ticket) : ticket;
 }
 
 const PageReporter::Asked& PageReporter::AskedBy(const xps::JobPart& page)
@@ -89,6 +95,17 @@ const PageReporter::Asked& PageReporter::AskedBy(const xps::JobPart& page)
         }
     }
     return *m_asked;
+}
+
+std::string PageReporter::FindGivenOrigin(const PageReport& page) const
+{
+    // In the order in which the filter looks for a sheet.
+    const auto sheet = page.given->media;
+    if (sheet == m_documentSheet || sheet == m_jobSheet)
+    {
+        return sheet == m_documentSheet ? "the document's sheet" : "the job's sheet";
+    }
+    return sheet == page.asked.limits.minimum ? "the lower limit" : kUserPaper;
 }
 
 std::optional<tickets::Replacement> PageReporter::FindGivenReplacement(const std::string& newTicket)
@@ -112,7 +129,7 @@ PageDetails PageReporter::ReadDetails(const xps::JobPart& page, std::string newT
     details.effectiveTicket = asked.ticket;
     if (page.printTicket)
     {
-        details.ownTicket = m_package.Read(*page.printTicket, xps::kPrintTicketLimit);
+        details.ownTicket = ReadTicket(*page.printTicket);
     }
     details.areaBefore = details.areaAfter = asked.area;
     if (!newTicket.empty() && m_detail == Detail::All)
@@ -159,6 +176,7 @@ PageReport PageReporter::Describe(const pipeline::SentPart& sent)
             page.given = tickets::ReadSheetFacts(newTicket);
             if (IsRefitted(page))
             {
+                page.givenOrigin = FindGivenOrigin(page);
                 page.givenReplacement = FindGivenReplacement(newTicket);
             }
         }

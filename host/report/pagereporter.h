@@ -49,6 +49,8 @@ private:
 
     void EnterLevel(const xps::JobPart& part);
     const Asked& AskedBy(const xps::JobPart& page);
+    std::string ReadTicket(const opc::PartName& name) const;
+    std::string FindGivenOrigin(const PageReport& page) const;
     std::optional<tickets::Replacement> FindGivenReplacement(const std::string& newTicket);
     PageDetails ReadDetails(const xps::JobPart& page, std::string newTicket, const Asked& asked);
     PageReport Describe(const pipeline::SentPart& sent);
@@ -59,6 +61,8 @@ private:
     Detail m_detail;
     std::unique_ptr<pipeline::EffectiveTickets> m_tickets;
     tickets::TicketFactsReader m_facts;
+    base::xps::printschema::MediaSize m_jobSheet;
+    base::xps::printschema::MediaSize m_documentSheet;
     // The selections of the tickets of page, document, job, user and driver.
     std::vector<tickets::SheetSelection> m_wanted;
     // The last page's ticket and its facts, which hold for the next page of the document with the same

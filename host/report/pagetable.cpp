@@ -1,10 +1,15 @@
 #include "host/report/pagetable.h"
 
+#include <algorithm>
 #include <array>
+#include <cmath>
 #include <string_view>
+#include <utility>
 
 #include <nlohmann/json.hpp>
 
+#include "host/report/pagenotes.h"
+#include "host/report/pageview.h"
 #include "host/report/secondrun.h"
 #include "host/xml/text.h"
 
@@ -14,6 +19,11 @@ using base::xps::printschema::MediaSize;
 
 namespace
 {
+using Json = nlohmann::ordered_json;
+
+constexpr std::size_t kNarrowest = 80;
+constexpr std::size_t kIndent = 8;
+
 struct Column
 {
     const char* title;
@@ -21,14 +31,11 @@ struct Column
 };
 
 // The last one is as wide as it needs to be.
-constexpr std::array kColumns = {Column{"page", 5},
-                                 Column{"before, px", 16},
-                                 Column{"after, px", 16},
-                                 Column{"asks for", 17},
-                                 Column{"medium, mm", 32},
-                                 Column{"limits, mm", 23},
-                                 Column{"decision", 17},
-                                 Column{"reason; ticket", 0}};
+constexpr std::array kColumns = {Column{"page", kIndent},
+                                 Column{"decision", 18},
+                                 Column{"page, mm", 20},
+                                 Column{"sheet, mm", 19},
+                                 Column{"reason", 0}};
 
 using Cells = std::array<std::string, kColumns.size()>;
 
@@ -47,11 +54,48 @@ std::string FormatLine(const Cells& cells)
     return line + "\n";
 }
 
-/// Why, and what is wrong with the outcome.
-std::string FormatReason(const PageReport& page)
+/// Text below a row, broken at blanks.
+std::string Wrap(std::string_view text, std::size_t width)
 {
-    const std::string fault = ExplainMarkupFault(page);
-    return ExplainDecision(page) + (fault.empty() ? "" : "; " + xml::ToOneLine(fault));
+    const std::size_t room = width - kIndent;
+    std::string lines;
+    while (!text.empty())
+    {
+        std::size_t end = text.size();
+        if (end > room)
+        {
+            const std::size_t blank = text.rfind(' ', room);
+            end = blank != text.npos && blank > 0 ? blank : std::min(text.find(' '), text.size());
+        }
+        lines.append(kIndent, ' ').append(text.substr(0, end)).append("\n");
+        text.remove_prefix(std::min(end + 1, text.size()));
+    }
+    return lines;
+}
+
+std::string FormatWhole(double millimetres)
+{
+    return xml::FormatNumber(std::round(millimetres));
+}
+
+std::string FormatPage(const xps::PageSize& size)
+{
+    const auto format = [](const std::optional<double>& edge) {
+        return edge ? FormatWhole(ToMillimetres(*edge)) : std::string("?");
+    };
+    return format(size.width) + "x" + format(size.height);
+}
+
+std::string FormatSheet(MediaSize sheet)
+{
+    constexpr double micrometres = 1000.0;
+    return FormatWhole(sheet.widthMicrometres / micrometres) + "x" +
+           FormatWhole(sheet.heightMicrometres / micrometres);
+}
+
+std::string Join(const std::string& before, const std::string& after)
+{
+    return before == after ? before : before + " -> " + after;
 }
 
 std::string FormatTickets(const PageReport& page)
@@ -60,43 +104,62 @@ std::string FormatTickets(const PageReport& page)
     return page.newTicket.empty() ? old : old + " -> " + page.newTicket;
 }
 
-nlohmann::json ToJson(const std::optional<double>& value)
+std::string FormatAsked(const tickets::SheetFacts& facts)
 {
-    return value ? nlohmann::json(*value) : nlohmann::json(nullptr);
+    return facts.orientation + " " + facts.mediaName + " " + tickets::FormatSheet(facts.media);
 }
 
-nlohmann::json ToJson(const xps::PageSize& size)
+std::string FormatDetails(const PageReport& page, std::size_t width)
+{
+    const auto& asked = page.asked;
+    return Wrap("why: " + ExplainDecision(page), width) +
+           Wrap("asks for: " + FormatAsked(asked) + " mm, limits " + tickets::FormatLimits(asked.limits) +
+                    " mm",
+                width) +
+           (page.given ? Wrap("is given: " + FormatAsked(*page.given) + " mm", width) : "") +
+           Wrap("page: " + Join(FormatPageSize(page.before), FormatPageSize(page.after)) + " px, " +
+                    page.part,
+                width) +
+           Wrap("ticket: " + FormatTickets(page), width);
+}
+
+Json ToJson(const std::optional<double>& value)
+{
+    return value ? Json(*value) : Json(nullptr);
+}
+
+Json ToJson(const xps::PageSize& size)
 {
     return {{"width", ToJson(size.width)}, {"height", ToJson(size.height)}};
 }
 
-nlohmann::json ToJson(MediaSize size)
+Json ToJson(MediaSize size)
 {
     return {{"widthMicrometres", size.widthMicrometres}, {"heightMicrometres", size.heightMicrometres}};
 }
 
-nlohmann::json ToJson(const tickets::SheetFacts& facts)
+Json ToJson(const tickets::SheetFacts& facts)
 {
-    nlohmann::json media = ToJson(facts.media);
+    Json media = ToJson(facts.media);
     media["name"] = facts.mediaName;
     return {{"orientation", facts.orientation}, {"media", media}, {"scaling", facts.scaling}};
 }
 
-nlohmann::json ToJson(const tickets::TicketFacts& facts)
+Json ToJson(const tickets::TicketFacts& facts)
 {
-    nlohmann::json object = ToJson(static_cast<const tickets::SheetFacts&>(facts));
+    Json object = ToJson(static_cast<const tickets::SheetFacts&>(facts));
     object["limits"] = {{"minimum", ToJson(facts.limits.minimum)}, {"maximum", ToJson(facts.limits.maximum)}};
     return object;
 }
 
-nlohmann::json ToJson(const tickets::Replacement& replacement)
+Json ToJson(const tickets::Replacement& replacement)
 {
     return {{"wanted", replacement.wanted}, {"taken", replacement.taken}};
 }
 
-nlohmann::json ToJson(const std::vector<tickets::Replacement>& replacements)
+Json ToJson(const std::vector<tickets::Replacement>& replacements)
 {
-    nlohmann::json array = nlohmann::json::array();
+    Json array = Json::array();
     for (const tickets::Replacement& replacement : replacements)
     {
         array.push_back(ToJson(replacement));
@@ -104,57 +167,88 @@ nlohmann::json ToJson(const std::vector<tickets::Replacement>& replacements)
     return array;
 }
 
-nlohmann::json NameOrNull(const std::string& name)
+Json NameOrNull(const std::string& name)
 {
-    return name.empty() ? nlohmann::json(nullptr) : nlohmann::json(name);
+    return name.empty() ? Json(nullptr) : Json(name);
 }
 
-std::string ToLine(const nlohmann::json& object)
+std::string ToLine(const Json& object)
 {
-    return object.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace) + "\n";
+    return object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 } // namespace
 
-std::string FormatTableHead()
+PageTable::PageTable(bool showsDetails, std::size_t width)
+    : m_showsDetails(showsDetails), m_width(std::max(width, kNarrowest))
 {
-    Cells cells;
-    for (std::size_t index = 0; index < cells.size(); ++index)
-    {
-        cells[index] = kColumns[index].title;
-    }
-    return FormatLine(cells);
 }
 
-std::string FormatTableLine(const PageReport& page)
+std::string PageTable::Add(const PageReport& page)
 {
-    return FormatLine({std::to_string(page.number),
-                       FormatPageSize(page.before),
-                       FormatPageSize(page.after),
-                       page.asked.orientation,
-                       page.asked.mediaName + " " + tickets::FormatSheet(page.asked.media),
-                       tickets::FormatLimits(page.asked.limits),
-                       NameOf(Decide(page)),
-                       FormatReason(page) + "; " + FormatTickets(page)});
+    const MediaSize sheet = page.asked.media;
+    Cells cells = {"",
+                   NameOf(Decide(page)),
+                   Join(FormatPage(page.before), FormatPage(page.after)),
+                   Join(FormatSheet(sheet), FormatSheet(page.given ? page.given->media : sheet)),
+                   ExplainDecision(page)};
+    if (m_showsDetails || FormatLine(cells).size() > m_width + 1)
+    {
+        cells.back() = SummariseDecision(page);
+    }
+    std::string rest = m_showsDetails ? FormatDetails(page, m_width) : "";
+    for (const std::string& note : NotesOn(page))
+    {
+        rest += Wrap("note: " + note, m_width);
+    }
+    std::string row = FormatLine(cells).substr(kIndent) + rest;
+    if (!m_showsDetails && row == m_row && page.number == m_last + 1)
+    {
+        m_last = page.number;
+        return {};
+    }
+    std::string done = Finish();
+    m_row = std::move(row);
+    m_first = m_last = page.number;
+    return m_showsDetails ? done + Finish() : done;
+}
+
+std::string PageTable::Finish()
+{
+    if (m_row.empty())
+    {
+        return {};
+    }
+    std::string text;
+    if (!std::exchange(m_hasHead, true))
+    {
+        Cells titles;
+        std::transform(kColumns.begin(), kColumns.end(), titles.begin(), [](const Column& column) {
+            return column.title;
+        });
+        text = FormatLine(titles);
+    }
+    std::string number = std::to_string(m_first) + (m_first < m_last ? "-" + std::to_string(m_last) : "");
+    number.append(number.size() < kIndent ? kIndent - number.size() : 1, ' ');
+    return text + number + std::exchange(m_row, {});
 }
 
 std::string FormatJson(const PageReport& page)
 {
-    const nlohmann::json object = {
-        {"page", page.number},
-        {"part", page.part},
-        {"before", ToJson(page.before)},
-        {"after", ToJson(page.after)},
-        {"asked", ToJson(page.asked)},
-        {"replacements", ToJson(page.replacements)},
-        {"given", page.given ? ToJson(*page.given) : nlohmann::json(nullptr)},
-        {"givenReplacement",
-         page.givenReplacement ? ToJson(*page.givenReplacement) : nlohmann::json(nullptr)},
-        {"decision", NameOf(Decide(page))},
-        {"reason", ExplainDecision(page)},
-        {"markupFault", NameOrNull(page.markupFault)},
-        {"oldTicket", NameOrNull(page.oldTicket)},
-        {"newTicket", NameOrNull(page.newTicket)}};
-    return ToLine(object);
+    return ToLine(
+        {{"page", page.number},
+         {"decision", NameOf(Decide(page))},
+         {"reason", ExplainDecision(page)},
+         {"notes", NotesOn(page)},
+         {"part", page.part},
+         {"before", ToJson(page.before)},
+         {"after", ToJson(page.after)},
+         {"asked", ToJson(page.asked)},
+         {"given", page.given ? ToJson(*page.given) : Json(nullptr)},
+         {"replacements", ToJson(page.replacements)},
+         {"givenReplacement", page.givenReplacement ? ToJson(*page.givenReplacement) : Json(nullptr)},
+         {"markupFault", NameOrNull(page.markupFault)},
+         {"oldTicket", NameOrNull(page.oldTicket)},
+         {"newTicket", NameOrNull(page.newTicket)}});
 }
 
 std::string FormatSecondRunLine(const PageReport& page)
@@ -165,12 +259,11 @@ std::string FormatSecondRunLine(const PageReport& page)
 
 std::string FormatSecondRunJson(const PageReport& page)
 {
-    const nlohmann::json again = {
-        {"page", page.number},
-        {"part", page.part},
-        {"isStable", IsJudged(page) ? nlohmann::json(IsStable(page)) : nlohmann::json(nullptr)},
-        {"decision", NameOf(Decide(page))},
-        {"reason", ExplainSecondRun(page)}};
+    const Json again = {{"page", page.number},
+                        {"part", page.part},
+                        {"isStable", IsJudged(page) ? Json(IsStable(page)) : Json(nullptr)},
+                        {"decision", NameOf(Decide(page))},
+                        {"reason", ExplainSecondRun(page)}};
     return ToLine({{"again", again}});
 }
 } // namespace host::report

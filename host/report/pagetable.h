@@ -1,21 +1,40 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 #include "host/report/pagereport.h"
 
 namespace host::report
 {
-/// The table's first line.
-std::string FormatTableHead();
+/// The table of a run, for people: a row for each run of pages that are alike, with their notes.
+class PageTable
+{
+public:
+    /// With details each page has a row of its own, and its ticket and limits below it. Lines are at most
+    /// `width` long, as far as the text can be broken, and 80 at least.
+    PageTable(bool showsDetails, std::size_t width);
 
-/// One line of the table, with what is wrong with the new markup.
-std::string FormatTableLine(const PageReport& page);
+    /// The text that can be printed by now. Pages come in order.
+    std::string Add(const PageReport& page);
 
-/// The same as one JSON object on one line. Page sizes are in 1/96 inch, sheets in micrometres.
+    /// The rest; to be called after the last page. More pages may follow.
+    std::string Finish();
+
+private:
+    bool m_showsDetails;
+    std::size_t m_width;
+    bool m_hasHead = false;
+    // The row that is not printed yet, without the number.
+    std::string m_row;
+    std::size_t m_first = 0;
+    std::size_t m_last = 0;
+};
+
+/// A page as one JSON object on one line. Page sizes are in 1/96 inch, sheets in micrometres.
 std::string FormatJson(const PageReport& page);
 
-/// The same for a page in a second run.
+/// A page in a second run, for people and as JSON.
 std::string FormatSecondRunLine(const PageReport& page);
 std::string FormatSecondRunJson(const PageReport& page);
 } // namespace host::report

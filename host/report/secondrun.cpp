@@ -1,5 +1,7 @@
 #include "host/report/secondrun.h"
 
+#include "host/report/pagenotes.h"
+
 namespace host::report
 {
 bool IsJudged(const PageReport& page)
@@ -35,9 +37,9 @@ std::string ExplainSecondRun(const PageReport& page)
     }
     if (IsStable(page))
     {
-        return ExplainDecision(page);
+        return ExplainWithNotes(page);
     }
     return page.asked.mediaName + " " + tickets::FormatSheet(page.asked.media) + " mm; " +
-           ExplainDecision(page);
+           ExplainWithNotes(page);
 }
 } // namespace host::report

@@ -122,9 +122,35 @@ std::string NameDisplay::operator()(const ExpandedName& name) const
     {
         return name.local;
     }
-    const auto binding = std::find_if(m_prefixes.begin(), m_prefixes.end(), [&](const auto& candidate) {
-        return candidate.namespaceUri == name.namespaceUri;
-    });
-    return (binding == m_prefixes.end() ? name.namespaceUri : binding->prefix) + ":" + name.local;
+    return PrefixOf(name.namespaceUri) + ":" + name.local;
+}
+
+const std::string& NameDisplay::PrefixOf(const std::string& namespaceUri) const
+{
+    const auto find = [&](const std::vector<xml::PrefixBinding>& bindings) {
+        return std::find_if(bindings.begin(), bindings.end(), [&](const xml::PrefixBinding& each) {
+            return each.namespaceUri == namespaceUri;
+        });
+    };
+    if (const auto used = find(m_used); used != m_used.end())
+    {
+        return used->prefix;
+    }
+    xml::PrefixBinding binding{"", namespaceUri};
+    if (const auto declared = find(m_prefixes); declared != m_prefixes.end())
+    {
+        binding = *declared;
+    }
+    for (int number = 1; binding.prefix.empty(); ++number)
+    {
+        const std::string made = "vendor" + std::to_string(number);
+        const bool isTaken =
+            std::any_of(m_prefixes.begin(),
+                        m_prefixes.end(),
+                        [&](const auto& each) { return each.prefix == made; }) ||
+            std::any_of(m_used.begin(), m_used.end(), [&](const auto& each) { return each.prefix == made; });
+        binding.prefix = isTaken ? "" : made;
+    }
+    return m_used.emplace_back(std::move(binding)).prefix;
 }
 } // namespace host::tickets

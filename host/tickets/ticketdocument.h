@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -89,16 +90,22 @@ struct Document
     std::vector<xml::PrefixBinding> prefixes = {};
 };
 
-/// Formats the names of a ticket for people: keywords without prefix, other names with the ticket's own.
-/// Lends the prefixes.
+/// Formats the names of a ticket for people: keywords without prefix, other names with the prefix of the
+/// ticket's root, or a made-up one where the root has none.
 class NameDisplay
 {
 public:
-    explicit NameDisplay(const std::vector<xml::PrefixBinding>& prefixes) : m_prefixes(prefixes) {}
+    explicit NameDisplay(std::vector<xml::PrefixBinding> prefixes) : m_prefixes(std::move(prefixes)) {}
 
     std::string operator()(const ExpandedName& name) const;
 
+    /// What the prefixes of all names so far stand for.
+    const std::vector<xml::PrefixBinding>& Used() const noexcept { return m_used; }
+
 private:
-    const std::vector<xml::PrefixBinding>& m_prefixes;
+    const std::string& PrefixOf(const std::string& namespaceUri) const;
+
+    std::vector<xml::PrefixBinding> m_prefixes;
+    mutable std::vector<xml::PrefixBinding> m_used;
 };
 } // namespace host::tickets

@@ -42,6 +42,11 @@ TicketFacts TicketFactsReader::Read(const ComPtr<IXMLDOMDocument2>& effectiveTic
     note(facts.mediaName != own.mediaName || facts.media != own.media, "PageMediaSize");
     note(facts.scaling != own.scaling, "PageScaling");
     note(facts.limits != own.limits, "PagePrintableMediaSize");
+    if (facts.limits == MediaSizeLimits())
+    {
+        const std::wstring_view prefix = handler.GetPrefix(printschema::NamespaceId::Private).View();
+        facts.prefixWithoutLimits = base::utility::ToUtf8(std::wstring(prefix.substr(0, prefix.find(L':'))));
+    }
     return facts;
 }
 
@@ -52,7 +57,8 @@ TicketFacts TicketFactsReader::ReadInto(Features& features, const printschema::P
     features.media.Read(ticket);
     features.orientation.Read(ticket);
     features.limits.Read(ticket);
-    return {FactsOf(features.orientation, features.media, features.scaling), features.limits.GetLimits(), {}};
+    return {
+        FactsOf(features.orientation, features.media, features.scaling), features.limits.GetLimits(), {}, {}};
 }
 
 SheetFacts ReadSheetFacts(const std::string& ticket)

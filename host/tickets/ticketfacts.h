@@ -29,6 +29,8 @@ struct TicketFacts : SheetFacts
     base::xps::printschema::MediaSizeLimits limits;
     /// The features whose value the ticket does not give: that of the part before holds.
     std::vector<std::string> keptFeatures;
+    /// The driver's prefix, if no limits are under it: those of 0x0 hold, which no sheet meets.
+    std::string prefixWithoutLimits;
 };
 
 /// Reads effective tickets as the filter does: with the module's accessors, which keep the value of a feature

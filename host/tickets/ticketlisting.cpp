@@ -6,6 +6,7 @@
 
 #include "host/tickets/ticketdocument.h"
 #include "host/tickets/ticketreader.h"
+#include "host/xml/text.h"
 
 namespace host::tickets
 {
@@ -34,21 +35,6 @@ std::string ToText(const Value& value, const NameDisplay& display)
     return name != nullptr ? display(*name) : std::get<std::string>(value);
 }
 
-/// What comes with a feature's option, as ", MediaSizeWidth 215900"; empty for a parameter.
-std::string ListProperties(const Node& element, const NameDisplay& display)
-{
-    std::string text;
-    const Node* const option = FindChild(element, Kind::Option);
-    for (const Node& property : option == nullptr ? std::vector<Node>() : option->children)
-    {
-        if (const auto value = FindText(property))
-        {
-            text.append(", ").append(display(property.name)).append(" ").append(*value);
-        }
-    }
-    return text;
-}
-
 std::string FindOrigin(const Node& element,
                        const Value& value,
                        const std::vector<ReadLayer>& layers,
@@ -69,42 +55,79 @@ std::string FindOrigin(const Node& element,
     return "device";
 }
 
-/// One line for each thing that a ticket selects; `explain` gives its end.
-template <typename Explanation>
-std::string ListSelections(const Document& ticket, Explanation&& explain)
+void AddProperties(const Node& element, const NameDisplay& display, ListedSetting& setting)
 {
-    const NameDisplay display(ticket.prefixes);
-    std::string listing;
-    for (const Node& element : ticket.root.children)
+    const Node* const option = FindChild(element, Kind::Option);
+    for (const Node& property : option == nullptr ? std::vector<Node>() : option->children)
     {
-        if (const auto value = ValueOf(element))
+        if (const auto value = FindText(property))
         {
-            listing.append("    ").append(display(element.name)).append(" = ");
-            listing.append(ToText(*value, display)).append(ListProperties(element, display));
-            listing.append(explain(element, *value, display)).append("\n");
+            setting.properties.emplace_back(display(property.name), *value);
         }
     }
-    return listing;
 }
 } // namespace
 
-std::string ListTicket(const std::string& ticket)
-{
-    return ListSelections(ReadDocument(ticket, Kind::PrintTicket),
-                          [](const Node&, const Value&, const NameDisplay&) { return std::string(); });
-}
-
-std::string ListTicketWithOrigins(const std::string& effective, const std::vector<TicketLayer>& layers)
+TicketListing ListTicket(const std::string& ticket, const std::vector<TicketLayer>& layers)
 {
     std::vector<ReadLayer> read;
-    read.reserve(layers.size());
     for (const TicketLayer& layer : layers)
     {
         read.emplace_back(layer.name, ReadDocument(layer.bytes, Kind::PrintTicket));
     }
-    return ListSelections(ReadDocument(effective, Kind::PrintTicket),
-                          [&](const Node& element, const Value& value, const NameDisplay& display) {
-                              return "  (" + FindOrigin(element, value, read, display) + ")";
-                          });
+    const Document document = ReadDocument(ticket, Kind::PrintTicket);
+    const NameDisplay display(document.prefixes);
+    TicketListing listing;
+    for (const Node& element : document.root.children)
+    {
+        if (const auto value = ValueOf(element))
+        {
+            ListedSetting& setting = listing.settings.emplace_back();
+            setting.name = display(element.name);
+            setting.value = ToText(*value, display);
+            AddProperties(element, display, setting);
+            setting.origin = layers.empty() ? "" : FindOrigin(element, *value, read, display);
+        }
+    }
+    const auto usual = read.empty() ? std::vector<xml::PrefixBinding>() : read.back().second.prefixes;
+    for (const xml::PrefixBinding& binding : display.Used())
+    {
+        const bool isUsual = std::any_of(usual.begin(), usual.end(), [&](const xml::PrefixBinding& each) {
+            return each.prefix == binding.prefix && each.namespaceUri == binding.namespaceUri;
+        });
+        if (!isUsual)
+        {
+            listing.prefixes.push_back(binding);
+        }
+    }
+    return listing;
+}
+
+std::string FormatValue(std::string_view name, const std::string& value)
+{
+    const bool isLength = (name.ends_with("Width") || name.ends_with("Height")) &&
+                          !name.ends_with("ScaleWidth") && !name.ends_with("ScaleHeight");
+    const auto micrometres = isLength ? xml::ParseInteger(value) : std::nullopt;
+    constexpr double perMillimetre = 1000.0;
+    return micrometres ? value + " (" + xml::FormatNumber(*micrometres / perMillimetre) + " mm)" : value;
+}
+
+std::string FormatListing(const TicketListing& listing)
+{
+    std::string text;
+    for (const ListedSetting& setting : listing.settings)
+    {
+        text += "    " + setting.name + " = " + setting.value;
+        for (const auto& [name, value] : setting.properties)
+        {
+            text.append(", ").append(name).append(" ").append(FormatValue(name, value));
+        }
+        text += (setting.origin.empty() ? "" : "  (" + setting.origin + ")") + "\n";
+    }
+    for (const auto& [prefix, namespaceUri] : listing.prefixes)
+    {
+        text.append("    ").append(prefix).append(" is ").append(namespaceUri).append("\n");
+    }
+    return text;
 }
 } // namespace host::tickets

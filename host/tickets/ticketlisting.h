@@ -1,7 +1,11 @@
 #pragma once
 
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
+
+#include "host/xml/reader.h"
 
 namespace host::tickets
 {
@@ -12,11 +16,32 @@ struct TicketLayer
     std::string bytes;
 };
 
-/// Lists what a ticket selects: a line for each feature, with the option and its properties, and for each
-/// parameter. Throws xml::MarkupError for what is no print ticket.
-std::string ListTicket(const std::string& ticket);
+/// A feature with its option and the properties of that, or a parameter.
+struct ListedSetting
+{
+    std::string name;
+    std::string value;
+    std::vector<std::pair<std::string, std::string>> properties;
+    /// Where the value comes from; empty if that was not asked.
+    std::string origin;
+};
 
-/// The same for an effective ticket. Each line names the first layer, most specific first, that asks for the
-/// value; a value that no layer asks for comes from the device.
-std::string ListTicketWithOrigins(const std::string& effective, const std::vector<TicketLayer>& layers);
+struct TicketListing
+{
+    std::vector<ListedSetting> settings;
+    /// What the prefixes of names stand for, but for those that the least specific layer has alike.
+    std::vector<xml::PrefixBinding> prefixes;
+};
+
+/// Lists what a ticket selects. Throws xml::MarkupError for what is no print ticket.
+///
+/// With layers each setting names the first one, most specific first, that asks for the value; a value that
+/// no layer asks for comes from the device.
+TicketListing ListTicket(const std::string& ticket, const std::vector<TicketLayer>& layers = {});
+
+/// A value as people read it: "215900 (215.9 mm)" for a length, by the end of its name.
+std::string FormatValue(std::string_view name, const std::string& value);
+
+/// As text, a line for each setting and for each prefix.
+std::string FormatListing(const TicketListing& listing);
 } // namespace host::tickets

@@ -6,6 +6,8 @@
 #include <iterator>
 #include <stdexcept>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "base/logging/errors.h"
 #include "base/utility/bstr.h"
@@ -17,8 +19,8 @@
 #include "base/xps/printschema/vocabulary/namespaceprefixes.h"
 #include "base/xps/printschema/vocabulary/namespaceuris.h"
 #include "host/opc/files.h"
-#include "host/opc/partname.h"
 #include "host/tickets/ticketbytes.h"
+#include "host/xml/text.h"
 
 namespace host::tickets
 {
@@ -53,6 +55,29 @@ constexpr const char* kBuiltInTicket =
     throw std::runtime_error(option + " " + text + ": " + wanted);
 }
 
+/// Names what would be taken: all names, if they are few, and the one that was meant most likely.
+[[noreturn]] void RefuseName(const std::string& option,
+                             const std::string& name,
+                             std::vector<std::string> names,
+                             const std::string& otherwise)
+{
+    std::erase_if(names, [](const std::string& each) { return each.empty() || each.starts_with("PS"); });
+    std::string wanted = "is no such option of the Print Schema" + otherwise;
+    const std::string nearest = xml::FindNearest(name, names);
+    wanted += nearest.empty() ? "" : "; did you mean " + nearest + "?";
+    constexpr std::size_t few = 8;
+    if (names.size() <= few)
+    {
+        std::string all;
+        for (const std::string& each : names)
+        {
+            all += (all.empty() ? "; the names are " : ", ") + each;
+        }
+        wanted += all;
+    }
+    Refuse(option, name, wanted);
+}
+
 /// A number of millimetres at the start of `text`, which it is taken off; empty when there is none.
 std::optional<std::int32_t> TakeMicrometres(std::string_view& text)
 {
@@ -68,21 +93,22 @@ std::optional<std::int32_t> TakeMicrometres(std::string_view& text)
     return static_cast<std::int32_t>(std::lround(millimetres * 1000.0));
 }
 
-bool Take(std::string_view& text, char c)
+bool Take(std::string_view& text, std::string_view word)
 {
-    const bool isNext = text.starts_with(c);
-    text.remove_prefix(isNext ? 1 : 0);
+    const bool isNext = text.starts_with(word);
+    text.remove_prefix(isNext ? word.size() : 0);
     return isNext;
 }
 
 std::optional<printschema::MediaSize> TakeSize(std::string_view& text)
 {
     const auto width = TakeMicrometres(text);
-    if (!width || !Take(text, 'x'))
+    if (!width || !(Take(text, "x") || Take(text, "X")))
     {
         return std::nullopt;
     }
     const auto height = TakeMicrometres(text);
+    Take(text, "mm");
     return height ? std::optional(printschema::MediaSize{*width, *height}) : std::nullopt;
 }
 
@@ -100,7 +126,7 @@ bool IsPrivatePrefix(std::string_view prefix)
     constexpr std::string_view taken[] = {"psf", "psk", "xsi", "xsd"};
     return !prefix.empty() && isLetter(prefix.front()) &&
            std::all_of(prefix.begin(), prefix.end(), isInner) &&
-           opc::ToLowerAscii(prefix.substr(0, 3)) != "xml" &&
+           xml::ToLowerAscii(prefix.substr(0, 3)) != "xml" &&
            std::find(std::begin(taken), std::end(taken), prefix) == std::end(taken);
 }
 
@@ -131,7 +157,7 @@ public:
         }
         else
         {
-            media.SetOptionId(Find(media, "--media", text, ", nor a size in millimetres as 210x297"));
+            media.SetOptionId(Find(media, "--media", text, ", nor a size in millimetres, as 210x297"));
         }
         Replace(media);
     }
@@ -140,7 +166,7 @@ public:
     {
         std::string_view rest = text;
         const auto minimum = TakeSize(rest);
-        const auto maximum = minimum && Take(rest, '-') ? TakeSize(rest) : std::nullopt;
+        const auto maximum = minimum && Take(rest, "-") ? TakeSize(rest) : std::nullopt;
         if (!maximum || !rest.empty())
         {
             Refuse("--limits", text, "is not MINWxMINH-MAXWxMAXH in millimetres");
@@ -163,13 +189,18 @@ private:
                              const std::string& name,
                              const std::string& otherwise = {})
     {
-        const std::int32_t id =
-            feature.GetOptionSchema().IndexOf(printschema::NamespaceId::Keywords, FromUtf8(name));
-        if (id < 0)
+        std::vector<std::string> names;
+        for (const printschema::Qname& known : feature.GetOptionSchema().GetQnames())
         {
-            Refuse(option, name, "is no such option of the Print Schema" + otherwise);
+            names.push_back(known.namespaceId == printschema::NamespaceId::Keywords
+                                ? base::utility::ToUtf8(known.localName)
+                                : std::string());
+            if (!names.back().empty() && xml::ToLowerAscii(names.back()) == xml::ToLowerAscii(name))
+            {
+                return static_cast<std::int32_t>(names.size()) - 1;
+            }
         }
-        return id;
+        RefuseName(option, name, std::move(names), otherwise);
     }
 
     void Replace(const printschema::PrintTicketFunctionOption& feature)
@@ -196,6 +227,24 @@ private:
     ComPtr<IXMLDOMDocument2> m_ticket;
     printschema::PrintSchemaHandler m_handler;
 };
+
+std::string Override(const ComPtr<IXMLDOMDocument2>& ticket, const TicketOverrides& overrides)
+{
+    TicketEditor editor(ticket);
+    if (overrides.orientation)
+    {
+        editor.SetOrientation(*overrides.orientation);
+    }
+    if (overrides.media)
+    {
+        editor.SetMedia(*overrides.media);
+    }
+    if (overrides.limits)
+    {
+        editor.SetLimits(*overrides.limits);
+    }
+    return SaveBytes(ticket.Get());
+}
 
 /// Throws for a document without the prefixes of a print ticket, even if nothing is to be overridden.
 void RequirePrintTicket(const ComPtr<IXMLDOMDocument2>& ticket)
@@ -230,19 +279,19 @@ std::string MakeUserTicket(const std::optional<std::filesystem::path>& file,
     {
         return bytes;
     }
-    TicketEditor editor(ticket);
-    if (overrides.orientation)
+    return Override(ticket, overrides);
+}
+
+std::string OverrideTicket(const std::string& ticket, const TicketOverrides& overrides)
+{
+    try
     {
-        editor.SetOrientation(*overrides.orientation);
+        return Override(LoadBytes(ticket), overrides);
     }
-    if (overrides.media)
+    catch (const base::exception::HresultError&)
     {
-        editor.SetMedia(*overrides.media);
+        // The filter is to meet the fault.
+        return ticket;
     }
-    if (overrides.limits)
-    {
-        editor.SetLimits(*overrides.limits);
-    }
-    return SaveBytes(ticket.Get());
 }
 } // namespace host::tickets

@@ -13,13 +13,17 @@ namespace host::tickets
 /// Settings that replace those of the user's ticket.
 struct TicketOverrides
 {
-    /// An option of PageOrientation.
+    /// An option of PageOrientation in any case.
     std::optional<std::string> orientation;
-    /// An option of PageMediaSize, or a size in millimetres as "210x297".
+    /// An option of PageMediaSize in any case, or a size in millimetres as "210x297".
     std::optional<std::string> media;
     /// In millimetres, as "76.2x127-215.9x355.6".
     std::optional<std::string> limits;
 };
+
+/// A document's ticket with the overrides written into it; as it is where that cannot be done. COM must be
+/// initialised on the thread, and MakeUserTicket have taken the overrides.
+std::string OverrideTicket(const std::string& ticket, const TicketOverrides& overrides);
 
 /// The driver's private namespace prefix where its property bag has none.
 inline constexpr const char* kUsualPrivatePrefix = "ns0000";

@@ -5,6 +5,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace host::xml
 {
@@ -16,6 +17,13 @@ std::string CountOf(std::size_t count, const char* what);
 
 /// To hundredths and with no more decimals than it has; with a decimal point whatever the locale.
 std::string FormatNumber(double value);
+
+/// The word that a person most likely meant, whatever the case: the shortest one that contains `typed`, or
+/// else the one with the fewest letters to change; empty if none is near.
+std::string FindNearest(std::string_view typed, const std::vector<std::string>& words);
+
+/// Letters beyond ASCII stay.
+std::string ToLowerAscii(std::string_view text);
 
 /// The whole of a text as a number, with a decimal point whatever the locale; empty for anything else.
 /// `format` is what std::from_chars takes: a base or a format of floating-point numbers.

@@ -153,6 +153,18 @@ std::optional<JobPart> XpsDocument::Next()
     return document;
 }
 
+std::size_t XpsDocument::CountPages() const
+{
+    std::vector<PartName> documents;
+    std::vector<PartName> pages;
+    ListReferences(m_sequence, "FixedDocumentSequence", "DocumentReference", documents);
+    for (const PartName& document : documents)
+    {
+        ListReferences(document, "FixedDocument", "PageContent", pages);
+    }
+    return pages.size();
+}
+
 JobPart XpsDocument::Enter(JobPartKind kind, const PartName& name)
 {
     if (!m_passed.insert(name).second)

@@ -46,6 +46,9 @@ public:
     /// that is missing or of another kind, and for one that the tree holds twice, which XPS forbids.
     std::optional<JobPart> Next();
 
+    /// How many pages the documents name. Throws as Next does.
+    std::size_t CountPages() const;
+
 private:
     JobPart Enter(JobPartKind kind, const opc::PartName& name);
     void ListReferences(const opc::PartName& part,

@@ -180,7 +180,9 @@ class ProgramTestCase(unittest.TestCase):
 
     def pages_of(self, *arguments):
         """Runs with --json; what it tells of each page."""
-        return [json.loads(line) for line in self.run_done("run", *arguments, "--json").splitlines()]
+        *pages, outcome = [json.loads(line) for line in self.run_done("run", *arguments, "--json").splitlines()]
+        self.assertEqual((outcome["outcome"], outcome["hresult"]), ("done", "0x00000000"))
+        return pages
 
     def assert_refused(self, status, *arguments):
         """The failure's only line, without the program's name."""

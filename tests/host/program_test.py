@@ -12,6 +12,7 @@ import signal
 import sys
 import time
 import unittest
+import xml.etree.ElementTree
 import zipfile
 from pathlib import Path
 
@@ -173,7 +174,7 @@ class RunTest(ProgramTestCase):
             holder.communicate(timeout=terminal.PATIENCE)
         self.assertTrue(message.startswith("out.xps: cannot be written: "), message)
         self.assertEqual(self.assert_refused(2, "run", "in.xps", "-o", "none/out.xps"),
-                         "none/out.xps: cannot be created")
+                         "none/out.xps: there is no such folder")
         self.assertEqual((output.read_bytes(), self.files()), (contents[0], ["in.xps", "out.xps"]))
 
     def test_what_if_options_take_the_place_of_what_a_ticket_says(self):
@@ -198,24 +199,35 @@ class RunTest(ProgramTestCase):
                                  (orientation, media))
                 self.assertEqual(asked["limits"], limits)
 
-    def test_prints_one_line_a_page_and_the_totals(self):
+    def test_prints_a_table_of_80_columns_and_the_totals(self):
         self.take("sample")
-        head, *lines, totals = self.run_done("run", "in.xps", "-o", "out.xps").splitlines()
-        self.assertEqual([line.split()[0] for line in lines], list("12345"))
-        self.assertEqual(
-            [head, lines[2]],
-            ["page before, px      after, px       asks for         medium, mm                      "
-             "limits, mm             decision         reason; ticket",
-             "3    793.76x1122.56  793.76x1122.56  Portrait         NorthAmericaLetter 215.9x279.4  "
-             "76.2x127-215.9x355.6   passed           Portrait on an upright sheet within the limits; none"])
-        ticket = "/Documents/2/Pages/Metadata/"
-        self.assertEqual(
-            lines[3],
-            "4    1122.56x1587.36 1122.56x1587.36 Portrait         ISOA3 297x420                   "
-            "76.2x127-215.9x355.6   refitted         297x420 mm is outside the limits: now NorthAmericaLetter "
-            f"215.9x279.4, scaled to 65 %; {ticket}Page2_PT.xml -> {ticket}pagevalidator_2_Page2_PT.xml")
+        table = ["page    decision          page, mm            sheet, mm          reason",
+                 "1       passed            216x279             216x279            within limits",
+                 "2       turned            279x216 -> 216x279  216x279            Landscape",
+                 "3       passed            210x297             216x279            within limits",
+                 "        note: the page of 210.02x297.01 mm is larger than its sheet of",
+                 "        215.9x279.4 mm",
+                 "4       refitted          297x420             297x420 -> 216x279 too large 65 %",
+                 "5       turned, refitted  420x297 -> 297x420  297x420 -> 216x279 too large 65 %"]
+        *lines, totals = self.run_done("run", "in.xps", "-o", "out.xps").splitlines()
+        self.assertEqual(lines, table)
         self.assertRegex(totals, r"^5 pages in 2 documents: 2 passed; 1 turned; 1 refitted; 1 turned, refitted; "
                                  r"\d+\.\d\d s: out.xps$")
+        *lines, totals = self.run_done("run", "in.xps", "--dry-run", "--changes", "--pages", "1-3,5").splitlines()
+        self.assertEqual(lines, [table[0], table[2], table[7]])
+        self.assertTrue(totals.startswith("5 pages "), totals)
+        ticket = "/Documents/2/Pages/Metadata/"
+        detailed = self.run_done("run", "in.xps", "--dry-run", "--details").splitlines()
+        self.assertLessEqual(max(map(len, detailed[:-1])), 80)
+        for text in ("why: 297x420 mm is outside the limits: now NorthAmericaLetter 215.9x279.4 (the document's sheet), scaled to 65 %",
+                     "asks for: Portrait ISOA3 297x420 mm, limits 76.2x127-215.9x355.6 mm",
+                     f"ticket: {ticket}Page2_PT.xml -> {ticket}pagevalidator_2_Page2_PT.xml"):
+            self.assertIn(text, re.sub(r"\s+", " ", "\n".join(detailed)))
+        # Pages that are alike share a line, in a wide terminal with the whole reason.
+        write_document("in.xps", ["<FixedPage xmlns='http://schemas.microsoft.com/xps/2005/06' Width='816' Height='1056'/>"] * 300)
+        wide = run("run", "in.xps", "--dry-run", env={**os.environ, "COLUMNS": "120"}).stdout.splitlines()
+        self.assertEqual(wide[1:-1], ["1-300   passed            216x279             216x279            "
+                                      "Portrait on an upright sheet within the limits"])
 
     def test_json_is_one_object_a_page(self):
         self.take("sample")
@@ -228,7 +240,8 @@ class RunTest(ProgramTestCase):
                   "maximum": {"widthMicrometres": 215900, "heightMicrometres": 355600}}
         letter, fit = media("NorthAmericaLetter", 215900, 279400), "FitApplicationMediaSizeToPageMediaSize"
         size = {"width": 816, "height": 1056}
-        sound = {"replacements": [], "givenReplacement": None, "markupFault": None}
+        sound = {"replacements": [], "givenReplacement": None, "markupFault": None, "notes": []}
+        self.assertEqual(list(pages[0])[:5], ["page", "decision", "reason", "notes", "part"])
         self.assertEqual(pages[0], sound | {
             "page": 1, "part": "/Documents/1/Pages/1.fpage", "before": size, "after": size,
             "asked": {"orientation": "Portrait", "media": letter, "scaling": fit, "limits": limits},
@@ -243,7 +256,7 @@ class RunTest(ProgramTestCase):
             "given": {"orientation": "Portrait", "media": letter, "scaling": "Custom"},
             "decision": "turned, refitted",
             "reason": "Landscape on an upright sheet; 297x420 mm is outside the limits: now NorthAmericaLetter "
-                      "215.9x279.4, scaled to 65 %",
+                      "215.9x279.4 (the document's sheet), scaled to 65 %",
             "oldTicket": f"{folder}/Metadata/Page3_PT.xml",
             "newTicket": f"{folder}/Metadata/pagevalidator_3_Page3_PT.xml"})
 
@@ -263,9 +276,9 @@ class RunTest(ProgramTestCase):
             "": "?x?",
         }
         write_document("in.xps", list(sizes))
-        _, *lines, _ = self.run_done("run", "in.xps", "--dry-run").splitlines()
-        self.assertEqual([line.split()[1] for line in lines], list(sizes.values()))
-        self.assertTrue(lines[6].startswith("7    12345.68x1234.57 12345.68x1234.57 Portrait "), "columns stay apart")
+        text = re.sub(r"\s+", " ", self.run_done("run", "in.xps", "--dry-run", "--details"))
+        self.assertEqual(re.findall(r"page: (\S+) px", text), list(sizes.values()))
+        self.assertIn(" 3266x327 216x279 ", text)
         self.assertEqual(self.pages_of("in.xps", "--dry-run")[7]["after"], {"width": None, "height": 0.004})
 
     def test_tells_what_the_device_puts_in_place_of_what_is_asked_for(self):
@@ -273,17 +286,47 @@ class RunTest(ProgramTestCase):
         self.take("plain")
         page, = self.pages_of("in.xps", "--dry-run", "--media", "500x500", "--report", "report.html")
         self.assertEqual(page["replacements"], [{"wanted": "CustomMediaSize 500x500", "taken": letter}])
-        told = f"within the limits; CustomMediaSize 500x500 is asked for, in whose place the device puts {letter}"
-        self.assertTrue(page["reason"].endswith(told), page["reason"])
+        told = f"CustomMediaSize 500x500 is asked for, in whose place the device puts {letter}"
+        self.assertEqual(page["notes"], [told])
         self.assertIn(told, Path(WORK, "report.html").read_text())
         page, = self.pages_of("in.xps", "--dry-run", "--limits", "50x50-100x100")
         self.assertEqual((page["replacements"], page["givenReplacement"]["taken"]), ([], letter))
-        self.assertRegex(page["reason"], f"now CustomMediaSize 50x50, in whose place the device puts {letter}: for that scaled to \\d+ %$")
+        self.assertRegex(page["reason"], f"now CustomMediaSize 50x50 \\(the lower limit\\), in whose place the device puts {letter}: for that scaled to \\d+ %$")
         # Also of a level above the page.
         self.take("small-document")
         pages = self.pages_of("in.xps", "--dry-run")
         self.assertEqual([[each["wanted"] for each in page["replacements"]] for page in pages],
                          [[], [], ["CustomMediaSize 50x50"]])
+
+    def test_tells_where_an_option_has_no_effect_and_overrides_on_request(self):
+        self.take("mixed")
+        *_, told = self.run_done("run", "in.xps", "--dry-run", "--orientation", "landscape").splitlines()
+        self.assertEqual(told, "--orientation had no effect on 5 of 8 pages: their tickets say otherwise; --override changes those, too")
+        options = ["--orientation", "ReversePortrait", "--media", "ISOA5", "--override"]
+        pages = self.pages_of("in.xps", "-o", "out.xps", *options)
+        self.assertEqual({(page["asked"]["orientation"], page["asked"]["media"]["name"]) for page in pages}, {("ReversePortrait", "ISOA5")})
+        self.assertEqual(set(decisions(pages)), {"passed"})
+        self.assertEqual(Package("out.xps").contents, Package("in.xps").contents)
+        self.assertIn("PageMediaSize = ISOA5", self.run_done("tickets", "in.xps", *options))
+
+    def test_the_paper_of_the_locale_is_told_and_can_be_fixed(self):
+        self.take("plain")
+        for paper, sheet, told in (("a4", "210x297", False), ("Letter", "216x279", False), (None, "216x279", True)):
+            printed = self.run_done("run", "in.xps", "--dry-run", "--media", "ISOA3", *(["--paper", paper] if paper else []))
+            self.assertIn(f" 297x420 -> {sheet} ", printed)
+            self.assertEqual("the locale chose NorthAmericaLetter for refitted pages; --paper fixes it" in printed, told)
+
+    def test_notes_tell_what_a_decision_alone_does_not(self):
+        table = [("plain", ["--ns-prefix", "quell"], "no limits under the prefix quell"),
+                 ("plain", ["--media", "279.4x215.9"], "the medium's name becomes NorthAmericaLetter"),
+                 ("plain", ["--media", "ISOA5"], "the page of 215.9x279.4 mm is larger than its sheet of 148x210 mm"),
+                 ("plain", ["--media", "300x200", "--orientation", "ReversePortrait", "--limits", "76.2x127-400x400"],
+                  "the page of 215.9x279.4 mm lies across its sheet of 300x200 mm")]
+        for package, options, note in table:
+            self.take(package)
+            page, = self.pages_of("in.xps", "--dry-run", "--report", "report.html", *options)
+            self.assertIn(note, page["notes"])
+            self.assertIn(note.replace("'", "&#39;"), Path(WORK, "report.html").read_text(encoding="utf-8").replace("&apos;", "&#39;"))
 
     def test_dry_run_writes_nothing_and_tells_the_same(self):
         self.take("sample")
@@ -305,8 +348,8 @@ class RunTest(ProgramTestCase):
         self.take("sample")
         with Terminal() as terminal:
             done = run("run", "in.xps", "-o", "out.xps", stderr=terminal.stderr)
-            self.assertTrue(terminal.read_until("page 1\r").startswith("page 1\r"))
-        self.assertEqual((done.returncode, len(done.stdout.splitlines())), (0, 7))
+            self.assertTrue(terminal.read_until("page 1 of 5\r").startswith("page 1 of 5\r"))
+        self.assertEqual((done.returncode, len(done.stdout.splitlines())), (0, 9))
 
 
 class TraceTest(ProgramTestCase):
@@ -378,8 +421,12 @@ class FailureTest(ProgramTestCase):
         for name, options, fault in table:
             with self.subTest(name):
                 self.take(name)
-                message = self.assert_refused(2, "run", "in.xps", "-o", "out.xps", *options)
+                failed = run("run", "in.xps", "-o", "out.xps", "--json", *options)
+                message = failed.stderr.removeprefix("xpsfilterhost: ")
+                self.assertEqual((failed.returncode, message.count("\n")), (2, 1), message)
                 self.assertTrue(message.startswith("in.xps: " + fault), message)
+                outcome = json.loads(failed.stdout.splitlines()[-1])
+                self.assertEqual((outcome["outcome"], outcome["hresult"], outcome["message"]), ("unusable", None, message[:-1]))
                 self.assertEqual(self.files(), ["in.xps"])
 
     def test_an_unusable_argument_is_one_line_with_the_reason(self):
@@ -391,20 +438,26 @@ class FailureTest(ProgramTestCase):
         table = [
             (["--limits", "76x127"], "--limits 76x127: is not MINWxMINH-MAXWxMAXH in millimetres"),
             (["--media", "A4"], "--media A4: is no such option of the Print Schema"),
-            (["--user-ticket", "none.xml"], "none.xml: cannot be read"),
+            (["--user-ticket", "none.xml"], "none.xml: there is no such file"),
             (["--user-ticket", "text.xml"], "text.xml: is not a print ticket"),
             (["--user-ticket", "other.xml"], "other.xml: is not a print ticket"),
-            (["--device", "none.xml"], "none.xml: cannot be read"),
+            (["--device", "none.xml"], "none.xml: there is no such file"),
             (["--device", "text.xml"], "text.xml: is not well-formed: line 1, column "),
             (["--device", "other.xml"], "other.xml: "),
             (["--printer", "none"], "printer none: "),
             (["--tessel-type", "x"], "Could not convert: --tessel-type = x; see --help"),
             (["--device", "other.xml", "--printer", "none"], "--device excludes --printer; see --help"),
-            (["--module", "none.dll"], f"{self.windows_path('none.dll')}: cannot be loaded: "),
+            (["--module", "none.dll"], f"{self.windows_path('none.dll')}: cannot be loaded: ERROR_MOD_NOT_FOUND, "),
             (["--module", offline], f"{self.windows_path(offline)}: does not export what the host calls"),
             (["--module", no_filter], f"{no_filter}: creates no filter: "),
             (["--compression", "10"], "--compression: Value 10 not in range 0 to 9; see --help"),
-            (["--colour"], "The following argument was not expected: --colour; see --help"),
+            (["--colour"], "--colour is no option of run; see --help"),
+            (["--detials"], "--detials is no option of run; did you mean --details? See --help"),
+            (["x.xps"], "x.xps is one argument too many; see --help"),
+            (["--pages", "3-1"], "--pages 3-1: is no list of pages as 1-3,7; see --help"),
+            (["--orientation", "lanscape"], "--orientation lanscape: is no such option of the Print Schema; did you mean "
+                                            "Landscape?; the names are Landscape, Portrait, Reverse"),
+            (["--report", "-"], "--report: - is no file; name one"),
         ]
         for options, fault in table:
             with self.subTest(options=options):
@@ -412,7 +465,10 @@ class FailureTest(ProgramTestCase):
                 self.assertTrue(message.startswith(fault), message)
         for arguments in ([], ["run"], ["run", "in.xps"], ["run", "a", "b", "-o", "c"], ["turn"],
                           ["run", "in.xps", "-o", "c", "--dry-run"], ["tickets", "in.xps", "-o", "c"]):
-            self.assertIn("; see --help", self.assert_refused(2, *arguments))
+            self.assertIn("ee --help", self.assert_refused(2, *arguments))
+        self.assertEqual(self.assert_refused(2, "tikets", "in.xps"), "tikets is no command; did you mean tickets? See --help")
+        self.assertEqual(self.assert_refused(2, "foo"), "foo is no command; the commands are run, tickets, batch, diff; see --help")
+        self.assertRegex(self.run_done("--version"), r"^xpsfilterhost \d+\.\d+\.\d+\n$")
         self.assertEqual(self.assert_refused(2, "run", "none.xps", "-o", "out.xps"), "none.xps: there is no such file")
 
     @staticmethod
@@ -505,7 +561,9 @@ class MalformedTest(ProgramTestCase):
                 self.assertEqual((failed.returncode, failed.stderr.count("\n")), (1, 1), failed.stderr)
                 self.assertRegex(failed.stderr, f"^xpsfilterhost: in.xps: {self.PAGE}: the filter failed with 0x80070057: {fault}; "
                                                 "--accept-malformed takes it all the same$")
-                page = json.loads(failed.stdout)
+                page, outcome = map(json.loads, failed.stdout.splitlines())
+                self.assertEqual([outcome[key] for key in ("outcome", "name", "part", "pages", "pagesInAll", "output")],
+                                 ["failed", "E_INVALIDARG", self.PAGE, 1, 1, None])
                 self.assertRegex("the new markup " + page["markupFault"], f"^{fault}$")
                 self.assertEqual((page["part"], page["decision"]), (self.PAGE, "turned"))
                 report = Path(WORK, "report.html").read_text(encoding="utf-8")
@@ -518,14 +576,15 @@ class MalformedTest(ProgramTestCase):
             with self.subTest(package):
                 self.take(package)
                 arguments = ["run", "in.xps", "-o", "out.xps", "--accept-malformed", "--again", *self.TURNED]
-                _, row, _, again, sum_again = self.run_done(*arguments, "--report", "report.html").splitlines()
-                self.assertRegex(row, f"Landscape on an upright sheet; {fault}; none -> /")
+                printed = self.run_done(*arguments, "--report", "report.html")
+                self.assertRegex(re.sub(r"\s+", " ", printed), f" Landscape note: the page .* mm note: {fault}")
+                *_, again, sum_again = printed.splitlines()
                 self.assertRegex(again, f"^run again: page 1 not judged: {fault}$")
                 self.assertEqual(sum_again, "run again: 0 pages stable; 0 would change; 1 not judged")
                 report = Path(WORK, "report.html").read_text(encoding="utf-8")
                 self.assertIn('<span class="tag failed">malformed</span>', report)
                 self.assertIn('<span class="tag changes">not judged</span>', report)
-                first, second = (json.loads(line) for line in self.run_done(*arguments, "--json").splitlines())
+                first, second, _ = (json.loads(line) for line in self.run_done(*arguments, "--json").splitlines())
                 self.assertRegex("the new markup " + first["markupFault"], f"^{fault}$")
                 self.assertIsNone(second["again"]["isStable"])
 
@@ -562,10 +621,11 @@ class BatchTest(ProgramTestCase):
             "              page 7: expected turned, was not sent",
             "differs    5  ../in.xps --limits 76.2x127-100x200: refitted",
             "              page 1: expected passed, was refitted: 215.9x279.4 mm is outside the limits: now "
-            "CustomMediaSize 76.2x127, scaled to 32 %",
+            "CustomMediaSize 76.2x127 (the lower limit), scaled to 32 %",
             "              page 2: expected turned, was not sent",
             "differs    6  ../in.xps --orientation Landscape: turned",
-            "              page 1: expected no such page, was turned: Landscape on an upright sheet",
+            "              page 1: expected no such page, was turned: Landscape on an upright sheet; the page of 279.4x215.9 mm "
+            "lies across its sheet of 215.9x279.4 mm",
             "              job: expected failed, was done",
             "differs    7  ../foreign.xps: failed 0x80040005",
             "              page 1: expected passed, was not sent",
@@ -583,7 +643,7 @@ class BatchTest(ProgramTestCase):
     def test_each_decision_comes_with_its_reason(self):
         self.take("plain")
         Path(WORK, "none.xml").write_text(USER_TICKET.replace("PageOrientation", "PageScaling").replace("Landscape", "None"))
-        passed, letter = "Portrait on an upright sheet within the limits", "now NorthAmericaLetter 215.9x279.4, "
+        passed, letter = "Portrait on an upright sheet within the limits", "now NorthAmericaLetter 215.9x279.4 (the user's paper), "
         reasons = {
             "": f"passed: {passed}",
             "--media 215.9x355.6": f"passed: {passed}",
@@ -591,14 +651,16 @@ class BatchTest(ProgramTestCase):
             "--media 279.4x215.9": "turned: Portrait on a landscape sheet",
             "--media 215.9x215.9 --orientation Landscape": "passed: Landscape on an upright sheet within the limits",
             "--media ISOA3": f"refitted: 297x420 mm is outside the limits: {letter}scaled to 65 %",
-            "--orientation ReverseLandscape": f"refitted: 279.4x215.9 mm is outside the limits: {letter}scaled to 76 %",
+            "--orientation ReverseLandscape": "refitted: 279.4x215.9 mm is outside the limits: now NorthAmericaLetter "
+                                              "215.9x279.4 (the document's sheet), scaled to 76 %",
             "--media ISOA3 --orientation Landscape": "turned+refitted: Landscape on an upright sheet; 297x420 mm is "
                                                      f"outside the limits: {letter}scaled to 65 %",
             "--media ISOA3 --user-ticket ../none.xml": "refitted: 297x420 mm is outside the limits: "
                                                        f"{letter}scaling stays None",
         }
         done = self.run_table(*(f"../in.xps | {options} | | failed" for options in reasons))
-        self.assertEqual(re.findall(r"page 1: expected no such page, was ([^\r\n]*)", done.stdout), list(reasons.values()))
+        self.assertEqual(re.findall(r"page 1: expected no such page, was (.*?)(?:; the (?:page|medium's name) [^\r\n]*)?[\r\n]", done.stdout),
+                         list(reasons.values()))
 
     def test_a_table_that_cannot_be_used_is_a_line_for_each_fault(self):
         self.take("plain")
@@ -607,26 +669,25 @@ class BatchTest(ProgramTestCase):
                               "in.xps | --device x | y | passed", "in.xps | | |", "in.xps | | | pass",
                               "in.xps | | | passed*0", "in.xps | | | turned*x", "in.xps | | | failed 5",
                               "in.xps | | | failed 0x00000005", "in.xps | | | failed unusable", "in.xps | | | unusable passed",
-                              "in.xps | | | passed")
+                              "in.xps | --user-ticket none.xml | | passed")
         columns = "does not have the four columns document | options | device | expected"
-        unexpected = "The following argument was not expected: "
-        faults = [columns, columns, "names no document", unexpected + "--colour",
-                  "The following arguments were not expected: -o x.xps", "Could not convert: --tessel-type = x",
+        faults = [columns, columns, "names no document", "--colour is no option", "-o is no option", "Could not convert: --tessel-type = x",
                   "has --device or --printer and a device of its column", "expected: says nothing"]
         faults += [f"expected: {word} cannot be understood"
                    for word in ("pass", "passed*0", "turned*x", "5", "0x00000005")]
         faults += [f"expected: {word} stands after the end of the job" for word in ("unusable", "passed")]
+        faults += ["cases\\none.xml: there is no such file"]
         self.assertEqual((done.returncode, done.stdout), (2, ""))
-        self.assertEqual([re.sub(r"x\.xps -o", "-o x.xps", line) for line in done.stderr.splitlines()],
+        self.assertEqual(done.stderr.splitlines(),
                          [f"xpsfilterhost: cases/table.txt:{line}: {fault}" for line, fault in enumerate(faults, 1)])
 
     def test_a_case_that_cannot_be_set_up_does_not_pass_for_a_result(self):
         self.take("plain")
-        faults = {"--user-ticket none.xml": "cases\\none.xml: cannot be read", "--module none.dll": "cannot be loaded"}
+        faults = {"--user-ticket none.xml": "cases\\none.xml: there is no such file", "--module none.dll": "cannot be loaded"}
         for option, values in {
-            "--orientation": ("landscape", "ISOA4"),
-            "--media": ("A4", "210x297mm", "210x", "-210x297", "nanx297", "210x2000000.1"),
-            "--limits": ("76x127", "76x127-215x0", "76x127-215x355mm", "76x127_215x355"),
+            "--orientation": ("Lying", "ISOA4"),
+            "--media": ("A4", "210x297cm", "210x", "-210x297", "nanx297", "210x2000000.1"),
+            "--limits": ("76x127", "76x127-215x0", "76x127-215x355cm", "76x127_215x355"),
         }.items():
             faults.update({f"{option}={value}": f"{option} {value}: is no" for value in values})
         done = self.run_table(*(f"../in.xps | {options} | | unusable" for options in faults), "../in.xps | | | passed")
@@ -635,6 +696,19 @@ class BatchTest(ProgramTestCase):
         for number, (line, fault) in enumerate(zip(lines, faults.values()), 1):
             self.assertTrue(line.startswith(f"xpsfilterhost: cases/table.txt:{number}: ") and fault in line, line)
         self.assertRegex(done.stdout, r"^ok +15 .*\n15 cases: 1 as expected; 0 not; 14 could not be run; ")
+
+    def test_records_a_table_and_writes_results_for_a_test_server(self):
+        self.take("sample")
+        Path(WORK, "cases.txt").write_text("# a comment\nin.xps | | | passed # stays\n\nin.xps|--media ISOA3||passed*5\n")
+        self.run_done("batch", "cases.txt", "--record", "new.txt", "--junit", "junit.xml")
+        outcome = "passed turned passed refitted turned+refitted"
+        self.assertEqual(Path(WORK, "new.txt").read_text(),
+                         f"# a comment\nin.xps | | | {outcome}  # stays\n\nin.xps|--media ISOA3|| {outcome}\n")
+        self.run_done("batch", "new.txt")
+        suite = xml.etree.ElementTree.parse(Path(WORK, "junit.xml")).getroot()
+        self.assertEqual((suite.tag, suite.get("tests"), suite.get("failures"), suite.get("errors")), ("testsuite", "2", "2", "0"))
+        self.assertEqual([case.get("name") for case in suite], ["2: in.xps", "4: in.xps --media ISOA3"])
+        self.assertIn("page 2: expected passed, was turned", suite[1].find("failure").get("message"))
 
     def test_takes_a_module_for_all_cases_that_name_none(self):
         self.take("sample")
@@ -765,8 +839,8 @@ class TicketsTest(ProgramTestCase):
         self.assertEqual(heads[:3] + heads[6:7],
                          ["job /FixedDocumentSequence.fdseq", "document /Documents/1/FixedDocument.fdoc",
                           "page /Documents/1/Pages/1.fpage", "document /Documents/2/FixedDocument.fdoc"])
-        letter = "PageMediaSize = NorthAmericaLetter, MediaSizeWidth 215900, MediaSizeHeight 279400"
-        a4 = "PageMediaSize = ISOA4, MediaSizeWidth 210000, MediaSizeHeight 297000"
+        letter = "PageMediaSize = NorthAmericaLetter, MediaSizeWidth 215900 (215.9 mm), MediaSizeHeight 279400 (279.4 mm)"
+        a4 = "PageMediaSize = ISOA4, MediaSizeWidth 210000 (210 mm), MediaSizeHeight 297000 (297 mm)"
         for block, lines in {
             0: ["  own ticket /Metadata/job.xml", "    " + letter, f"    {letter}  (job)",
                 "    JobInputBin = AutoSelect  (user)", "    ns0000:JobTesselType = ns0000:Type1  (driver default)"],
@@ -775,8 +849,24 @@ class TicketsTest(ProgramTestCase):
         }.items():
             self.assertEqual([line for line in lines if line not in blocks[block].splitlines()], [])
         # The second document's own ticket, and nothing of the first one's.
-        self.assertIn("PageMediaSize = ISOA5, MediaSizeWidth 148000, MediaSizeHeight 210000  (document)", blocks[7])
+        self.assertIn("PageMediaSize = ISOA5, MediaSizeWidth 148000 (148 mm), MediaSizeHeight 210000 (210 mm)  (document)", blocks[7])
         self.assertIn("PageOrientation = Portrait  (job)", blocks[7])
+
+        objects = [json.loads(line) for line in self.run_done("tickets", "in.xps", "--tessel-type", "1", "--json").splitlines()]
+        self.assertEqual([f"{each['level']} {each['part']}" for each in objects], heads)
+        self.assertEqual((objects[0]["own"]["ticket"], objects[2]["own"]), ("/Metadata/job.xml", None))
+        self.assertIn({"name": "PageMediaSize", "value": "ISOA4", "origin": "document",
+                       "properties": {"MediaSizeWidth": "210000", "MediaSizeHeight": "297000"}}, objects[2]["effective"]["settings"])
+
+    def test_names_have_readable_prefixes_whatever_the_document_binds(self):
+        self.take("vendor-prefix")
+        listed = self.run_done("tickets", "in.xps", "--limits", "76.2x127-215.9x355.6")
+        effective = re.split("  effective ticket\n", listed)[1:]
+        for block in effective:
+            names = re.findall(r"^    (\S+) = ", block, re.M)
+            self.assertEqual([name for name in names if "/" in name or names.count(name) > 1], [], block)
+            self.assertEqual(len(names), len({name.rpartition(":")[2] for name in names}), block)
+            self.assertIn("    ns0000 is http://vendor.example/A Printer PS/6.0\n", block)
 
     def test_an_unusable_ticket_is_named(self):
         for name in ("bad-ticket", "foreign-ticket"):

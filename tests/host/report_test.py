@@ -36,7 +36,7 @@ class ReportFileTest(ProgramTestCase):
         self.assertEqual(self.files(), ["in.xps", "out.xps", "plain.xps", "report.html"])
         text = text_of()
         self.assertTrue(text.startswith("<!DOCTYPE html>") and text.endswith("</html>\n"))
-        self.assertEqual(re.findall(r"\b(?:src|href) *=|url *\(|@import|https?:", text), [])
+        self.assertEqual(re.findall(r"\b(?:src|href) *=|url *\(|@import", text), [])
         self.assertIn("default-src 'none'", text)
 
     def test_tells_the_edges_of_a_sheet_in_one_line_where_two_would_lie_over_each_other(self):
@@ -57,7 +57,7 @@ class ReportFileTest(ProgramTestCase):
         table = [("no-page", 2, ["the package"], []),
                  ("not-a-zip", 2, ["Before the first part", "is not a ZIP archive"], []),
                  ("foreign-ticket", 1, [f"At <code>{page}</code>", "the filter failed with 0x"], []),
-                 ("plain", 2, ["none.xml: cannot be read"], ["--user-ticket", "none.xml"])]
+                 ("plain", 2, ["none.xml: there is no such file"], ["--user-ticket", "none.xml"])]
         for package, status, said, options in table:
             with self.subTest(package):
                 self.take(package)
@@ -78,7 +78,7 @@ class ReportFileTest(ProgramTestCase):
         for report, what in table:
             message = self.assert_refused(2, "run", "in.xps", "-o", "out.xps", "--user-ticket", "user.xml", "--report", report)
             self.assertTrue(message.endswith(f"{report.rpartition('/')[2]}: the report would replace {what}"), message)
-        for report, fault in ((".", ": is a folder"), ("none/report.html", ": cannot be created")):
+        for report, fault in ((".", ": is a folder"), ("none/report.html", ": there is no such folder")):
             message = self.assert_refused(2, "run", "in.xps", "-o", "out.xps", "--report", report)
             self.assertTrue(message.endswith(fault), message)
         self.assertEqual({name: Path(WORK, name).read_bytes() for name in self.files()}, before)
@@ -125,11 +125,12 @@ class AgainTest(ProgramTestCase):
             self.assertEqual(text_of().count('<span class="tag stable">stable</span>'), count)
 
     def test_a_page_that_was_put_on_a_sheet_that_lies_would_be_turned(self):
-        reason = "would be turned: ISOA4Rotated 297x210 mm; Portrait on a landscape sheet"
+        reason = ("would be turned: ISOA4Rotated 297x210 mm; Portrait on a landscape sheet; the medium's name becomes ISOA4; "
+                  "the page, scaled to 134.11x103.63 mm, lies across its sheet of 210x297 mm")
         self.assertEqual(self.again("lying-target", *LYING),
                          [f"run again: page 1 {reason}", "run again: 2 pages stable; 1 would change"])
         self.assertIn('<span class="tag changes">would be turned</span> ISOA4Rotated 297x210 mm; Portrait on a '
-                      'landscape sheet.', text_of())
+                      'landscape sheet; the medium', text_of())
         # And so it is.
         self.assertEqual([page["decision"] for page in self.pages_of("out.xps", "--dry-run", *LYING)],
                          ["turned", "passed", "passed"])

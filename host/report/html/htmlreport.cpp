@@ -45,18 +45,19 @@ HtmlReport::HtmlReport(std::filesystem::path target) : m_target(std::move(target
 void HtmlReport::AddPage(const PageReport& page, const CallList& calls)
 {
     const PageBlock block = FormatPageBlock(page, calls);
-    m_blocks.push_back({Keep(block.head), Keep(block.rest), {}});
+    m_blocks.push_back({Keep(block.head), Keep(block.rest), {}, Decide(page)});
     m_decisions.Add(page);
 }
 
 void HtmlReport::AddSecondRun(const PageReport& page)
 {
+    m_hasSecondRun = true;
     m_blocks.at(page.number - 1).again = Keep(FormatSecondRunBlock(page));
 }
 
 void HtmlReport::AddFailure(const Failure& failure, const CallList& calls)
 {
-    m_blocks.push_back({Keep(FormatFailureBlock(failure, calls)), {}, {}});
+    m_blocks.push_back({Keep(FormatFailureBlock(failure, calls)), {}, {}, {}});
     m_hasFailed = true;
 }
 
@@ -65,7 +66,7 @@ void HtmlReport::Finish(const std::string& title, const std::vector<SummaryRow>&
     opc::ReplacedFile file(m_target);
     file.Write(FormatHead(title));
     file.Write(FormatSummary(summary));
-    file.Write("<h2>Pages</h2>\n" + FormatFilter());
+    file.Write("<h2>Pages</h2>\n" + FormatOverview() + FormatFilter());
     for (const Block& block : m_blocks)
     {
         file.Write(Load(block.head));
@@ -91,6 +92,30 @@ std::string HtmlReport::Load(const Piece& piece)
     return html;
 }
 
+std::string HtmlReport::FormatOverview() const
+{
+    constexpr std::size_t fewPages = 10;
+    const std::size_t pages = m_decisions.All();
+    if (pages <= fewPages)
+    {
+        return {};
+    }
+    std::string html = "<nav class=\"overview\" aria-label=\"Overview\">";
+    for (std::size_t first = 0; first < pages;)
+    {
+        std::size_t next = first + 1;
+        while (next < pages && m_blocks[next].decision == m_blocks[first].decision)
+        {
+            ++next;
+        }
+        html += "<a href=\"#page-" + std::to_string(first + 1) + "\">" + std::to_string(first + 1) +
+                (next > first + 1 ? "-" + std::to_string(next) : "") + " " +
+                NameOf(m_blocks[first].decision) + "</a> ";
+        first = next;
+    }
+    return html + (m_hasFailed ? "<a href=\"#failed\">failed</a>" : "") + "</nav>\n";
+}
+
 std::string HtmlReport::FormatFilter() const
 {
     const std::size_t both = m_decisions.Of(Decision::TurnedAndRefitted);
@@ -105,6 +130,10 @@ std::string HtmlReport::FormatFilter() const
     {
         html += std::string("<label><input type=\"checkbox\" value=\"") + kind + "\" checked> " + kind +
                 " (" + std::to_string(count) + ")</label>";
+    }
+    if (m_hasSecondRun)
+    {
+        html += "<label><input type=\"checkbox\" id=\"unstable\"> only those that would change again</label>";
     }
     return html + "<span class=\"quiet\" id=\"shown\" role=\"status\"></span></div>\n";
 }

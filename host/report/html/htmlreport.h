@@ -55,10 +55,12 @@ private:
         Piece head;
         Piece rest;
         Piece again;
+        Decision decision{};
     };
 
     Piece Keep(std::string_view html);
     std::string Load(const Piece& piece);
+    std::string FormatOverview() const;
     std::string FormatFilter() const;
 
     std::filesystem::path m_target;
@@ -66,5 +68,6 @@ private:
     std::vector<Block> m_blocks;
     DecisionCounts m_decisions;
     bool m_hasFailed = false;
+    bool m_hasSecondRun = false;
 };
 } // namespace host::report::html

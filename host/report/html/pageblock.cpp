@@ -6,6 +6,7 @@
 
 #include "host/report/html/htmltext.h"
 #include "host/report/html/pagedrawing.h"
+#include "host/report/pagenotes.h"
 #include "host/report/pageview.h"
 #include "host/report/secondrun.h"
 #include "host/tickets/ticketdiff.h"
@@ -112,11 +113,14 @@ std::string DescribeScaling(const tickets::SheetFacts& ticket)
            xml::FormatNumber(scale.offsetHeightMicrometres / micrometres) + " mm";
 }
 
-std::string FormatMarkupFault(const PageReport& page)
+std::string FormatNotes(const PageReport& page)
 {
-    return page.markupFault.empty() ? ""
-                                    : "<p><b>Malformed, and taken all the same:</b> " +
-                                          EscapeHtml(ExplainMarkupFault(page)) + ".</p>";
+    std::string html;
+    for (const std::string& note : NotesOn(page))
+    {
+        html += "<p class=\"note\"><b>Note:</b> " + EscapeHtml(note) + ".</p>";
+    }
+    return html;
 }
 
 /// How the content is moved, by the markup and by the ticket.
@@ -185,14 +189,17 @@ const char* NameOf(tickets::TicketChange change)
     return "";
 }
 
-std::string FormatCell(const std::optional<std::string>& value, bool isMarked, const std::string& instead)
+std::string FormatCell(const tickets::TicketDifference& difference,
+                       const std::optional<std::string>& value,
+                       bool isMarked,
+                       const std::string& instead)
 {
     if (!value)
     {
         return "<td class=\"quiet\">" + instead + "</td>";
     }
-    return isMarked ? "<td><mark>" + EscapeHtmlName(*value) + "</mark></td>"
-                    : "<td>" + EscapeHtmlName(*value) + "</td>";
+    const std::string text = EscapeHtmlName(tickets::FormatValue(difference.path, *value));
+    return isMarked ? "<td><mark>" + text + "</mark></td>" : "<td>" + text + "</td>";
 }
 
 std::string FormatDifference(const tickets::TicketDifference& difference)
@@ -203,11 +210,12 @@ std::string FormatDifference(const tickets::TicketDifference& difference)
     std::string absent = "not set";
     if (difference.inForce)
     {
-        absent += ", in force: " + EscapeHtmlName(*difference.inForce);
+        absent += ", in force: " + EscapeHtmlName(tickets::FormatValue(difference.path, *difference.inForce));
     }
     return "<tr><th scope=\"row\">" + EscapeHtmlName(difference.path) + "<span class=\"what\">" +
-           NameOf(difference.change) + "</span></th>" + FormatCell(difference.before, isMarked, absent) +
-           FormatCell(difference.after, isMarked, "not set") + "</tr>";
+           NameOf(difference.change) + "</span></th>" +
+           FormatCell(difference, difference.before, isMarked, absent) +
+           FormatCell(difference, difference.after, isMarked, "not set") + "</tr>";
 }
 
 template <typename Wanted>
@@ -254,7 +262,8 @@ std::string FormatTicket(const PageReport& page)
                     : "<p>" + old + " &#8594; " + CodeOf(page.newTicket) + "</p>" +
                           FormatTicketDiff(*page.details);
         html += "<details><summary>Settings in force for the page as it came</summary><pre tabindex=\"0\">" +
-                EscapeHtmlLines(tickets::ListTicket(page.details->effectiveTicket)) + "</pre></details>";
+                EscapeHtmlLines(tickets::FormatListing(tickets::ListTicket(page.details->effectiveTicket))) +
+                "</pre></details>";
     }
     catch (const xml::MarkupError& fault)
     {
@@ -290,7 +299,7 @@ PageBlock FormatPageBlock(const PageReport& page, const CallList& calls)
     PageBlock block;
     block.head = "<section class=\"" + classes + "\" id=\"page-" + number + "\"><h3>Page " + number + tags +
                  "</h3><p class=\"quiet\">" + CodeOf(page.part) + "</p><p><b>Why:</b> " +
-                 EscapeHtml(ExplainDecision(page)) + ".</p>" + FormatMarkupFault(page);
+                 EscapeHtml(ExplainDecision(page)) + ".</p>" + FormatNotes(page);
     block.rest = FormatDrawings(page) + FormatMovement(page) + FormatTicket(page) + FormatCalls(calls, "") +
                  "</section>\n";
     return block;

@@ -2,20 +2,34 @@
 
 // Shows the pages of the kinds that are ticked. All pages are there without it.
 const filter = document.getElementById("filter");
-const boxes = Array.from(filter.querySelectorAll("input"));
+const boxes = Array.from(filter.querySelectorAll("input[value]"));
+const unstable = document.getElementById("unstable");
 const pages = Array.from(document.querySelectorAll("section.page"));
 const count = document.getElementById("shown");
 
+function isWanted(page, kinds) {
+    const isOfKind = kinds.some((kind) => page.classList.contains(kind));
+    return isOfKind && (!unstable?.checked || page.querySelector(".again .changes") !== null);
+}
+
 function showWanted() {
-    const wanted = boxes.filter((box) => box.checked).map((box) => box.value);
+    const kinds = boxes.filter((box) => box.checked).map((box) => box.value);
     let shown = 0;
     for (const page of pages) {
-        page.hidden = !wanted.some((kind) => page.classList.contains(kind));
+        page.hidden = !isWanted(page, kinds);
         shown += page.hidden ? 0 : 1;
     }
     count.textContent = `${shown} of ${pages.length} shown`;
 }
 
 filter.addEventListener("change", showWanted);
+// A link to a page that is not shown shows it.
+addEventListener("hashchange", () => {
+    const target = document.getElementById(location.hash.slice(1));
+    if (target?.hidden) {
+        target.hidden = false;
+        target.scrollIntoView();
+    }
+});
 filter.hidden = false;
 showWanted();

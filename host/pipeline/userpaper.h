@@ -1,0 +1,14 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+#include "platform/win32.h"
+
+namespace host::pipeline
+{
+/// Gives a loaded filter a user whose locale prints on "Letter" or "A4", whatever the locale of this process
+/// is: the filter asks the system for the measurement system when no ticket names a sheet that fits. Without
+/// a paper it gets the system's own answer. One setting holds for all modules of the process.
+void SetUserPaper(HMODULE module, const std::optional<std::string>& paper);
+} // namespace host::pipeline
