@@ -140,8 +140,8 @@ Json ToJson(MediaSize size)
 
 Json ToJson(const tickets::SheetFacts& facts)
 {
-    Json media = ToJson(facts.media);
-    media["name"] = facts.mediaName;
+    Json media = {{"name", facts.mediaName}};
+    media.update(ToJson(facts.media));
     return {{"orientation", facts.orientation}, {"media", media}, {"scaling", facts.scaling}};
 }
 

@@ -659,7 +659,7 @@ class BatchTest(ProgramTestCase):
                                                        f"{letter}scaling stays None",
         }
         done = self.run_table(*(f"../in.xps | {options} | | failed" for options in reasons))
-        self.assertEqual(re.findall(r"page 1: expected no such page, was (.*?)(?:; the (?:page|medium's name) [^\r\n]*)?[\r\n]", done.stdout),
+        self.assertEqual(re.findall(r"page 1: expected no such page, was (.*?)(?:; the (?:page|medium's name)[ ,][^\r\n]*)?[\r\n]", done.stdout),
                          list(reasons.values()))
 
     def test_a_table_that_cannot_be_used_is_a_line_for_each_fault(self):
@@ -862,11 +862,11 @@ class TicketsTest(ProgramTestCase):
         self.take("vendor-prefix")
         listed = self.run_done("tickets", "in.xps", "--limits", "76.2x127-215.9x355.6")
         effective = re.split("  effective ticket\n", listed)[1:]
-        for block in effective:
+        for block in (re.match(r"(?:    .*\n)*", each)[0] for each in effective):
             names = re.findall(r"^    (\S+) = ", block, re.M)
             self.assertEqual([name for name in names if "/" in name or names.count(name) > 1], [], block)
             self.assertEqual(len(names), len({name.rpartition(":")[2] for name in names}), block)
-            self.assertIn("    ns0000 is http://vendor.example/A Printer PS/6.0\n", block)
+            self.assertRegex(block, r"    \w+ is http://vendor\.example/A Printer PS/6\.0\n")
 
     def test_an_unusable_ticket_is_named(self):
         for name in ("bad-ticket", "foreign-ticket"):

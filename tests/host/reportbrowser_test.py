@@ -6,7 +6,7 @@ import unittest
 from pathlib import Path
 
 import browser
-from hostprogram import WORK, ProgramTestCase, run
+from hostprogram import WORK, ProgramTestCase, run, write_document
 
 VISIBLE = ("Array.from(document.querySelectorAll('section.page')).filter((page) => page.checkVisibility())"
            ".map((page) => page.id)")
@@ -73,6 +73,20 @@ class ReportTest(ProgramTestCase):
             self.browser.click(f"#filter input[value={kind}]")
             self.assertEqual(self.browser.ask(VISIBLE), left)
             self.assertEqual(self.browser.ask(status), f"{len(left)} of 5 shown")
+
+    def test_long_reports_have_an_overview_and_unstable_pages_a_filter(self):
+        self.report("lying-target", "--limits", "76.2x127-300x300")
+        self.browser.click("#unstable")
+        self.assertEqual(self.browser.ask(VISIBLE), ["page-1"])
+        page = "<FixedPage xmlns='http://schemas.microsoft.com/xps/2005/06' Width='816' Height='1056'/>"
+        write_document("many.xps", [page] * 13)
+        self.assertEqual(run("run", "many.xps", "--dry-run", "--report", "many.html").returncode, 0)
+        self.report("many")
+        self.assertEqual(self.browser.ask("Array.from(document.querySelectorAll('.overview a')).map((each) => each.textContent)"),
+                         ["1-13 passed"])
+        self.browser.click("#filter input[value=passed]")
+        self.browser.click(".overview a")
+        self.assertEqual(self.browser.ask(VISIBLE), ["page-1"])
 
     def test_nothing_is_wider_than_a_phone(self):
         self.report("sample", width=360)
