@@ -23,12 +23,11 @@ function showWanted() {
 }
 
 filter.addEventListener("change", showWanted);
-// A link to a page that is not shown shows it.
-addEventListener("hashchange", () => {
-    const target = document.getElementById(location.hash.slice(1));
-    if (target?.hidden) {
+// A link to a page that is not shown shows it, before the browser jumps there.
+addEventListener("click", (event) => {
+    const target = document.getElementById(event.target.closest("a[href^='#']")?.hash.slice(1));
+    if (target) {
         target.hidden = false;
-        target.scrollIntoView();
     }
 });
 filter.hidden = false;
