@@ -22,16 +22,16 @@ constexpr const char* kFooter = R"(Examples (sample.xps stands for any XPS or Op
   xpsfilterhost batch cases.txt
   xpsfilterhost diff sample.xps out.xps
 
-Lengths are typed in millimetres; page sizes are told in pixels of 1/96 inch.
+Lengths are millimetres.
 Exit status: 0 done; 1 the filter failed, with its HRESULT and the part it was at, or batch or
 diff found a difference; 2 the document, a file or an argument cannot be used; 130 stopped by
 Ctrl-C. A failure is one line on stderr; batch has one for each row of its table that cannot
 be used.)";
 
 constexpr const char* kRunFooter =
-    R"(Prints one line a page: its size before and after in pixels of 1/96 inch, the orientation,
-the medium and the limits that its ticket asks for in millimetres, what the filter decided
-and why, and its ticket, old and new. The output appears only when the whole document has
+    R"(Prints one line for each page, or for a run of equal pages: what the filter decided, the size
+of the page and of its sheet before and after, in millimetres, and why. --details adds the
+tickets and the limits. The output appears only when the whole document has
 been written; an existing file of that name is then replaced. It must not be the input
 itself. --report writes a page of HTML that shows it all, also when the run fails.
 

@@ -37,7 +37,7 @@ public:
     }
 
     // Parts of the tree must be of this pipeline: E_INVALIDARG otherwise. They must come in the order in
-    // which they were handed out, all streams to a part's new contents closed exactly once before it is sent,
+    // which the filter got them, all streams to a part's new contents closed exactly once before it is sent,
     // a new ticket with one part only, and nothing after CloseSender: E_UNEXPECTED otherwise. A page's new
     // markup must be a page's, as far as ReadPage tells, unless the job takes any: E_INVALIDARG otherwise.
 

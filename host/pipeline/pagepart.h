@@ -29,7 +29,7 @@ public:
     STDMETHODIMP GetPartCompression(EXpsCompressionOptions* compression) override;
     STDMETHODIMP SetPartCompression(EXpsCompressionOptions compression) override;
     STDMETHODIMP GetPrintTicket(IPartPrintTicket** ticket) override;
-    /// Gives the page's print ticket by its name; other resources are not handed out.
+    /// Gives the page's print ticket by its name; other resources are not provided.
     STDMETHODIMP GetPagePart(const wchar_t* uri, IUnknown** part) override;
     /// E_UNEXPECTED for a second time.
     STDMETHODIMP GetWriteStream(IPrintWriteStream** stream) override;

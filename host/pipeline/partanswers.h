@@ -17,7 +17,7 @@ inline constexpr HRESULT kElementNotFound = __HRESULT_FROM_WIN32(ERROR_NOT_FOUND
 /// The body of GetUri.
 [[nodiscard]] HRESULT CopyPartUri(const opc::PartName& name, BSTR* uri);
 
-/// The body of GetStream for a part of the package; with an edit the content is handed out as that makes it.
+/// The body of GetStream for a part of the package; with an edit, the edited content.
 [[nodiscard]] HRESULT OpenPartContent(const PipelineJob& job,
                                       const opc::PartName& name,
                                       IPrintReadStream** stream,

@@ -42,16 +42,16 @@ struct PipelineJob
     opc::PackageWriter* writer;
     CallTrace& trace;
 
-    /// The part that was handed out last, for messages.
+    /// The part that the filter got last, for messages.
     std::string currentPart;
 
-    /// The parts of the tree that were handed out and those that came back, which they must in the same
+    /// The parts of the tree that the filter got, and those that it sent. It must send them in the same
     /// order: it is the source's own tree that is written.
     std::size_t handedOut = 0;
     std::size_t sent = 0;
     bool isReadToEnd = false;
 
-    /// What the document's tickets are handed out as; empty for tickets as they stand.
+    /// Changes the document's tickets for the filter; empty for tickets as they stand.
     TicketEdit editTicket;
 
     /// Whether new markup is taken that is not well-formed or lies in no namespace of XPS.

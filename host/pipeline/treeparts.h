@@ -22,7 +22,7 @@ public:
 
     explicit DocumentRootPart(PipelineJobPtr job) : m_pJob(std::move(job)), m_place(m_pJob->handedOut++) {}
 
-    /// Thumbnails stay where they are and are not handed out.
+    /// Thumbnails stay where they are and are not provided.
     STDMETHODIMP GetThumbnail(IPartThumbnail** thumbnail) override;
     STDMETHODIMP SetThumbnail(IPartThumbnail* thumbnail) override;
 
