@@ -6,7 +6,8 @@ script=$1 work=$2
 rm -rf "$work"
 mkdir -p "$work"/{scripts,cmake,build,tools}
 cp "$script" "$work/scripts/run"
-printf '#!/bin/sh\n' | tee "$work/scripts/setup" >"$work/tools/cmake"
+printf '#!/bin/sh\necho "setup: a step"\n' >"$work/scripts/setup"
+printf '#!/bin/sh\n[ "$1" != --build ] || echo "[1/2] a step"\n' >"$work/tools/cmake"
 printf '#!/bin/sh\nshift\necho "$@"\n' >"$work/cmake/wine-run"
 chmod +x "$work"/{scripts/setup,tools/cmake,cmake/wine-run}
 cd "$work"
@@ -17,7 +18,8 @@ status=0
 expect() {
     local wanted=$1 printed
     shift
-    printed=$(scripts/run "$@" 2>&1 || true)
+    printed=$(scripts/run "$@" 2>errors || true)
+    [ -n "$printed" ] || printed=$(<errors)
     if [ "$printed" != "$wanted" ]; then
         printf 'run %s\n  starts:   %s\n  expected: %s\n' "$*" "$printed" "$wanted"
         status=1
@@ -32,4 +34,8 @@ expect "run: name the document to write, as scripts/run in.xps OUT.xps, or say -
 expect "run: none.xps: there is no such file" none.xps
 expect "tickets in.xps" tickets in.xps
 expect "--help" --help
+if [ "$(<errors)" != $'setup: a step\nrun: building in 2 steps' ]; then
+    echo "the error output is: $(<errors)"
+    status=1
+fi
 exit $status
