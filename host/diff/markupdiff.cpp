@@ -1,25 +1,96 @@
-#include "host/diff/markupdiff.h"
+#include "host/diff/packagediff.h"
 
 #include <algorithm>
 #include <map>
 #include <utility>
 #include <vector>
 
-#include "host/diff/differencetext.h"
-#include "host/diff/packeditems.h"
 #include "host/tickets/ticketdocument.h"
+#include "host/xml/encoding.h"
 #include "host/xml/prefixscope.h"
 
 namespace host::diff
 {
 namespace
 {
-constexpr std::string_view kBlanks = " \t\r\n";
+/// A start tag or a text: what is compared.
+struct Item
+{
+    /// A text has the depth of the tags beside it.
+    int depth = 0;
+    /// With the namespace; empty for a text.
+    std::string name;
+    std::string text;
+    std::map<std::string, std::string> attributes;
+};
+
+/// The items of a document in one block of bytes, which takes little more memory than the document. A list of
+/// items would take too much: each has a map of its attributes, and a part of 64 MB may consist of short
+/// tags.
+class PackedItems
+{
+public:
+    void Append(const Item& item)
+    {
+        Put(std::to_string(item.depth));
+        Put(item.name);
+        Put(item.text);
+        for (const auto& [name, value] : item.attributes)
+        {
+            Put(name);
+            Put(value);
+        }
+        m_bytes += kItemEnd;
+    }
+
+    /// Empty after the last one.
+    std::optional<Item> Next()
+    {
+        if (m_position == m_bytes.size())
+        {
+            return std::nullopt;
+        }
+        Item item;
+        item.depth = std::stoi(Take());
+        item.name = Take();
+        item.text = Take();
+        while (m_bytes[m_position] != kItemEnd)
+        {
+            std::string name = Take();
+            item.attributes.emplace(std::move(name), Take());
+        }
+        ++m_position;
+        return item;
+    }
+
+private:
+    // XML cannot contain either.
+    static constexpr char kFieldEnd = '\0';
+    static constexpr char kItemEnd = '\1';
+
+    void Put(std::string_view field) { m_bytes.append(field) += kFieldEnd; }
+
+    std::string Take()
+    {
+        const std::size_t end = m_bytes.find(kFieldEnd, m_position);
+        std::string field = m_bytes.substr(m_position, end - m_position);
+        m_position = end + 1;
+        return field;
+    }
+
+    std::string m_bytes;
+    std::size_t m_position = 0;
+};
 
 std::string QualifiedName(std::string_view namespaceUri, std::string_view localName)
 {
     return namespaceUri.empty() ? std::string(localName)
                                 : "{" + std::string(namespaceUri) + "}" + std::string(localName);
+}
+
+std::string LocalName(const std::string& qualifiedName)
+{
+    return qualifiedName.substr(qualifiedName.find('}') + 1);
 }
 
 /// "psk:ISOA4" as "ISOA4 in " its namespace; any other text as it stands.
@@ -30,12 +101,10 @@ std::string Expand(const std::string& text, const xml::PrefixScope& scope)
     return namespaceUri == nullptr ? text : text.substr(colon + 1) + " in " + *namespaceUri;
 }
 
-/// Forwards tags and text as items.
+/// Collects the tags and texts of a document.
 class ItemListener final : public xml::Listener
 {
 public:
-    explicit ItemListener(const std::function<void(const Item&)>& onItem) : m_onItem(onItem) {}
-
     bool WantsText() const override { return true; }
 
     void OnStart(xml::Element element) override
@@ -52,7 +121,7 @@ public:
             item.attributes.emplace(QualifiedName(attribute.namespaceUri, attribute.localName),
                                     isName || isType ? Expand(attribute.value, m_scope) : attribute.value);
         }
-        m_onItem(item);
+        m_items.Append(item);
     }
 
     void OnEnd() override
@@ -63,139 +132,174 @@ public:
 
     void OnText(const std::string& text) override
     {
-        if (text.find_first_not_of(kBlanks) != text.npos)
+        if (text.find_first_not_of(" \t\r\n") != text.npos)
         {
-            m_onItem({m_depth, {}, text, {}});
+            m_items.Append({m_depth, {}, text, {}});
         }
     }
 
+    PackedItems TakeItems() { return std::move(m_items); }
+
 private:
-    const std::function<void(const Item&)>& m_onItem;
+    PackedItems m_items;
     xml::PrefixScope m_scope;
     // That of what stands directly in the innermost open element.
     int m_depth = 0;
 };
 
-void ReadItems(std::string_view markup, const std::function<void(const Item&)>& onItem)
+PackedItems ReadItems(std::string_view markup)
 {
-    ItemListener listener(onItem);
+    ItemListener listener;
     xml::Reader().Read(markup, listener);
+    return listener.TakeItems();
 }
 
-std::string DescribeItem(const Item* item)
+/// The position in a document as an XPath without namespaces.
+class ElementPath
 {
-    if (item == nullptr)
+public:
+    void Enter(const Item& item)
     {
-        return "nothing more";
+        const std::string name = LocalName(item.name);
+        // Deeper levels have ended.
+        m_levels.resize(static_cast<std::size_t>(item.depth) + 1);
+        const std::size_t number = ++m_levels.back().children[name];
+        m_levels.back().step = item.depth == 0 ? name : name + "[" + std::to_string(number) + "]";
     }
-    return item->name.empty() ? "text" : "<" + LocalName(item->name) + ">";
+
+    /// The path of the parent of items at this depth.
+    std::string ParentOf(int depth) const
+    {
+        std::string path;
+        for (int level = 0; level < std::min(depth, static_cast<int>(m_levels.size())); ++level)
+        {
+            path += "/" + m_levels[static_cast<std::size_t>(level)].step;
+        }
+        return path.empty() ? "/" : path;
+    }
+
+private:
+    /// The elements at one depth that have the same parent.
+    struct Level
+    {
+        std::map<std::string, std::size_t> children;
+        std::string step;
+    };
+
+    std::vector<Level> m_levels;
+};
+
+/// Part of a text from `start` on, with visible line ends and tabs.
+std::string Excerpt(std::string_view text, std::size_t start, std::size_t length)
+{
+    std::string shown = start > 0 ? "..." : "";
+    for (const char c : text.substr(std::min(start, text.size())))
+    {
+        const bool isContinued = xml::IsUtf8Continuation(c);
+        if (length == 0 && !isContinued)
+        {
+            return shown + "...";
+        }
+        length -= isContinued ? 0 : 1;
+        const std::size_t control = std::string_view("\n\r\t").find(c);
+        shown += control == std::string_view::npos ? std::string(1, c) : std::string("\\") + "nrt"[control];
+    }
+    return shown;
 }
 
-std::string ValueOr(const std::map<std::string, std::string>& values, const std::string& name)
+/// Two values side by side, long ones cut to where they differ: "816 -> 1056.00".
+std::string FormatChange(std::string_view one, std::string_view other)
 {
-    const auto found = values.find(name);
-    return found == values.end() ? "none" : found->second;
+    constexpr std::size_t shownLength = 60;
+    constexpr std::size_t shownBefore = 20;
+    const auto parted = std::mismatch(one.begin(), one.end(), other.begin(), other.end());
+    const auto alike = static_cast<std::size_t>(parted.first - one.begin());
+    const bool isLong = std::max(one.size(), other.size()) > shownLength;
+    std::size_t start = isLong && alike > shownBefore ? alike - shownBefore : 0;
+    // Do not start in the middle of a character.
+    while (start > 0 && xml::IsUtf8Continuation(one[start]))
+    {
+        --start;
+    }
+    return Excerpt(one, start, shownLength) + " -> " + Excerpt(other, start, shownLength);
 }
 
 /// Compares two tags of the same name.
 std::optional<std::string> FindAttributeDifference(const Item& one, const Item& other)
 {
+    const auto valueOf = [](const Item& item, const std::string& name) {
+        const auto found = item.attributes.find(name);
+        return found == item.attributes.end() ? std::nullopt : std::optional(found->second);
+    };
     for (const Item* const item : {&one, &other})
     {
         for (const auto& [name, value] : item->attributes)
         {
-            if (!one.attributes.contains(name) || !other.attributes.contains(name) ||
-                one.attributes.at(name) != other.attributes.at(name))
+            const auto before = valueOf(one, name);
+            const auto after = valueOf(other, name);
+            if (before != after)
             {
                 return "/@" + LocalName(name) + ": " +
-                       FormatChange(ValueOr(one.attributes, name), ValueOr(other.attributes, name));
+                       FormatChange(before.value_or("none"), after.value_or("none"));
             }
         }
     }
     return std::nullopt;
 }
 
-/// Compares the items of one document with those of another.
-class Comparison
+/// Where the trees differ. An item that is deeper is named by the innermost element that both trees have.
+std::string DescribeBranch(const ElementPath& path,
+                           const std::optional<Item>& one,
+                           const std::optional<Item>& other)
 {
-public:
-    explicit Comparison(PackedItems& expected) : m_expected(expected) {}
-
-    void Take(const Item& item)
+    const int depth = std::max(one ? one->depth : 0, other ? other->depth : 0);
+    const auto describe = [&](const std::optional<Item>& item, const auto& nameOf) {
+        return !item || item->depth != depth ? std::string("nothing more")
+               : item->name.empty()          ? std::string("text")
+                                             : "<" + nameOf(item->name) + ">";
+    };
+    std::string from = describe(one, LocalName);
+    std::string to = describe(other, LocalName);
+    if (from == to)
     {
-        if (!m_difference)
-        {
-            Compare(m_expected.Next(), &item);
-        }
+        // Elements of the same name in two namespaces.
+        from = describe(one, std::identity());
+        to = describe(other, std::identity());
     }
-
-    std::optional<std::string> Finish()
-    {
-        if (!m_difference)
-        {
-            Compare(m_expected.Next(), nullptr);
-        }
-        return m_difference;
-    }
-
-private:
-    void Compare(const std::optional<Item>& one, const Item* other)
-    {
-        const Item* const first = one ? &*one : nullptr;
-        if (first == nullptr && other == nullptr)
-        {
-            return;
-        }
-        if (first == nullptr || other == nullptr || first->depth != other->depth ||
-            first->name != other->name)
-        {
-            DescribeBranch(first, other);
-            return;
-        }
-        if (first->name.empty())
-        {
-            if (first->text != other->text)
-            {
-                m_difference = m_path.ParentOf(first->depth) + ": " + FormatChange(first->text, other->text);
-            }
-            return;
-        }
-        m_path.Enter(*first);
-        if (const auto difference = FindAttributeDifference(*first, *other))
-        {
-            m_difference = m_path.ParentOf(first->depth + 1) + *difference;
-        }
-    }
-
-    /// The trees differ here. An item that is deeper is named by the innermost element that both trees have.
-    void DescribeBranch(const Item* one, const Item* other)
-    {
-        const int depth = std::max(one != nullptr ? one->depth : 0, other != nullptr ? other->depth : 0);
-        const Item* const inOne = one != nullptr && one->depth == depth ? one : nullptr;
-        const Item* const inOther = other != nullptr && other->depth == depth ? other : nullptr;
-        std::string from = DescribeItem(inOne);
-        std::string to = DescribeItem(inOther);
-        if (from == to)
-        {
-            from = "<" + one->name + ">";
-            to = "<" + other->name + ">";
-        }
-        m_difference = m_path.ParentOf(depth) + ": " + from + " -> " + to;
-    }
-
-    PackedItems& m_expected;
-    ElementPath m_path;
-    std::optional<std::string> m_difference;
-};
+    return path.ParentOf(depth) + ": " + from + " -> " + to;
+}
 } // namespace
 
 std::optional<std::string> FindMarkupDifference(std::string_view one, std::string_view other)
 {
-    PackedItems items;
-    ReadItems(one, [&](const Item& item) { items.Append(item); });
-    Comparison comparison(items);
-    ReadItems(other, [&](const Item& item) { comparison.Take(item); });
-    return comparison.Finish();
+    PackedItems before = ReadItems(one);
+    PackedItems after = ReadItems(other);
+    ElementPath path;
+    for (;;)
+    {
+        const std::optional<Item> first = before.Next();
+        const std::optional<Item> second = after.Next();
+        if (!first && !second)
+        {
+            return std::nullopt;
+        }
+        if (!first || !second || first->depth != second->depth || first->name != second->name)
+        {
+            return DescribeBranch(path, first, second);
+        }
+        if (first->name.empty())
+        {
+            if (first->text != second->text)
+            {
+                return path.ParentOf(first->depth) + ": " + FormatChange(first->text, second->text);
+            }
+            continue;
+        }
+        path.Enter(*first);
+        if (const auto difference = FindAttributeDifference(*first, *second))
+        {
+            return path.ParentOf(first->depth + 1) + *difference;
+        }
+    }
 }
-
 } // namespace host::diff

@@ -2,10 +2,8 @@
 
 #include <algorithm>
 #include <map>
-#include <optional>
 #include <set>
 
-#include "host/diff/markupdiff.h"
 #include "host/opc/relationships.h"
 #include "host/xml/markup.h"
 #include "host/xml/reader.h"
