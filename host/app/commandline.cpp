@@ -1,13 +1,13 @@
 #include "host/app/commandline.h"
 
 #include <algorithm>
-#include <array>
 #include <iterator>
 #include <sstream>
 #include <stdexcept>
 
 #include <CLI/CLI.hpp>
 
+#include "embedded/helptexts.h"
 #include "host/job/joboptions.h"
 #include "host/xml/text.h"
 
@@ -15,95 +15,33 @@ namespace host::app
 {
 namespace
 {
-constexpr const char* kFooter = R"(Examples (sample.xps stands for any XPS or OpenXPS document):
-  xpsfilterhost run sample.xps -o out.xps
-  xpsfilterhost run sample.xps --dry-run --orientation Landscape --media ISOA4
-  xpsfilterhost tickets sample.xps
-  xpsfilterhost batch cases.txt
-  xpsfilterhost diff sample.xps out.xps
-
-Lengths are millimetres.
-Exit status: 0 done; 1 the filter failed, with its HRESULT and the part it was at, or batch or
-diff found a difference; 2 the document, a file or an argument cannot be used; 130 stopped by
-Ctrl-C. A failure is one line on stderr; batch has one for each row of its table that cannot
-be used.)";
-
-constexpr const char* kRunFooter =
-    R"(Prints one line for each page, or for a run of equal pages: what the filter decided, the size
-of the page and of its sheet before and after, in millimetres, and why. --details adds the
-tickets and the limits. The output appears only when the whole document has
-been written; an existing file of that name is then replaced. It must not be the input
-itself. --report writes a page of HTML that shows it all, also when the run fails.
-
-Lengths of --media and --limits are millimetres, those of --json micrometres.
-
-Examples (sample.xps stands for any XPS or OpenXPS document):
-  xpsfilterhost run sample.xps -o out.xps
-  xpsfilterhost run sample.xps -o out.xps --report out.html --again
-  xpsfilterhost run sample.xps -o out.xps --media ISOA3 --limits 76.2x127-215.9x355.6
-  xpsfilterhost run sample.xps --dry-run --json --orientation Landscape)";
-
-constexpr const char* kTicketsFooter =
-    R"(Prints, for the job, each document and each page, its own ticket and the effective one, and
-for each value of that the level that it comes from: page, document, job, user, or the
-driver's default ticket; or the device, where it does not take what was asked for.
-Lengths in tickets are micrometres; those of --media and --limits are millimetres (mm).
-
-Examples (sample.xps stands for any XPS or OpenXPS document):
-  xpsfilterhost tickets sample.xps
-  xpsfilterhost tickets sample.xps --media ISOA3 --limits 76.2x127-215.9x355.6
-  xpsfilterhost tickets sample.xps --tessel-type 1)";
-
-constexpr const char* kBatchFooter =
-    R"(CASES is a text, one line a case, with "|" between its four columns; "#" starts a comment:
-
-  # document  | options of run            | device     | expected
-  sample.xps  |                           |            | passed turned passed refitted turned+refitted
-  sample.xps  | --user-ticket a4.xml      | duplex.xml | passed*3 refitted turned+refitted
-  broken.xps  | --media 210x297           |            | passed failed 0x80070005
-  letter.txt  |                           |            | unusable
-
-Expected is what becomes of each page, in order, "*N" for N alike; then, where the job does
-not come to its end, "failed", with or without the filter's HRESULT, or "unusable" for a
-document that cannot be read. Paths start at the table's folder; lengths are millimetres.
-No document is written.
-
-Prints one line a case, and for each page that differs what was expected, what it became
-and why. Exit status: 0 all as expected; 1 something differs; 2 a line of the table cannot
-be used.
-
-Examples (cases.txt stands for any table):
-  xpsfilterhost batch cases.txt
-  xpsfilterhost batch cases.txt --module pagevalidatefilter.dll)";
-
-constexpr const char* kDiffFooter =
-    R"(Prints one line a part: identical, changed, added or removed; and for a changed one where it
-differs first, with what it says in A and in B.
-
-Parts are compared by what they hold, however it is stored: XML as XML, whatever the encoding,
-the prefixes, the order of attributes, comments and blanks between elements; relationships by
-their targets and content types as sets; anything else byte by byte. Part names agree in any
-case. Exit status: 0 the same; 1 something differs; 2 a document cannot be used.
-
-Examples (sample.xps and out.xps stand for any XPS or OpenXPS documents):
-  xpsfilterhost diff sample.xps out.xps
-  xpsfilterhost diff sample.xps out.xps --changes)";
-
-void AddInput(CLI::App& command, std::filesystem::path& input)
+/// The text of a help file, without the end of its last line.
+std::string HelpOf(std::string_view file)
 {
-    job::AddText(command, "IN", input, "The XPS or OpenXPS document to read")->required();
+    return std::string(file.substr(0, file.size() - 1));
 }
 
-CLI::App* AddRun(CLI::App& app, RunCommand& command)
+CLI::App* AddCommand(CLI::App& app, const char* name, const char* description, std::string_view help)
 {
-    CLI::App* const run = app.add_subcommand("run", "Run the filter over a document");
-    run->footer(kRunFooter);
-    AddInput(*run, command.job.document);
+    CLI::App* const command = app.add_subcommand(name, description);
+    command->footer(HelpOf(help));
+    return command;
+}
+
+job::TextOption InputOf(std::filesystem::path& document)
+{
+    return {"IN", "TEXT", &document, "The XPS or OpenXPS document to read"};
+}
+
+void AddRun(CLI::App& app, RunCommand& command)
+{
+    CLI::App* const run = AddCommand(app, "run", "Run the filter over a document", kRunHelp);
+    job::AddText(*run, InputOf(command.job.document))->required();
     job::AddJobOptions(*run, command.job);
     job::AddModule(*run, command.job.module);
     job::AddAcceptMalformed(*run, command.job.acceptsMalformed);
     CLI::Option* const output =
-        job::AddText(*run, "-o,--output", command.job.output, "The document to write")->type_name("OUT");
+        job::AddText(*run, {"-o,--output", "OUT", &command.job.output, "The document to write"});
     const CLI::Option* const dryRun =
         run->add_flag("--dry-run")->description("Write no document")->excludes(output);
     run->add_option("--compression", command.job.compression, "How hard to compress new parts (default: 6)")
@@ -122,8 +60,8 @@ CLI::App* AddRun(CLI::App& app, RunCommand& command)
            "Print these pages only, as 1-3,7")
         ->type_name("PAGES");
     run->add_flag("--changes", command.showsChangesOnly, "Leave out pages that were passed");
-    job::AddText(*run, "--report", command.report, "Write a page that shows what became of each page")
-        ->type_name("HTML");
+    job::AddText(*run,
+                 {"--report", "HTML", &command.report, "Write a page that shows what became of each page"});
     run->add_flag(
            "--again", command.runsAgain, "Tell what the filter would change if it ran over OUT once more")
         ->needs(output);
@@ -133,43 +71,37 @@ CLI::App* AddRun(CLI::App& app, RunCommand& command)
             throw CLI::RequiredError("--output or --dry-run");
         }
     });
-    return run;
 }
 
-CLI::App* AddTickets(CLI::App& app, TicketsCommand& command)
+void AddTickets(CLI::App& app, TicketsCommand& command)
 {
     CLI::App* const tickets =
-        app.add_subcommand("tickets", "Show each level's ticket and where its values come from");
-    tickets->footer(kTicketsFooter);
-    AddInput(*tickets, command.job.document);
+        AddCommand(app, "tickets", "Show each level's ticket and where its values come from", kTicketsHelp);
+    job::AddText(*tickets, InputOf(command.job.document))->required();
     job::AddJobOptions(*tickets, command.job);
     tickets->add_flag(
         "--json", command.asJson, "Print one JSON object for the job, each document and each page");
-    return tickets;
 }
 
-CLI::App* AddBatch(CLI::App& app, BatchCommand& command)
+void AddBatch(CLI::App& app, BatchCommand& command)
 {
-    CLI::App* const batch = app.add_subcommand("batch", "Run the filter over a table of cases");
-    batch->footer(kBatchFooter);
-    job::AddText(*batch, "CASES", command.input, "The table of documents and what is expected of them")
+    CLI::App* const batch = AddCommand(app, "batch", "Run the filter over a table of cases", kBatchHelp);
+    job::AddText(*batch,
+                 {"CASES", "TEXT", &command.input, "The table of documents and what is expected of them"})
         ->required();
     job::AddModule(*batch, command.module);
     job::AddText(
-        *batch, "--record", command.record, "Write the table with what happens now as what is expected")
-        ->type_name("OUT");
-    job::AddText(*batch, "--junit", command.junit, "Write the results for a test server")->type_name("FILE");
-    return batch;
+        *batch,
+        {"--record", "OUT", &command.record, "Write the table with what happens now as what is expected"});
+    job::AddText(*batch, {"--junit", "FILE", &command.junit, "Write the results for a test server"});
 }
 
-const CLI::App* AddDiff(CLI::App& app, DiffCommand& command)
+void AddDiff(CLI::App& app, DiffCommand& command)
 {
-    CLI::App* const diff = app.add_subcommand("diff", "Compare two documents part by part");
-    diff->footer(kDiffFooter);
-    job::AddText(*diff, "A", command.input, "An XPS or OpenXPS document")->required();
-    job::AddText(*diff, "B", command.other, "What it is compared with")->required();
+    CLI::App* const diff = AddCommand(app, "diff", "Compare two documents part by part", kDiffHelp);
+    job::AddText(*diff, {"A", "TEXT", &command.input, "An XPS or OpenXPS document"})->required();
+    job::AddText(*diff, {"B", "TEXT", &command.other, "What it is compared with"})->required();
     diff->add_flag("--changes", command.showsChangesOnly, "Leave out parts that are identical");
-    return diff;
 }
 
 Notice RefuseArguments(const std::string& fault)
@@ -179,13 +111,13 @@ Notice RefuseArguments(const std::string& fault)
 }
 
 /// Throws std::runtime_error if the first argument is neither a command nor an option.
-void RequireCommand(const std::vector<std::string>& arguments, const std::array<const CLI::App*, 4>& parsers)
+void RequireCommand(const std::vector<std::string>& arguments, const CLI::App& app)
 {
     std::vector<std::string> names;
     std::string all;
-    for (const CLI::App* parser : parsers)
+    for (const CLI::App* const command : app.get_subcommands(nullptr))
     {
-        names.push_back(parser->get_name());
+        names.push_back(command->get_name());
         all += (all.empty() ? "" : ", ") + names.back();
     }
     const std::string word = arguments.empty() ? std::string() : arguments.front();
@@ -236,19 +168,19 @@ Command ParseCommandLine(const std::vector<std::string>& arguments)
     app.allow_windows_style_options(false);
     app.require_subcommand(1);
     app.set_version_flag("--version", "xpsfilterhost " HOST_VERSION, "Print name and version and exit");
-    app.footer(kFooter);
+    app.footer(HelpOf(kProgramHelp));
 
     RunCommand run;
     TicketsCommand tickets;
     BatchCommand batch;
     DiffCommand diff;
-    const CLI::App* const runParser = AddRun(app, run);
-    const CLI::App* const ticketsParser = AddTickets(app, tickets);
-    const CLI::App* const batchParser = AddBatch(app, batch);
-    const std::array<const CLI::App*, 4> parsers{runParser, ticketsParser, batchParser, AddDiff(app, diff)};
+    AddRun(app, run);
+    AddTickets(app, tickets);
+    AddBatch(app, batch);
+    AddDiff(app, diff);
     try
     {
-        RequireCommand(arguments, parsers);
+        RequireCommand(arguments, app);
         // The parser takes its arguments from the back.
         app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
     }
@@ -259,24 +191,16 @@ Command ParseCommandLine(const std::vector<std::string>& arguments)
         {
             return Notice{ExitStatus::Done, text.str()};
         }
-        const auto* const parser = std::find_if(
-            std::begin(parsers), std::end(parsers), [](const CLI::App* each) { return each->parsed(); });
-        const std::string fault =
-            job::DescribeParseError(app, parser == std::end(parsers) ? app : **parser, stop);
-        return RefuseArguments(fault);
+        const auto parsed = app.get_subcommands();
+        return RefuseArguments(job::DescribeParseError(app, parsed.empty() ? app : *parsed.front(), stop));
     }
     catch (const std::runtime_error& fault)
     {
         return RefuseArguments(fault.what());
     }
-    if (runParser->parsed())
-    {
-        return run;
-    }
-    if (ticketsParser->parsed())
-    {
-        return tickets;
-    }
-    return batchParser->parsed() ? Command(batch) : Command(diff);
+    return app.got_subcommand("run")       ? Command(run)
+           : app.got_subcommand("tickets") ? Command(tickets)
+           : app.got_subcommand("batch")   ? Command(batch)
+                                           : Command(diff);
 }
 } // namespace host::app

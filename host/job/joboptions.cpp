@@ -10,95 +10,67 @@
 
 namespace host::job
 {
-namespace
+CLI::Option* AddText(CLI::App& command, const TextOption& option)
 {
-void Assign(std::optional<std::string>& value, const std::string& text)
-{
-    value = text;
-}
-
-void Assign(std::filesystem::path& value, const std::string& text)
-{
-    value = opc::FromUtf8Path(text);
-}
-
-void Assign(std::optional<std::filesystem::path>& value, const std::string& text)
-{
-    value = opc::FromUtf8Path(text);
-}
-
-template <typename Value>
-CLI::Option* AddTextTo(CLI::App& command, const char* name, Value& value, const char* description)
-{
-    constexpr bool isFile = !std::is_same_v<Value, std::optional<std::string>>;
-    return command
-        .add_option_function<std::string>(
-            name, [&value](const std::string& text) { Assign(value, text); }, description)
-        ->check([](const std::string& text) {
-            return std::string(
-                text.empty() ? "must not be empty"
-                : isFile && text == "-"
-                    ? "- is no file; name one, since ZIP archives are not read or written in order"
-                    : "");
-        });
-}
-} // namespace
-
-CLI::Option* AddText(CLI::App& command,
-                     const char* name,
-                     std::optional<std::string>& value,
-                     const char* description)
-{
-    return AddTextTo(command, name, value, description);
-}
-
-CLI::Option* AddText(CLI::App& command,
-                     const char* name,
-                     std::filesystem::path& value,
-                     const char* description)
-{
-    return AddTextTo(command, name, value, description);
-}
-
-CLI::Option* AddText(CLI::App& command,
-                     const char* name,
-                     std::optional<std::filesystem::path>& value,
-                     const char* description)
-{
-    return AddTextTo(command, name, value, description);
+    const auto target = option.target;
+    const bool isFile = !std::holds_alternative<std::optional<std::string>*>(target);
+    const auto take = [target](const std::string& text) {
+        std::visit(
+            [&](auto* value) {
+                if constexpr (std::is_same_v<decltype(value), std::optional<std::string>*>)
+                {
+                    *value = text;
+                }
+                else
+                {
+                    *value = opc::FromUtf8Path(text);
+                }
+            },
+            target);
+    };
+    const auto findFault = [isFile](const std::string& text) -> std::string {
+        if (text.empty())
+        {
+            return "must not be empty";
+        }
+        return isFile && text == "-"
+                   ? "- is no file; name one, since ZIP archives are not read or written in order"
+                   : "";
+    };
+    return command.add_option_function<std::string>(option.name, take, option.description)
+        ->type_name(option.valueName)
+        ->check(findFault);
 }
 
 void AddModule(CLI::App& command, std::optional<std::filesystem::path>& module)
 {
-    AddText(command, "--module", module, "The filter's DLL (default: the one beside this program)")
-        ->type_name("FILE");
+    AddText(command,
+            {"--module", "FILE", &module, "The filter's DLL (default: the one beside this program)"});
 }
 
 void AddJobOptions(CLI::App& command, Job& job)
 {
-    AddText(command, "--user-ticket", job.userTicket, "The user's print ticket (default: Letter, upright)")
-        ->type_name("FILE");
-    CLI::Option* const device = AddText(command,
-                                        "--device",
-                                        job.device,
-                                        "The device, as a print capabilities document (default: built-in)")
-                                    ->type_name("FILE");
-    AddText(command, "--printer", job.printer, "A printer of the spooler, with the platform's provider")
-        ->type_name("NAME")
-        ->excludes(device);
+    const TextOption options[] = {
+        {"--user-ticket", "FILE", &job.userTicket, "The user's print ticket (default: Letter, upright)"},
+        {"--device", "FILE", &job.device, "The device, as a print capabilities document (default: built-in)"},
+        {"--printer", "NAME", &job.printer, "A printer of the spooler, with the platform's provider"},
+        {"--ns-prefix", "P", &job.privatePrefix, "The driver's private namespace prefix (default: ns0000)"},
+        {"--orientation", "NAME", &job.overrides.orientation, "What if: the user's PageOrientation"},
+        {"--media",
+         "MEDIA",
+         &job.overrides.media,
+         "What if: the user's PageMediaSize, as ISOA4 or 210x297 (mm)"},
+        {"--limits",
+         "LIMITS",
+         &job.overrides.limits,
+         "What if: the printable sheets, MINWxMINH-MAXWxMAXH (mm)"}};
+    for (const TextOption& option : options)
+    {
+        AddText(command, option);
+    }
+    command.get_option("--printer")->excludes(command.get_option("--device"));
     command.add_option("--tessel-type", job.tesselType, "The driver's page-description type: 1, 7 or 76")
         ->type_name("N");
-    AddText(
-        command, "--ns-prefix", job.privatePrefix, "The driver's private namespace prefix (default: ns0000)")
-        ->type_name("P");
-    tickets::TicketOverrides& overrides = job.overrides;
-    AddText(command, "--orientation", overrides.orientation, "What if: the user's PageOrientation")
-        ->type_name("NAME");
-    AddText(
-        command, "--media", overrides.media, "What if: the user's PageMediaSize, as ISOA4 or 210x297 (mm)")
-        ->type_name("MEDIA");
-    AddText(command, "--limits", overrides.limits, "What if: the printable sheets, MINWxMINH-MAXWxMAXH (mm)")
-        ->type_name("LIMITS");
     command.add_flag(
         "--override", job.overridesDocument, "Let the what-if options win over the document's tickets");
     command

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <variant>
 
 #include "host/job/job.h"
 
@@ -15,20 +16,20 @@ class ParseError;
 
 namespace host::job
 {
-/// Adds an option that takes a text, or an argument. An empty text is refused: it usually comes from a shell
-/// variable that is not set. `value` must outlive the parsing.
-CLI::Option* AddText(CLI::App& command,
-                     const char* name,
-                     std::optional<std::string>& value,
-                     const char* description);
-CLI::Option* AddText(CLI::App& command,
-                     const char* name,
-                     std::filesystem::path& value,
-                     const char* description);
-CLI::Option* AddText(CLI::App& command,
-                     const char* name,
-                     std::optional<std::filesystem::path>& value,
-                     const char* description);
+/// An option that takes a text, or an argument.
+struct TextOption
+{
+    const char* name;
+    /// What stands for the value in the help.
+    const char* valueName;
+    /// Where it goes; must outlive the parsing.
+    std::variant<std::filesystem::path*, std::optional<std::filesystem::path>*, std::optional<std::string>*>
+        target;
+    const char* description;
+};
+
+/// An empty text is refused: it usually comes from a shell variable that is not set.
+CLI::Option* AddText(CLI::App& command, const TextOption& option);
 
 /// Adds the options of a job to a command: all but --module and --accept-malformed, which some commands
 /// lack.
