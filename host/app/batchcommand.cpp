@@ -1,6 +1,7 @@
 #include "host/app/commands.h"
 
 #include <algorithm>
+#include <array>
 #include <exception>
 #include <iomanip>
 #include <map>
@@ -11,13 +12,15 @@
 #include "host/app/interrupt.h"
 #include "host/app/stopwatch.h"
 #include "host/job/casetable.h"
-#include "host/job/expectedoutcome.h"
 #include "host/job/jobenvironment.h"
 #include "host/job/joboutcome.h"
 #include "host/job/runjob.h"
 #include "host/opc/files.h"
 #include "host/opc/packageerror.h"
 #include "host/opc/replacedfile.h"
+#include "host/pipeline/filtermodule.h"
+#include "host/pipeline/resulttext.h"
+#include "host/report/pagewords.h"
 #include "host/xml/encoding.h"
 #include "host/xml/text.h"
 #include "host/xml/writer.h"
@@ -37,6 +40,13 @@ std::string ReadTable(const std::filesystem::path& file)
     return bytes;
 }
 
+void WriteFile(const std::filesystem::path& path, const std::string& bytes)
+{
+    opc::ReplacedFile file(path);
+    file.Write(bytes);
+    file.Commit();
+}
+
 /// Collects the pages of a case.
 class CaseListener final : public job::JobListener
 {
@@ -50,7 +60,8 @@ public:
     {
         if (!page.isRefused)
         {
-            m_result.pages.push_back(page);
+            m_result.outcome.pages.push_back(report::Decide(page));
+            m_result.reasons.push_back(report::ExplainWithNotes(page));
         }
     }
 
@@ -74,16 +85,18 @@ job::CaseResult RunCase(const job::Case& row, const Interrupt& interrupt)
         if (FAILED(outcome.result))
         {
             interrupt.ThrowIfRaised();
-            ThrowPackageFault(row.job.document, outcome);
-            result.end = job::JobEnd::FilterFailed;
-            result.result = outcome.result;
-            result.reason = DescribeFailure(outcome);
+            if (outcome.documentFault)
+            {
+                throw *outcome.documentFault;
+            }
+            result.outcome.end = "failed " + pipeline::FormatResult(outcome.result);
+            result.endReason = DescribeFailure(outcome);
         }
     }
     catch (const opc::PackageError& fault)
     {
-        result.end = job::JobEnd::Unusable;
-        result.reason = fault.Reason();
+        result.outcome.end = "unusable";
+        result.endReason = fault.Reason();
     }
     return result;
 }
@@ -102,12 +115,13 @@ public:
                              "\n");
     }
 
-    /// Reports a case whose files or options cannot be used, without running it.
+    /// Reports a case whose module, files or options cannot be used, without running it.
     void CheckSetUp(const job::Case& row)
     {
         try
         {
             const job::JobEnvironment environment(row.job);
+            const pipeline::FilterModule module(job::FilterModuleOf(row.job));
         }
         catch (const std::exception& fault)
         {
@@ -115,14 +129,8 @@ public:
         }
     }
 
-    void Run(job::Case row, std::size_t number, std::size_t count, const Interrupt& interrupt)
+    void Run(const job::Case& row, const Interrupt& interrupt)
     {
-        if (!row.job.module)
-        {
-            row.job.module = m_command.module;
-        }
-        m_console.ShowProgress("case " + std::to_string(number) + " of " + std::to_string(count) + ": " +
-                               row.title);
         try
         {
             Report(row, RunCase(row, interrupt));
@@ -134,12 +142,12 @@ public:
         catch (const std::exception& fault)
         {
             ReportFault(row.line, fault.what());
-            m_results.push_back({row, {}, fault.what()});
+            AddToJunit(row, "error", fault.what());
         }
     }
 
     /// Throws opc::FileError.
-    void WriteFiles(const std::string& table) const
+    void WriteFiles(const std::string& table)
     {
         if (m_command.junit)
         {
@@ -176,21 +184,23 @@ private:
         ++(differences.empty() ? m_expected : m_different);
         std::ostringstream text;
         text << (differences.empty() ? "ok      " : "differs ") << std::setw(4) << row.line << "  "
-             << xml::ToOneLine(row.title + ": " + job::FormatOutcome(result.ToOutcome())) << "\n";
+             << xml::ToOneLine(row.title + ": " + job::FormatOutcome(result.outcome)) << "\n";
+        std::string all;
         for (const std::string& difference : differences)
         {
-            text << "              " << xml::ToOneLine(difference) << "\n";
+            const std::string line = xml::ToOneLine(difference);
+            text << "              " << line << "\n";
+            all += (all.empty() ? "" : "; ") + line;
         }
         m_console.PrintOut(text.str());
-        m_outcomes[row.line] = result.ToOutcome();
-        m_results.push_back({row, differences, {}});
+        m_outcomes[row.line] = result.outcome;
+        AddToJunit(row, "failure", all);
     }
 
-    static void WriteFile(const std::filesystem::path& path, const std::string& bytes)
+    /// A case of the results for a test server, with what went wrong; empty for nothing.
+    void AddToJunit(const job::Case& row, const char* kind, const std::string& message)
     {
-        opc::ReplacedFile file(path);
-        file.Write(bytes);
-        file.Commit();
+        m_junit.push_back({std::to_string(row.line) + ": " + row.title, kind, message});
     }
 
     std::string FormatJunit() const
@@ -198,49 +208,30 @@ private:
         xml::Writer writer;
         writer.Start("testsuite");
         writer.Attribute("name", opc::ToUtf8Path(m_command.input));
-        writer.Attribute("tests", std::to_string(m_results.size()));
+        writer.Attribute("tests", std::to_string(m_junit.size()));
         writer.Attribute("failures", std::to_string(m_different));
         writer.Attribute("errors", std::to_string(m_faults));
-        for (const CaseRecord& result : m_results)
+        for (const auto& [name, kind, message] : m_junit)
         {
             writer.Start("testcase");
             writer.Attribute("classname", opc::ToUtf8Path(m_command.input.filename()));
-            writer.Attribute("name", std::to_string(result.row.line) + ": " + result.row.title);
-            AddToJunit(writer, "error", result.fault);
-            std::string text;
-            for (const std::string& difference : result.differences)
+            writer.Attribute("name", name);
+            if (!message.empty())
             {
-                text += (text.empty() ? "" : "; ") + xml::ToOneLine(difference);
+                writer.Start(kind);
+                writer.Attribute("message", message);
+                writer.End();
             }
-            AddToJunit(writer, "failure", text);
             writer.End();
         }
         writer.End();
         return writer.Take();
     }
 
-    static void AddToJunit(xml::Writer& writer, const char* name, const std::string& message)
-    {
-        if (!message.empty())
-        {
-            writer.Start(name);
-            writer.Attribute("message", message);
-            writer.End();
-        }
-    }
-
-    struct CaseRecord
-    {
-        job::Case row;
-        std::vector<std::string> differences;
-        /// Why it could not be run; empty if it was.
-        std::string fault;
-    };
-
-    std::vector<CaseRecord> m_results;
-    std::map<std::size_t, job::ExpectedOutcome> m_outcomes;
     const BatchCommand& m_command;
     Console& m_console;
+    std::vector<std::array<std::string, 3>> m_junit;
+    std::map<std::size_t, job::ExpectedOutcome> m_outcomes;
     std::size_t m_expected = 0;
     std::size_t m_different = 0;
     std::size_t m_faults = 0;
@@ -252,7 +243,11 @@ ExitStatus Execute(const BatchCommand& command, Console& console)
 {
     const Interrupt interrupt;
     const std::string text = ReadTable(command.input);
-    const job::CaseTable table = job::ReadCaseTable(text, command.input.parent_path());
+    job::CaseTable table = job::ReadCaseTable(text, command.input.parent_path());
+    for (job::Case& row : table.cases)
+    {
+        row.job.module = row.job.module ? row.job.module : command.module;
+    }
     BatchRun run(command, console);
     for (const job::LineFault& fault : table.faults)
     {
@@ -271,7 +266,9 @@ ExitStatus Execute(const BatchCommand& command, Console& console)
     std::size_t number = 0;
     for (const job::Case& row : table.cases)
     {
-        run.Run(row, ++number, table.cases.size(), interrupt);
+        console.ShowProgress("case " + std::to_string(++number) + " of " +
+                             std::to_string(table.cases.size()) + ": " + row.title);
+        run.Run(row, interrupt);
         interrupt.ThrowIfRaised();
     }
     run.WriteFiles(text);

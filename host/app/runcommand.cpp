@@ -1,9 +1,12 @@
 #include "host/app/commands.h"
 
+#include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <system_error>
 #include <utility>
+#include <vector>
 
 #include <nlohmann/json.hpp>
 
@@ -16,9 +19,10 @@
 #include "host/job/runjob.h"
 #include "host/opc/files.h"
 #include "host/pipeline/resulttext.h"
-#include "host/report/decisioncounts.h"
+#include "host/report/html/htmltext.h"
+#include "host/report/pagejson.h"
 #include "host/report/pagetable.h"
-#include "host/report/secondrun.h"
+#include "host/report/pagewords.h"
 #include "host/xml/text.h"
 #include "platform/win32.h"
 
@@ -67,43 +71,37 @@ void RequireFilesOfTheirOwn(const RunCommand& command)
     RequireAnother("the report", command.report, "the output", command.job.output);
 }
 
-/// Shows a run while it goes on, and collects its report where one is wanted.
-class RunListener final : public job::JobListener
+/// A run of the filter over a document. Shows it while it goes on, and writes its report if one is wanted.
+class Run final : public job::JobListener
 {
 public:
-    /// Without `report` none is made.
-    RunListener(const RunCommand& command, Console& console, const Interrupt& interrupt, RunReport* report)
+    /// Throws opc::FileError for a report that cannot be written.
+    Run(const RunCommand& command, Console& console, const Interrupt& interrupt)
         : m_command(command),
           m_console(console),
           m_interrupt(interrupt),
-          m_report(report),
           m_table(command.showsDetails, Console::Width())
     {
-    }
-
-    /// To be called before the run when it has what-if options.
-    void WatchOptions(const std::string& userTicket)
-    {
-        m_whatIf.emplace(m_command.job.overrides, userTicket);
-    }
-
-    report::Detail WantedDetail() const override
-    {
-        return m_report != nullptr ? report::Detail::All : report::Detail::None;
-    }
-
-    void OnStart(std::size_t pages) override
-    {
-        m_allPages = pages;
-        if (m_report != nullptr)
+        if (command.report)
         {
-            m_report->NoteAllPages(pages);
+            m_report.emplace(*command.report);
         }
     }
 
+    /// Throws what JobEnvironment and RunJob throw, and opc::PackageError for a document at which the filter
+    /// failed because it cannot be read.
+    ExitStatus Execute();
+
+    /// Shows that the run has ended early, in the report and as JSON.
+    void ShowFailure(const char* how, const job::JobOutcome& outcome, const std::string& message);
+
+    bool WantsDetails() const override { return m_report.has_value(); }
+
+    void OnStart(std::size_t pages) override { m_allPages = pages; }
+
     void OnPage(const report::PageReport& page) override
     {
-        m_decisions.Add(page);
+        m_decisions.Add(report::Decide(page));
         if (m_whatIf)
         {
             m_whatIf->Add(page);
@@ -116,8 +114,14 @@ public:
         {
             m_faults[page.number] = page.markupFault;
         }
-        ShowPage(page);
-        if (m_report != nullptr)
+        const bool isPassed = report::Decide(page) == report::Decision::Passed;
+        if (m_command.pages.Contains(page.number) && !(m_command.showsChangesOnly && isPassed))
+        {
+            m_console.PrintOut(m_command.asJson ? report::FormatJson(page) : m_table.Add(page));
+        }
+        m_console.ShowProgress("page " + std::to_string(page.number) +
+                               (m_allPages > 0 ? " of " + std::to_string(m_allPages) : ""));
+        if (m_report)
         {
             m_report->TakePage(page);
         }
@@ -127,9 +131,10 @@ public:
     {
         if (m_command.showsCalls)
         {
-            ShowCall(call);
+            m_console.PrintError(pipeline::FormatResult(call.result) + " " + std::string(call.method) +
+                                 (call.subject.empty() ? "" : " ") + call.subject + "\n");
         }
-        if (m_report != nullptr)
+        if (m_report)
         {
             m_report->TakeCall(call);
         }
@@ -143,95 +148,41 @@ public:
 
     bool IsCancelled() override { return m_interrupt.IsRaised(); }
 
-    /// What is wrong with the new markup of pages that were taken all the same, by their numbers.
-    const std::map<std::size_t, std::string>& MarkupFaults() const noexcept { return m_faults; }
+private:
+    ExitStatus RunAgain();
+    void PrintFailure(const std::filesystem::path& document, const std::string& failure);
+    void WriteReport(const std::string& outcome, const std::string& output);
+    std::string FormatOutcome(const char* how,
+                              const job::JobOutcome& outcome,
+                              const std::string& message) const;
+    std::string Summarise(const job::JobOutcome& outcome) const;
 
-    /// Prints what the table still holds back.
-    void EndTable()
+    /// Prints for people; JSON has it in objects of its own.
+    void PrintText(const std::string& text)
     {
         if (!m_command.asJson)
         {
-            m_console.PrintOut(m_table.Finish());
+            m_console.PrintOut(text);
         }
-    }
-
-    /// The last JSON object of a run, however it ended.
-    std::string FormatOutcome(const char* how,
-                              const job::JobOutcome& outcome,
-                              const std::string& message) const
-    {
-        using Json = nlohmann::ordered_json;
-        const bool isDone = message.empty();
-        const bool hasAnswer = isDone || FAILED(outcome.result);
-        Json totals = Json::object();
-        for (const auto decision : report::kDecisions)
-        {
-            totals[report::NameOf(decision)] = m_decisions.Of(decision);
-        }
-        Json withoutEffect = Json::object();
-        for (const auto& [name, count] :
-             m_whatIf ? m_whatIf->WithoutEffect() : decltype(m_whatIf->WithoutEffect())())
-        {
-            withoutEffect[name] = count;
-        }
-        const auto orNull = [](const std::string& text) { return text.empty() ? Json(nullptr) : Json(text); };
-        const auto& output = m_command.job.output;
-        const Json object = {
-            {"outcome", how},
-            {"message", orNull(message)},
-            {"hresult", hasAnswer ? Json(pipeline::FormatResult(outcome.result)) : Json(nullptr)},
-            {"name", hasAnswer ? Json(pipeline::NameResult(outcome.result)) : Json(nullptr)},
-            {"part", orNull(outcome.part)},
-            {"pages", m_decisions.All()},
-            {"pagesInAll", m_allPages},
-            {"totals", totals},
-            {"withoutEffect", withoutEffect},
-            {"paper", orNull(m_paper)},
-            {"document", opc::ToUtf8Path(m_command.job.document)},
-            {"output", isDone && output ? Json(opc::ToUtf8Path(*output)) : Json(nullptr)}};
-        return object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
-    }
-
-    std::string Summarise(const job::JobOutcome& outcome) const
-    {
-        const auto& output = m_command.job.output;
-        return xml::CountOf(outcome.pages, "page") + " in " + xml::CountOf(outcome.documents, "document") +
-               ": " + m_decisions.Format() + "; " + m_watch.FormatElapsed() +
-               (output ? ": " + opc::ToUtf8Path(*output) : ", nothing written") + "\n" +
-               (m_whatIf && !m_command.job.overridesDocument ? m_whatIf->Summarise() : "") +
-               (m_paper.empty() ? ""
-                                : "the locale chose " + m_paper + " for refitted pages; --paper fixes it\n");
-    }
-
-private:
-    void ShowPage(const report::PageReport& page)
-    {
-        const bool isPassed = report::Decide(page) == report::Decision::Passed;
-        if (m_command.pages.Contains(page.number) && !(m_command.showsChangesOnly && isPassed))
-        {
-            m_console.PrintOut(m_command.asJson ? report::FormatJson(page) : m_table.Add(page));
-        }
-        m_console.ShowProgress("page " + std::to_string(page.number) +
-                               (m_allPages > 0 ? " of " + std::to_string(m_allPages) : ""));
-    }
-
-    void ShowCall(const pipeline::TracedCall& call)
-    {
-        m_console.PrintError(pipeline::FormatResult(call.result) + " " + std::string(call.method) +
-                             (call.subject.empty() ? "" : " ") + call.subject + "\n");
     }
 
     const RunCommand& m_command;
     Console& m_console;
     const Interrupt& m_interrupt;
-    RunReport* m_report;
+    std::optional<report::html::HtmlReport> m_report;
     report::PageTable m_table;
     report::DecisionCounts m_decisions;
     std::size_t m_allPages = 0;
     std::optional<WhatIf> m_whatIf;
     // What a page was given by the locale; empty for no such page.
     std::string m_paper;
+    // What is wrong with the new markup of pages that were taken all the same, by their numbers.
     std::map<std::size_t, std::string> m_faults;
+    // Empty until it is there.
+    std::string m_userTicket;
+    bool m_isWritten = false;
+    // How the second run ended; empty without one.
+    std::string m_secondRun;
     Stopwatch m_watch;
 };
 
@@ -239,38 +190,22 @@ private:
 class SecondRunListener final : public job::JobListener
 {
 public:
-    /// `faults` are what is wrong with the markup that the first run wrote. Without `report` there is none.
-    SecondRunListener(const RunCommand& command,
-                      Console& console,
-                      const Interrupt& interrupt,
-                      const std::map<std::size_t, std::string>& faults,
-                      RunReport* report)
-        : m_command(command), m_console(console), m_interrupt(interrupt), m_faults(faults), m_report(report)
+    using Show = std::function<void(const report::PageReport&)>;
+
+    /// `faults` are what is wrong with the markup that the first run wrote.
+    SecondRunListener(const std::map<std::size_t, std::string>& faults, const Interrupt& interrupt, Show show)
+        : m_faults(faults), m_interrupt(interrupt), m_show(std::move(show))
     {
     }
-
-    report::Detail WantedDetail() const override { return report::Detail::Tickets; }
 
     void OnPage(const report::PageReport& sent) override
     {
         report::PageReport page = sent;
         const auto fault = m_faults.find(page.number);
-        page.markupFault = fault == m_faults.end() ? std::string() : fault->second;
-        const bool isStable = report::IsStable(page);
-        m_stable += isStable ? 1 : 0;
-        m_unstable += !isStable && report::IsJudged(page) ? 1 : 0;
-        if (m_command.asJson)
-        {
-            m_console.PrintOut(report::FormatSecondRunJson(page));
-        }
-        else if (!isStable)
-        {
-            m_console.PrintOut("run again: " + report::FormatSecondRunLine(page));
-        }
-        if (m_report != nullptr)
-        {
-            m_report->AddSecondRun(page);
-        }
+        page.markupFault = fault == m_faults.end() ? "" : fault->second;
+        m_stable += report::IsStable(page) ? 1 : 0;
+        m_unstable += !report::IsStable(page) && report::IsJudged(page) ? 1 : 0;
+        m_show(page);
     }
 
     bool IsCancelled() override { return m_interrupt.IsRaised(); }
@@ -282,147 +217,209 @@ public:
     }
 
 private:
-    const RunCommand& m_command;
-    Console& m_console;
-    const Interrupt& m_interrupt;
     const std::map<std::size_t, std::string>& m_faults;
-    RunReport* m_report;
+    const Interrupt& m_interrupt;
+    Show m_show;
     std::size_t m_stable = 0;
     std::size_t m_unstable = 0;
 };
 
-void PrintFailure(const std::filesystem::path& document, const std::string& failure, Console& console)
+ExitStatus Run::Execute()
 {
-    console.PrintError(xml::ToOneLine("xpsfilterhost: " + opc::ToUtf8Path(document) + ": " + failure) + "\n");
+    const job::JobEnvironment environment(m_command.job);
+    m_userTicket = environment.UserTicket();
+    const tickets::TicketOverrides& options = m_command.job.overrides;
+    if (options.orientation || options.media || options.limits)
+    {
+        m_whatIf.emplace(options, m_userTicket);
+    }
+    const job::JobOutcome outcome = job::RunJob(m_command.job, m_userTicket, *this);
+    if (FAILED(outcome.result))
+    {
+        m_interrupt.ThrowIfRaised();
+        if (outcome.documentFault)
+        {
+            throw *outcome.documentFault;
+        }
+        ShowFailure("failed", outcome, DescribeFailure(outcome));
+        PrintFailure(m_command.job.document, DescribeFailure(outcome));
+        return ExitStatus::FilterFailed;
+    }
+    m_isWritten = m_command.job.output.has_value();
+    PrintText(m_table.Finish() + Summarise(outcome));
+    if (const std::string leaks = DescribeLeaks(outcome); !leaks.empty())
+    {
+        m_console.PrintError("xpsfilterhost: " + leaks + "\n");
+    }
+    const ExitStatus status = m_command.runsAgain ? RunAgain() : ExitStatus::Done;
+    if (m_report)
+    {
+        WriteReport("done, " + CodeOfResult(outcome.result), "nothing written");
+    }
+    if (m_command.asJson)
+    {
+        m_console.PrintOut(FormatOutcome("done", outcome, ""));
+    }
+    return status;
 }
 
 /// Runs the filter over what it has written, without writing anything.
-ExitStatus RunAgain(const RunCommand& command,
-                    const std::string& userTicket,
-                    SecondRunListener& listener,
-                    Console& console,
-                    const Interrupt& interrupt,
-                    RunReport* report)
+ExitStatus Run::RunAgain()
 {
-    job::Job second = command.job;
+    job::Job second = m_command.job;
     second.document = *std::exchange(second.output, std::nullopt);
-    if (report != nullptr)
-    {
-        report->NoteOutput();
-    }
-    const job::JobOutcome outcome = job::RunJob(second, userTicket, listener);
-    interrupt.ThrowIfRaised();
-    const std::string result = FAILED(outcome.result) ? DescribeFailure(outcome) : listener.Summarise();
-    if (report != nullptr)
-    {
-        report->ShowSecondRun(result);
-    }
+    SecondRunListener listener(m_faults, m_interrupt, [&](const report::PageReport& page) {
+        if (m_command.asJson)
+        {
+            m_console.PrintOut(report::FormatSecondRunJson(page));
+        }
+        else if (!report::IsStable(page))
+        {
+            m_console.PrintOut("run again: page " + std::to_string(page.number) + " " +
+                               report::NameSecondRun(page) + ": " + report::ExplainSecondRun(page) + "\n");
+        }
+        if (m_report)
+        {
+            m_report->AddSecondRun(page);
+        }
+    });
+    const job::JobOutcome outcome = job::RunJob(second, m_userTicket, listener);
+    m_interrupt.ThrowIfRaised();
     if (FAILED(outcome.result))
     {
-        PrintFailure(second.document, result, console);
+        m_secondRun = DescribeFailure(outcome);
+        PrintFailure(second.document, m_secondRun);
         return ExitStatus::FilterFailed;
     }
-    if (!command.asJson)
-    {
-        console.PrintOut("run again: " + result + "\n");
-    }
+    m_secondRun = listener.Summarise();
+    PrintText("run again: " + m_secondRun + "\n");
     return ExitStatus::Done;
 }
 
-ExitStatus RunAndReport(const RunCommand& command,
-                        Console& console,
-                        const Interrupt& interrupt,
-                        RunListener& listener,
-                        RunReport* report)
+void Run::ShowFailure(const char* how, const job::JobOutcome& outcome, const std::string& message)
 {
-    const job::JobEnvironment environment(command.job);
-    if (report != nullptr)
+    PrintText(m_table.Finish());
+    if (m_command.asJson)
     {
-        report->ShowUserTicket(environment.UserTicket());
+        m_console.PrintOut(FormatOutcome(how, outcome, message));
     }
-    const tickets::TicketOverrides& options = command.job.overrides;
-    if (options.orientation || options.media || options.limits)
+    if (!m_report)
     {
-        listener.WatchOptions(environment.UserTicket());
+        return;
     }
-    const job::JobOutcome outcome = job::RunJob(command.job, environment.UserTicket(), listener);
-    listener.EndTable();
-    if (FAILED(outcome.result))
+    try
     {
-        interrupt.ThrowIfRaised();
-        ThrowPackageFault(command.job.document, outcome);
-        if (report != nullptr)
+        const std::string why = xml::ToOneLine(message);
+        m_report->AddFailure(outcome.part, why);
+        std::string html = "<b>failed</b>, <a href=\"#failed\">" + report::html::EscapeHtml(why) + "</a>";
+        const HRESULT answer = m_report->FilterResult();
+        if (FAILED(answer) && why.find(pipeline::FormatResult(answer)) == std::string::npos)
         {
-            report->Fail(DescribeFailure(outcome), outcome.part);
+            html += "; the filter answered " + CodeOfResult(answer);
         }
-        PrintFailure(command.job.document, DescribeFailure(outcome), console);
-        if (command.asJson)
+        WriteReport(html, "not written");
+    }
+    catch (const std::exception&)
+    {
+        // The run's own failure is what counts.
+    }
+}
+
+void Run::PrintFailure(const std::filesystem::path& document, const std::string& failure)
+{
+    m_console.PrintError(xml::ToOneLine("xpsfilterhost: " + opc::ToUtf8Path(document) + ": " + failure) +
+                         "\n");
+}
+
+/// Throws opc::FileError. `output` is what to say of the output if there is none.
+void Run::WriteReport(const std::string& outcome, const std::string& output)
+{
+    const job::Job& job = m_command.job;
+    const report::DecisionCounts& decisions = m_report->Decisions();
+    std::vector<report::html::SummaryRow> rows = {
+        {"Document", CodeOfPath(job.document)},
+        {"Outcome", outcome},
+        {"Output", m_isWritten ? CodeOfPath(*job.output) : output},
+        {"Pages",
+         std::to_string(decisions.All()) +
+             (decisions.All() < m_allPages ? " of " + std::to_string(m_allPages) : " in all") + ": " +
+             decisions.Format()},
+    };
+    if (!m_secondRun.empty())
+    {
+        rows.push_back({"Run again", report::html::EscapeHtml(m_secondRun)});
+    }
+    rows.push_back({"Time", m_watch.FormatElapsed()});
+    for (report::html::SummaryRow& row : DescribeSetUp(job, m_userTicket))
+    {
+        rows.push_back(std::move(row));
+    }
+    m_report->Finish("Page report: " + opc::ToUtf8Path(job.document.filename()), rows);
+}
+
+std::string Run::Summarise(const job::JobOutcome& outcome) const
+{
+    const auto& output = m_command.job.output;
+    return xml::CountOf(outcome.pages, "page") + " in " + xml::CountOf(outcome.documents, "document") + ": " +
+           m_decisions.Format() + "; " + m_watch.FormatElapsed() +
+           (output ? ": " + opc::ToUtf8Path(*output) : ", nothing written") + "\n" +
+           (m_whatIf && !m_command.job.overridesDocument ? m_whatIf->Summarise() : "") +
+           (m_paper.empty() ? "" : "the locale chose " + m_paper + " for refitted pages; --paper fixes it\n");
+}
+
+/// The last JSON object of a run. `message` is empty for a run that has succeeded.
+std::string Run::FormatOutcome(const char* how,
+                               const job::JobOutcome& outcome,
+                               const std::string& message) const
+{
+    using report::Json;
+    using report::TextOrNull;
+    const bool hasAnswer = message.empty() || FAILED(outcome.result);
+    Json totals = Json::object();
+    for (const auto decision : report::kDecisions)
+    {
+        totals[report::NameOf(decision)] = m_decisions.Of(decision);
+    }
+    Json withoutEffect = Json::object();
+    if (m_whatIf)
+    {
+        for (const auto& [name, count] : m_whatIf->WithoutEffect())
         {
-            console.PrintOut(listener.FormatOutcome("failed", outcome, DescribeFailure(outcome)));
+            withoutEffect[name] = count;
         }
-        return ExitStatus::FilterFailed;
     }
-    if (!command.asJson)
-    {
-        console.PrintOut(listener.Summarise(outcome));
-    }
-    if (const std::string leaks = DescribeLeaks(outcome); !leaks.empty())
-    {
-        console.PrintError("xpsfilterhost: " + leaks + "\n");
-    }
-    ExitStatus status = ExitStatus::Done;
-    if (command.runsAgain)
-    {
-        SecondRunListener second(command, console, interrupt, listener.MarkupFaults(), report);
-        status = RunAgain(command, environment.UserTicket(), second, console, interrupt, report);
-    }
-    if (report != nullptr)
-    {
-        report->Finish(outcome);
-    }
-    if (command.asJson)
-    {
-        console.PrintOut(listener.FormatOutcome("done", outcome, ""));
-    }
-    return status;
+    const auto& output = m_command.job.output;
+    return report::ToJsonLine(
+        {{"outcome", how},
+         {"message", TextOrNull(message)},
+         {"hresult", hasAnswer ? Json(pipeline::FormatResult(outcome.result)) : Json(nullptr)},
+         {"name", hasAnswer ? Json(pipeline::NameResult(outcome.result)) : Json(nullptr)},
+         {"part", TextOrNull(outcome.part)},
+         {"pages", m_decisions.All()},
+         {"pagesInAll", m_allPages},
+         {"totals", totals},
+         {"withoutEffect", withoutEffect},
+         {"paper", TextOrNull(m_paper)},
+         {"document", opc::ToUtf8Path(m_command.job.document)},
+         {"output", message.empty() && output ? Json(opc::ToUtf8Path(*output)) : Json(nullptr)}});
 }
 } // namespace
 
 ExitStatus Execute(const RunCommand& command, Console& console)
 {
     const Interrupt interrupt;
-    std::optional<RunReport> report;
-    std::optional<RunListener> listener;
+    RequireFilesOfTheirOwn(command);
+    Run run(command, console, interrupt);
     ExitStatus status{};
     try
     {
-        RequireFilesOfTheirOwn(command);
-        if (command.report)
-        {
-            report.emplace(command);
-        }
-        RunReport* const pReport = report ? &*report : nullptr;
-        listener.emplace(command, console, interrupt, pReport);
-        status = RunAndReport(command, console, interrupt, *listener, pReport);
+        status = run.Execute();
     }
     catch (const std::exception& failure)
     {
-        if (report)
-        {
-            report->Fail(failure.what());
-        }
-        if (listener)
-        {
-            listener->EndTable();
-        }
-        if (listener && command.asJson)
-        {
-            const bool isStopped = interrupt.IsRaised();
-            job::JobOutcome outcome;
-            outcome.result = isStopped ? E_ABORT : S_OK;
-            console.PrintOut(
-                listener->FormatOutcome(isStopped ? "interrupted" : "unusable", outcome, failure.what()));
-        }
+        job::JobOutcome outcome;
+        outcome.result = interrupt.IsRaised() ? E_ABORT : S_OK;
+        run.ShowFailure(interrupt.IsRaised() ? "interrupted" : "unusable", outcome, failure.what());
         throw;
     }
     interrupt.ThrowIfRaised();

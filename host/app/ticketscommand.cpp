@@ -1,5 +1,7 @@
 #include "host/app/commands.h"
 
+#include <algorithm>
+#include <array>
 #include <optional>
 #include <vector>
 
@@ -12,6 +14,7 @@
 #include "host/pipeline/effectivetickets.h"
 #include "host/pipeline/printer.h"
 #include "host/pipeline/resulttext.h"
+#include "host/report/pagejson.h"
 #include "host/tickets/ticketbytes.h"
 #include "host/tickets/ticketdocument.h"
 #include "host/tickets/ticketlisting.h"
@@ -22,60 +25,10 @@ namespace host::app
 {
 namespace
 {
-using Json = nlohmann::ordered_json;
+using report::Json;
 
-const char* LevelOf(xps::JobPartKind kind)
-{
-    switch (kind)
-    {
-    case xps::JobPartKind::FixedDocumentSequence:
-        return "job";
-    case xps::JobPartKind::FixedDocument:
-        return "document";
-    case xps::JobPartKind::FixedPage:
-        return "page";
-    }
-    return "";
-}
-
-/// The tickets that apply to a part, the most specific first.
-class Layers
-{
-public:
-    explicit Layers(const pipeline::TicketSetting& setting)
-        : m_user{"user", setting.userTicket},
-          m_default{"driver default", base::utility::ToUtf8(setting.defaultTicket)}
-    {
-    }
-
-    void Enter(xps::JobPartKind kind, std::optional<tickets::TicketLayer> own)
-    {
-        // A level's ticket holds until the next part of that level.
-        const auto level = static_cast<std::size_t>(kind);
-        m_levels.resize(level);
-        m_levels.push_back(std::move(own));
-    }
-
-    std::vector<tickets::TicketLayer> All() const
-    {
-        std::vector<tickets::TicketLayer> all;
-        for (auto level = m_levels.rbegin(); level != m_levels.rend(); ++level)
-        {
-            if (*level)
-            {
-                all.push_back(**level);
-            }
-        }
-        all.push_back(m_user);
-        all.push_back(m_default);
-        return all;
-    }
-
-private:
-    tickets::TicketLayer m_user;
-    tickets::TicketLayer m_default;
-    std::vector<std::optional<tickets::TicketLayer>> m_levels;
-};
+// By the kind of the level's part.
+constexpr std::array kLevels = {"job", "document", "page"};
 
 /// The part to name in a message when a ticket cannot be shown.
 const opc::PartName& PartAtFault(const xps::JobPart& part)
@@ -135,11 +88,10 @@ std::string FormatJson(const LevelListing& listing)
         own = {{"ticket", listing.ownTicket}};
         own.update(ToJson(listing.own));
     }
-    const Json object = {{"level", listing.level},
-                         {"part", listing.part},
-                         {"own", own},
-                         {"effective", ToJson(listing.effective)}};
-    return object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
+    return report::ToJsonLine({{"level", listing.level},
+                               {"part", listing.part},
+                               {"own", own},
+                               {"effective", ToJson(listing.effective)}});
 }
 
 /// Lists the tickets part by part in the order of the job: the part's own ticket and the effective one, each
@@ -150,28 +102,38 @@ void ListTickets(const opc::Package& package,
 {
     pipeline::EffectiveTickets tickets(package, setting);
     xps::XpsDocument document(package);
-    Layers layers(setting);
+    // A level's own ticket holds until the next part of that level.
+    std::array<std::optional<std::string>, kLevels.size()> own;
     while (const auto part = document.Next())
     {
-        const std::string level = LevelOf(part->kind);
-        std::optional<tickets::TicketLayer> own;
+        const auto level = static_cast<std::size_t>(part->kind);
+        std::fill(own.begin() + static_cast<std::ptrdiff_t>(level), own.end(), std::nullopt);
         if (part->printTicket)
         {
-            const std::string bytes = package.Read(*part->printTicket, xps::kPrintTicketLimit);
-            own = tickets::TicketLayer{level, setting.editTicket ? setting.editTicket(bytes) : bytes};
+            own[level] = package.Read(*part->printTicket, xps::kPrintTicketLimit);
+            own[level] = setting.editTicket ? setting.editTicket(*own[level]) : own[level];
         }
-        LevelListing listing{level, part->name.Text(), {}, {}, {}};
+        // The most specific first.
+        std::vector<tickets::TicketLayer> layers;
+        for (std::size_t index = own.size(); index-- > 0;)
+        {
+            if (own[index])
+            {
+                layers.push_back({kLevels[index], *own[index]});
+            }
+        }
+        layers.push_back({"user", setting.userTicket});
+        layers.push_back({"driver default", base::utility::ToUtf8(setting.defaultTicket)});
+        LevelListing listing{kLevels.at(level), part->name.Text(), {}, {}, {}};
         try
         {
-            if (own)
+            if (own[level])
             {
                 listing.ownTicket = part->printTicket->Text();
-                listing.own = tickets::ListTicket(own->bytes);
+                listing.own = tickets::ListTicket(*own[level]);
             }
             tickets.Enter(*part);
-            layers.Enter(part->kind, std::move(own));
-            listing.effective =
-                tickets::ListTicket(tickets::SaveBytes(tickets.GetEffective().Get()), layers.All());
+            listing.effective = tickets::ListTicket(tickets::SaveBytes(tickets.GetEffective().Get()), layers);
             show(listing);
         }
         catch (const xml::MarkupError& fault)

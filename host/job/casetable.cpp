@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <optional>
+#include <sstream>
 #include <stdexcept>
 #include <utility>
 
@@ -91,11 +92,11 @@ CaseTable ReadCaseTable(std::string_view text, const std::filesystem::path& fold
     constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
     text.remove_prefix(text.starts_with(byteOrderMark) ? byteOrderMark.size() : 0);
     CaseTable table;
-    for (std::size_t number = 1; !text.empty(); ++number)
+    std::istringstream lines{std::string(text)};
+    std::string whole;
+    for (std::size_t number = 1; std::getline(lines, whole); ++number)
     {
-        const std::size_t end = std::min(text.find('\n'), text.size());
-        const std::string_view line = Trim(WithoutComment(text.substr(0, end)));
-        text.remove_prefix(std::min(end + 1, text.size()));
+        const std::string_view line = Trim(WithoutComment(whole));
         if (line.empty())
         {
             continue;
@@ -116,10 +117,10 @@ CaseTable ReadCaseTable(std::string_view text, const std::filesystem::path& fold
 std::string RecordOutcomes(std::string_view text, const std::map<std::size_t, ExpectedOutcome>& outcomes)
 {
     std::string recorded;
-    for (std::size_t number = 1; !text.empty(); ++number)
+    std::istringstream lines{std::string(text)};
+    std::string line;
+    for (std::size_t number = 1; std::getline(lines, line); ++number)
     {
-        std::string line(text.substr(0, text.find('\n')));
-        text.remove_prefix(std::min(line.size() + 1, text.size()));
         if (const auto outcome = outcomes.find(number); outcome != outcomes.end())
         {
             const std::size_t comment = WithoutComment(line).size();

@@ -1,32 +1,21 @@
 #pragma once
 
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "host/report/pagereport.h"
-#include "platform/win32.h"
 
 namespace host::job
 {
-/// How a job ends.
-enum class JobEnd
-{
-    Done,
-    /// The filter reported a failure.
-    FilterFailed,
-    /// The document cannot be read.
-    Unusable
-};
-
-/// The decision for each page that the filter sent, in order, and the end of the job.
+/// What becomes of a document.
 struct ExpectedOutcome
 {
+    /// The decision for each page that the filter sends, in order.
     std::vector<report::Decision> pages;
-    JobEnd end = JobEnd::Done;
-    /// The failure of the filter; empty where any will do.
-    std::optional<HRESULT> result;
+    /// How the job ends: "done", "failed 0x80070005" with the filter's result, "failed" with any result, or
+    /// "unusable" for a document that cannot be read.
+    std::string end = "done";
 };
 
 /// "passed turned*3 turned+refitted failed 0x80070005". Throws std::runtime_error, naming the word that it
@@ -39,15 +28,13 @@ std::string FormatOutcome(const ExpectedOutcome& outcome);
 /// The result of running a case.
 struct CaseResult
 {
-    std::vector<report::PageReport> pages;
-    JobEnd end = JobEnd::Done;
-    HRESULT result = S_OK;
-    /// Why it ended early, and at which part.
-    std::string reason;
+    ExpectedOutcome outcome;
+    /// Why each page came to its decision.
+    std::vector<std::string> reasons;
+    /// Why the job ended early, and at which part.
+    std::string endReason;
     /// What the filter did not release; empty for nothing.
     std::string leaks;
-
-    ExpectedOutcome ToOutcome() const;
 };
 
 /// The differences from what was expected, one line each without its end. A filter's leaks always count.

@@ -1,9 +1,5 @@
 #include "host/job/joboutcome.h"
 
-#include <vector>
-
-#include "host/opc/package.h"
-#include "host/opc/packageerror.h"
 #include "host/pipeline/resulttext.h"
 #include "host/tickets/ticketreader.h"
 #include "host/xml/reader.h"
@@ -20,47 +16,42 @@ std::string Describe(HRESULT result)
 }
 } // namespace
 
-void ThrowPackageFault(const std::filesystem::path& document, const JobOutcome& outcome)
+void FindDocumentFault(const opc::Package& package, JobOutcome& outcome)
 {
-    const opc::Package package(document);
     const auto part = opc::PartName::FromItem(outcome.part);
     if (!part || !package.Has(*part))
     {
         return;
     }
-    std::vector<opc::PartName> suspects{*part};
-    if (const auto ticket = xps::FindPrintTicket(package, *part))
-    {
-        suspects.push_back(*ticket);
-    }
-    for (const opc::PartName& suspect : suspects)
-    {
-        const std::string fault = xml::FindMarkupFault(package.Read(suspect));
-        if (!fault.empty())
+    const auto requireMarkup = [&](const opc::PartName& name, const std::string& bytes) {
+        if (const std::string fault = xml::FindMarkupFault(bytes); !fault.empty())
         {
-            throw opc::PackageError(
-                document, suspect.Text(), fault + " (the filter answered " + Describe(outcome.result) + ")");
+            throw opc::PackageError(package.Path(),
+                                    name.Text(),
+                                    fault + " (the filter answered " + Describe(outcome.result) + ")");
         }
-    }
-}
-
-std::string FindTicketFault(const opc::Package& package, const std::string& part)
-{
-    const auto name = opc::PartName::FromItem(part);
-    const auto ticket = name && package.Has(*name) ? xps::FindPrintTicket(package, *name) : std::nullopt;
-    if (!ticket || !package.Has(*ticket))
-    {
-        return {};
-    }
+    };
     try
     {
-        tickets::ReadDocument(package.Read(*ticket, xps::kPrintTicketLimit), tickets::Kind::PrintTicket);
+        requireMarkup(*part, package.Read(*part));
+        if (const auto ticket = xps::FindPrintTicket(package, *part))
+        {
+            const std::string bytes = package.Read(*ticket, xps::kPrintTicketLimit);
+            requireMarkup(*ticket, bytes);
+            try
+            {
+                tickets::ReadDocument(bytes, tickets::Kind::PrintTicket);
+            }
+            catch (const xml::MarkupError& fault)
+            {
+                outcome.ticketFault = ticket->Text() + ": " + fault.what();
+            }
+        }
     }
-    catch (const xml::MarkupError& fault)
+    catch (const opc::PackageError& fault)
     {
-        return ticket->Text() + ": " + fault.what();
+        outcome.documentFault = fault;
     }
-    return {};
 }
 
 std::string DescribeFailure(const JobOutcome& outcome)

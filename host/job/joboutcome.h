@@ -1,10 +1,11 @@
 #pragma once
 
 #include <cstddef>
-#include <filesystem>
+#include <optional>
 #include <string>
 
 #include "host/opc/package.h"
+#include "host/opc/packageerror.h"
 #include "platform/win32.h"
 
 namespace host::job
@@ -19,8 +20,10 @@ struct JobOutcome
     std::string unfinishedWork;
     /// What is wrong with the new markup of the page that was refused; empty for none.
     std::string markupFault;
-    /// What is wrong with the ticket of the part that the filter was at, with the ticket's name; empty for
-    /// nothing.
+    /// What is wrong with the part that the filter was at when it failed, or with its ticket, if
+    /// it cannot be read. The filter itself answers with an HRESULT only.
+    std::optional<opc::PackageError> documentFault;
+    /// What else is wrong with that ticket, with its name; empty for nothing.
     std::string ticketFault;
     /// That page, or the part that the filter was at when it failed; empty before the first part.
     std::string part;
@@ -32,13 +35,8 @@ struct JobOutcome
     bool isModuleInUse = false;
 };
 
-/// Throws opc::PackageError if the part at which a filter failed cannot be read: the filter itself answers
-/// with an HRESULT only.
-void ThrowPackageFault(const std::filesystem::path& document, const JobOutcome& outcome);
-
-/// The fault of a part's ticket; empty for none. Throws opc::PackageError for relationships that cannot be
-/// read.
-std::string FindTicketFault(const opc::Package& package, const std::string& part);
+/// Finds out what is wrong with the part at which a filter failed.
+void FindDocumentFault(const opc::Package& package, JobOutcome& outcome);
 
 /// Where and how the filter failed, on one line.
 std::string DescribeFailure(const JobOutcome& outcome);

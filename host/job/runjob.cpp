@@ -122,7 +122,7 @@ JobOutcome RunInPipeline(const Job& job,
          printer.UserToken(),
          shared->editTicket},
         [&](const report::PageReport& page) { listener.OnPage(page); },
-        listener.WantedDetail());
+        listener.WantsDetails());
     const auto control = MakeCom<pipeline::ManagerControl>(shared);
     const auto communicator = MakeCom<pipeline::Communicator>(
         trace,
@@ -212,7 +212,7 @@ JobOutcome RunJob(const Job& job, const std::string& userTicket, JobListener& li
     JobOutcome outcome = RunInPipeline(job, userTicket, listener, printer, module, shared);
     if (FAILED(outcome.result))
     {
-        outcome.ticketFault = FindTicketFault(package, outcome.part);
+        FindDocumentFault(package, outcome);
     }
     CommitOutput(job, listener, module, shared, outcome);
     return outcome;

@@ -15,8 +15,8 @@ class JobListener
 public:
     virtual ~JobListener() = default;
 
-    /// How closely the pages are to be looked at.
-    virtual report::Detail WantedDetail() const { return report::Detail::None; }
+    /// Whether the pages' reports need their details.
+    virtual bool WantsDetails() const { return false; }
 
     /// The job begins; the document has that many pages, or 0 if they cannot be counted.
     virtual void OnStart(std::size_t /*pages*/) {}

@@ -12,16 +12,7 @@
 
 namespace host::report
 {
-/// How much is collected about a page: each level takes more time.
-enum class Detail
-{
-    None,
-    Tickets,
-    /// Also where the printer can print.
-    All
-};
-
-/// Facts that only detailed reports show.
+/// Facts that only detailed reports show; collecting them takes time.
 struct PageDetails
 {
     /// Bytes of tickets; empty for none.
@@ -82,17 +73,8 @@ inline constexpr const char* kUserPaper = "the user's paper";
 /// Turned is a page whose markup was replaced, refitted one that was given another sheet or scaling
 /// because the sheet that it asked for lies outside the limits.
 Decision Decide(const PageReport& page);
-const char* NameOf(Decision decision);
 bool IsRefitted(const PageReport& page);
-
-/// The reason in words: what in the ticket led to the decision.
-std::string ExplainDecision(const PageReport& page);
-
-/// The reason in at most 15 characters: "within limits", "Landscape", "too large 65 %".
-std::string SummariseDecision(const PageReport& page);
-
-/// "the new markup is not well-formed: line 3, column 14: ..."; empty where nothing is wrong with it.
-std::string ExplainMarkupFault(const PageReport& page);
+bool IsOutOfLimits(const PageReport& page);
 
 /// Whether an orientation lays the page across its sheet.
 bool IsLandscape(const std::string& orientation);
@@ -101,7 +83,4 @@ base::xps::printschema::MediaSize Rotated(base::xps::printschema::MediaSize shee
 
 /// The sheet that is compared with the limits: as it lies when the page is printed, upright after a turn.
 base::xps::printschema::MediaSize AsPrinted(const PageReport& page);
-
-/// "816x1056", to hundredths, with "?" for a length that the markup does not give.
-std::string FormatPageSize(const xps::PageSize& size);
 } // namespace host::report

@@ -89,7 +89,7 @@ const PageReporter::Asked& PageReporter::AskedBy(const xps::JobPart& page)
         m_asked = {m_facts.Read(ticket), {}, tickets::SaveBytes(ticket.Get()), {}};
         m_asked->replacements = tickets::FindReplacements(m_wanted, SelectionOf(m_asked->ticket));
         m_askedBy = page.printTicket;
-        if (m_detail == Detail::All)
+        if (m_wantsDetails)
         {
             m_asked->area = AnswerOrNone([&] { return m_tickets->ReadImageableArea(); });
         }
@@ -132,7 +132,7 @@ PageDetails PageReporter::ReadDetails(const xps::JobPart& page, std::string newT
         details.ownTicket = ReadTicket(*page.printTicket);
     }
     details.areaBefore = details.areaAfter = asked.area;
-    if (!newTicket.empty() && m_detail == Detail::All)
+    if (!newTicket.empty())
     {
         if (newTicket != m_newTicket)
         {
@@ -181,7 +181,7 @@ PageReport PageReporter::Describe(const pipeline::SentPart& sent)
             }
         }
     }
-    if (m_detail != Detail::None)
+    if (m_wantsDetails)
     {
         page.details = ReadDetails(sent.part, std::move(newTicket), asked);
         page.details->transform = sent.newMarkup != nullptr ? sent.newMarkup->transform : std::nullopt;

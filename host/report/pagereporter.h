@@ -24,8 +24,11 @@ public:
     PageReporter(const opc::Package& package,
                  pipeline::TicketSetting setting,
                  Listener onPage,
-                 Detail detail = Detail::None)
-        : m_package(package), m_setting(std::move(setting)), m_onPage(std::move(onPage)), m_detail(detail)
+                 bool wantsDetails)
+        : m_package(package),
+          m_setting(std::move(setting)),
+          m_onPage(std::move(onPage)),
+          m_wantsDetails(wantsDetails)
     {
     }
 
@@ -58,7 +61,7 @@ private:
     const opc::Package& m_package;
     pipeline::TicketSetting m_setting;
     Listener m_onPage;
-    Detail m_detail;
+    bool m_wantsDetails;
     std::unique_ptr<pipeline::EffectiveTickets> m_tickets;
     tickets::TicketFactsReader m_facts;
     base::xps::printschema::MediaSize m_jobSheet;

@@ -6,11 +6,8 @@
 #include <string_view>
 #include <utility>
 
-#include <nlohmann/json.hpp>
-
-#include "host/report/pagenotes.h"
 #include "host/report/pageview.h"
-#include "host/report/secondrun.h"
+#include "host/report/pagewords.h"
 #include "host/xml/text.h"
 
 namespace host::report
@@ -19,8 +16,6 @@ using base::xps::printschema::MediaSize;
 
 namespace
 {
-using Json = nlohmann::ordered_json;
-
 constexpr std::size_t kNarrowest = 80;
 constexpr std::size_t kIndent = 8;
 
@@ -54,6 +49,17 @@ std::string FormatLine(const Cells& cells)
     return line + "\n";
 }
 
+/// The last blank up to `end` at which a text can be broken: not before a unit. npos for none.
+std::size_t FindBreak(std::string_view text, std::size_t end)
+{
+    std::size_t blank = text.rfind(' ', end);
+    while (blank != text.npos && blank > 0 && text.substr(blank + 1).starts_with("mm"))
+    {
+        blank = text.rfind(' ', blank - 1);
+    }
+    return blank;
+}
+
 /// Text below a row, broken at blanks.
 std::string Wrap(std::string_view text, std::size_t width)
 {
@@ -64,7 +70,7 @@ std::string Wrap(std::string_view text, std::size_t width)
         std::size_t end = text.size();
         if (end > room)
         {
-            const std::size_t blank = text.rfind(' ', room);
+            const std::size_t blank = FindBreak(text, room);
             end = blank != text.npos && blank > 0 ? blank : std::min(text.find(' '), text.size());
         }
         lines.append(kIndent, ' ').append(text.substr(0, end)).append("\n");
@@ -122,60 +128,6 @@ std::string FormatDetails(const PageReport& page, std::size_t width)
                 width) +
            Wrap("ticket: " + FormatTickets(page), width);
 }
-
-Json ToJson(const std::optional<double>& value)
-{
-    return value ? Json(*value) : Json(nullptr);
-}
-
-Json ToJson(const xps::PageSize& size)
-{
-    return {{"width", ToJson(size.width)}, {"height", ToJson(size.height)}};
-}
-
-Json ToJson(MediaSize size)
-{
-    return {{"widthMicrometres", size.widthMicrometres}, {"heightMicrometres", size.heightMicrometres}};
-}
-
-Json ToJson(const tickets::SheetFacts& facts)
-{
-    Json media = {{"name", facts.mediaName}};
-    media.update(ToJson(facts.media));
-    return {{"orientation", facts.orientation}, {"media", media}, {"scaling", facts.scaling}};
-}
-
-Json ToJson(const tickets::TicketFacts& facts)
-{
-    Json object = ToJson(static_cast<const tickets::SheetFacts&>(facts));
-    object["limits"] = {{"minimum", ToJson(facts.limits.minimum)}, {"maximum", ToJson(facts.limits.maximum)}};
-    return object;
-}
-
-Json ToJson(const tickets::Replacement& replacement)
-{
-    return {{"wanted", replacement.wanted}, {"taken", replacement.taken}};
-}
-
-Json ToJson(const std::vector<tickets::Replacement>& replacements)
-{
-    Json array = Json::array();
-    for (const tickets::Replacement& replacement : replacements)
-    {
-        array.push_back(ToJson(replacement));
-    }
-    return array;
-}
-
-Json NameOrNull(const std::string& name)
-{
-    return name.empty() ? Json(nullptr) : Json(name);
-}
-
-std::string ToLine(const Json& object)
-{
-    return object.dump(-1, ' ', false, Json::error_handler_t::replace) + "\n";
-}
 } // namespace
 
 PageTable::PageTable(bool showsDetails, std::size_t width)
@@ -230,40 +182,5 @@ std::string PageTable::Finish()
     std::string number = std::to_string(m_first) + (m_first < m_last ? "-" + std::to_string(m_last) : "");
     number.append(number.size() < kIndent ? kIndent - number.size() : 1, ' ');
     return text + number + std::exchange(m_row, {});
-}
-
-std::string FormatJson(const PageReport& page)
-{
-    return ToLine(
-        {{"page", page.number},
-         {"decision", NameOf(Decide(page))},
-         {"reason", ExplainDecision(page)},
-         {"notes", NotesOn(page)},
-         {"part", page.part},
-         {"before", ToJson(page.before)},
-         {"after", ToJson(page.after)},
-         {"asked", ToJson(page.asked)},
-         {"given", page.given ? ToJson(*page.given) : Json(nullptr)},
-         {"replacements", ToJson(page.replacements)},
-         {"givenReplacement", page.givenReplacement ? ToJson(*page.givenReplacement) : Json(nullptr)},
-         {"markupFault", NameOrNull(page.markupFault)},
-         {"oldTicket", NameOrNull(page.oldTicket)},
-         {"newTicket", NameOrNull(page.newTicket)}});
-}
-
-std::string FormatSecondRunLine(const PageReport& page)
-{
-    return "page " + std::to_string(page.number) + " " + NameSecondRun(page) + ": " + ExplainSecondRun(page) +
-           "\n";
-}
-
-std::string FormatSecondRunJson(const PageReport& page)
-{
-    const Json again = {{"page", page.number},
-                        {"part", page.part},
-                        {"isStable", IsJudged(page) ? Json(IsStable(page)) : Json(nullptr)},
-                        {"decision", NameOf(Decide(page))},
-                        {"reason", ExplainSecondRun(page)}};
-    return ToLine({{"again", again}});
 }
 } // namespace host::report

@@ -30,11 +30,4 @@ private:
     std::size_t m_first = 0;
     std::size_t m_last = 0;
 };
-
-/// A page as one JSON object on one line. Page sizes are in 1/96 inch, sheets in micrometres.
-std::string FormatJson(const PageReport& page);
-
-/// A page in a second run, for people and as JSON.
-std::string FormatSecondRunLine(const PageReport& page);
-std::string FormatSecondRunJson(const PageReport& page);
 } // namespace host::report

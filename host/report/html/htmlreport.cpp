@@ -42,11 +42,35 @@ std::string FormatFoot()
 
 HtmlReport::HtmlReport(std::filesystem::path target) : m_target(std::move(target)), m_pieces(m_target) {}
 
-void HtmlReport::AddPage(const PageReport& page, const CallList& calls)
+void HtmlReport::TakePage(const PageReport& page)
 {
-    const PageBlock block = FormatPageBlock(page, calls);
-    m_blocks.push_back({Keep(block.head), Keep(block.rest), {}, Decide(page)});
-    m_decisions.Add(page);
+    const std::lock_guard lock(m_lock);
+    m_page = page;
+}
+
+void HtmlReport::TakeCall(const pipeline::TracedCall& call)
+{
+    const std::lock_guard lock(m_lock);
+    m_calls.Add(call);
+    if (call.role == pipeline::CallRole::HandsOutPart && !call.subject.empty())
+    {
+        m_part = call.subject;
+    }
+    if (FAILED(call.result))
+    {
+        m_result = call.role == pipeline::CallRole::RunsFilter ? call.result : m_result;
+    }
+    else if (call.role == pipeline::CallRole::TakesPart)
+    {
+        if (m_page)
+        {
+            const PageBlock block = FormatPageBlock(*m_page, m_calls);
+            m_blocks.push_back({Keep(block.head), Keep(block.rest), {}, Decide(*m_page)});
+            m_decisions.Add(m_blocks.back().decision);
+            m_page.reset();
+        }
+        m_calls = {};
+    }
 }
 
 void HtmlReport::AddSecondRun(const PageReport& page)
@@ -55,9 +79,10 @@ void HtmlReport::AddSecondRun(const PageReport& page)
     m_blocks.at(page.number - 1).again = Keep(FormatSecondRunBlock(page));
 }
 
-void HtmlReport::AddFailure(const Failure& failure, const CallList& calls)
+void HtmlReport::AddFailure(const std::string& part, const std::string& reason)
 {
-    m_blocks.push_back({Keep(FormatFailureBlock(failure, calls)), {}, {}, {}});
+    const std::string block = FormatFailureBlock(part.empty() ? m_part : part, reason, m_calls);
+    m_blocks.push_back({Keep(block), {}, {}, {}});
     m_hasFailed = true;
 }
 
@@ -128,6 +153,10 @@ std::string HtmlReport::FormatFilter() const
         "<div class=\"filter\" id=\"filter\" role=\"group\" aria-label=\"Pages to show\" hidden>";
     for (const auto& [kind, count] : kinds)
     {
+        if (count == 0)
+        {
+            continue;
+        }
         html += std::string("<label><input type=\"checkbox\" value=\"") + kind + "\" checked> " + kind +
                 " (" + std::to_string(count) + ")</label>";
     }

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <regex>
+#include <utility>
 
 #include "base/logging/log.h"
 #include "host/xml/encoding.h"
@@ -40,27 +42,20 @@ bool IsUnseen(char32_t character)
 
 std::string_view FindEntity(char32_t character)
 {
-    switch (character)
-    {
-    case U'&':
-        return "&amp;";
-    case U'<':
-        return "&lt;";
-    case U'>':
-        return "&gt;";
-    case U'"':
-        return "&quot;";
-    case U'\'':
-        return "&#39;";
-    case xml::kNoCharacter:
-        return "&#65533;";
-    default:
-        return {};
-    }
+    constexpr std::pair<char32_t, std::string_view> entities[] = {{U'&', "&amp;"},
+                                                                  {U'<', "&lt;"},
+                                                                  {U'>', "&gt;"},
+                                                                  {U'"', "&quot;"},
+                                                                  {U'\'', "&#39;"},
+                                                                  {xml::kNoCharacter, "&#65533;"}};
+    const auto found = std::find_if(std::begin(entities), std::end(entities), [&](const auto& entity) {
+        return entity.first == character;
+    });
+    return found == std::end(entities) ? std::string_view() : found->second;
 }
 } // namespace
 
-std::string EscapeHtml(std::string_view text)
+std::string EscapeHtml(std::string_view text, bool keepsLines)
 {
     std::string escaped;
     while (!text.empty())
@@ -70,7 +65,7 @@ std::string EscapeHtml(std::string_view text)
         {
             escaped += entity;
         }
-        else if (IsUnseen(character))
+        else if (IsUnseen(character) && !(keepsLines && character == U'\n'))
         {
             escaped += base::logging::FormatString("\\u{%X}", static_cast<unsigned>(character));
         }
@@ -83,32 +78,11 @@ std::string EscapeHtml(std::string_view text)
     return escaped;
 }
 
-std::string EscapeHtmlLines(std::string_view text)
-{
-    std::string escaped;
-    while (!text.empty())
-    {
-        const std::size_t end = text.find('\n');
-        escaped += EscapeHtml(text.substr(0, end));
-        escaped += end == std::string_view::npos ? "" : "\n";
-        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-    }
-    return escaped;
-}
-
 std::string EscapeHtmlName(std::string_view name)
 {
-    const auto isBetween = [](char c, char first, char last) { return c >= first && c <= last; };
-    std::string broken;
     // No entity that the escaping makes has a small letter before a capital one.
-    for (const char c : EscapeHtml(name))
-    {
-        const bool startsWord =
-            isBetween(c, 'A', 'Z') && !broken.empty() && isBetween(broken.back(), 'a', 'z');
-        broken += startsWord ? "<wbr>" : "";
-        broken += c;
-    }
-    return broken;
+    static const std::regex wordStart("([a-z])(?=[A-Z])");
+    return std::regex_replace(EscapeHtml(name), wordStart, "$1<wbr>");
 }
 
 std::string CodeOf(std::string_view text)

@@ -1,14 +1,14 @@
 #include "host/report/html/pageblock.h"
 
 #include <algorithm>
-#include <string_view>
+#include <utility>
 #include <vector>
 
+#include "host/pipeline/resulttext.h"
 #include "host/report/html/htmltext.h"
 #include "host/report/html/pagedrawing.h"
-#include "host/report/pagenotes.h"
 #include "host/report/pageview.h"
-#include "host/report/secondrun.h"
+#include "host/report/pagewords.h"
 #include "host/tickets/ticketdiff.h"
 #include "host/tickets/ticketdocument.h"
 #include "host/tickets/ticketlisting.h"
@@ -18,22 +18,6 @@ namespace host::report::html
 {
 namespace
 {
-std::vector<const char*> KindsOf(Decision decision)
-{
-    switch (decision)
-    {
-    case Decision::Turned:
-        return {"turned"};
-    case Decision::Refitted:
-        return {"refitted"};
-    case Decision::TurnedAndRefitted:
-        return {"turned", "refitted"};
-    case Decision::Passed:
-        break;
-    }
-    return {"passed"};
-}
-
 std::string Tag(const char* kind, const char* text)
 {
     return std::string(" <span class=\"tag ") + kind + "\">" + text + "</span>";
@@ -42,7 +26,9 @@ std::string Tag(const char* kind, const char* text)
 /// "215.9 x 279.4 mm", and the same in pixels below it.
 std::string FormatMeasure(const MillimetreBox& box)
 {
-    std::string text = xml::FormatNumber(box.width) + " &#215; " + xml::FormatNumber(box.height) + " mm";
+    // Broken before the sign, if it must be.
+    std::string text =
+        xml::FormatNumber(box.width) + " &#215;&#160;" + xml::FormatNumber(box.height) + "&#160;mm";
     if (box.left != 0.0 || box.top != 0.0)
     {
         text += "<span class=\"what\">at " + xml::FormatNumber(box.left) + ", " + xml::FormatNumber(box.top) +
@@ -58,46 +44,33 @@ std::string FormatMeasure(const std::optional<MillimetreBox>& box)
 }
 
 /// A table of what the drawings show, with a column for each of them.
-class MeasureTable
+std::string FormatMeasures(const PageReport& page)
 {
-public:
-    explicit MeasureTable(const PageReport& page)
-        : m_hasAfter(Decide(page) != Decision::Passed), m_before(ViewBefore(page)), m_after(ViewAfter(page))
-    {
-        m_html = "<table class=\"measures\"><thead><tr><th scope=\"col\">Measure</th>";
-        m_html += m_hasAfter ? "<th scope=\"col\">Before</th><th scope=\"col\">After</th>"
-                             : "<th scope=\"col\">Before and after</th>";
-        m_html += "</tr></thead><tbody>";
-        const tickets::SheetFacts& given = page.given ? *page.given : page.asked;
-        AddRow("sheet", "Sheet", [&](const PageView& view) {
-            return EscapeHtmlName(&view == &m_before ? page.asked.mediaName : given.mediaName) + "<br>" +
-                   FormatMeasure(view.sheet);
-        });
-        AddRow("page-box", "Page box", [](const PageView& view) { return FormatMeasure(view.page); });
-        AddRow("imageable", "Imageable area", [](const PageView& view) {
-            return FormatMeasure(view.imageable);
-        });
-        AddRow("largest", "Upper limit", [](const PageView& view) { return FormatMeasure(view.largest); });
-        AddRow("smallest", "Lower limit", [](const PageView& view) { return FormatMeasure(view.smallest); });
-        m_html += "</tbody></table>";
-    }
-
-    const std::string& Html() const noexcept { return m_html; }
-
-private:
-    template <typename Measure>
-    void AddRow(const std::string& kind, const char* title, Measure&& measure)
-    {
-        m_html += "<tr><th scope=\"row\" class=\"stroke " + kind + "\">" + title + "</th><td>" +
-                  measure(m_before) + "</td>";
-        m_html += m_hasAfter ? "<td>" + measure(m_after) + "</td></tr>" : "</tr>";
-    }
-
-    bool m_hasAfter;
-    PageView m_before;
-    PageView m_after;
-    std::string m_html;
-};
+    const bool hasAfter = Decide(page) != Decision::Passed;
+    const PageView before = ViewBefore(page);
+    const PageView after = ViewAfter(page);
+    std::string html = "<table class=\"measures\"><thead><tr><th scope=\"col\">Measure</th>";
+    html += hasAfter ? "<th scope=\"col\">Before</th><th scope=\"col\">After</th>"
+                     : "<th scope=\"col\">Before and after</th>";
+    html += "</tr></thead><tbody>";
+    const auto addRow = [&](const std::string& kind, const std::string& title, const auto& measure) {
+        html += "<tr><th scope=\"row\" class=\"stroke " + kind + "\">" + title + "</th><td>" +
+                measure(before, page.asked) + "</td>";
+        html += hasAfter ? "<td>" + measure(after, page.given ? *page.given : page.asked) + "</td></tr>"
+                         : "</tr>";
+    };
+    addRow("sheet", "Sheet", [](const PageView& view, const tickets::SheetFacts& ticket) {
+        return EscapeHtmlName(ticket.mediaName) + "<br>" + FormatMeasure(view.sheet);
+    });
+    const auto addBox = [&](const char* kind, const char* title, auto PageView::*box) {
+        addRow(kind, title, [&](const PageView& view, const auto&) { return FormatMeasure(view.*box); });
+    };
+    addBox("page-box", "Page box", &PageView::page);
+    addBox("imageable", "Imageable area", &PageView::imageable);
+    addBox("largest", "Upper limit", &PageView::largest);
+    addBox("smallest", "Lower limit", &PageView::smallest);
+    return html + "</tbody></table>";
+}
 
 std::string DescribeScaling(const tickets::SheetFacts& ticket)
 {
@@ -168,7 +141,7 @@ std::string FormatDrawings(const PageReport& page)
            (drawings.after.empty()
                 ? FormatFigure("Before and after", drawings.before)
                 : FormatFigure("Before", drawings.before) + FormatFigure("After", drawings.after)) +
-           MeasureTable(page).Html() + "</div>";
+           FormatMeasures(page) + "</div>";
 }
 
 const char* NameOf(tickets::TicketChange change)
@@ -262,7 +235,7 @@ std::string FormatTicket(const PageReport& page)
                     : "<p>" + old + " &#8594; " + CodeOf(page.newTicket) + "</p>" +
                           FormatTicketDiff(*page.details);
         html += "<details><summary>Settings in force for the page as it came</summary><pre tabindex=\"0\">" +
-                EscapeHtmlLines(tickets::FormatListing(tickets::ListTicket(page.details->effectiveTicket))) +
+                EscapeHtml(tickets::FormatListing(tickets::ListTicket(page.details->effectiveTicket)), true) +
                 "</pre></details>";
     }
     catch (const xml::MarkupError& fault)
@@ -272,35 +245,49 @@ std::string FormatTicket(const PageReport& page)
     return html;
 }
 
-std::string FormatCalls(const CallList& calls, const char* state)
-{
-    std::string html = std::string("<details class=\"calls\"") + state + "><summary>" +
-                       xml::CountOf(calls.Count(), "pipeline call") + "</summary><pre tabindex=\"0\">" +
-                       calls.Text();
-    if (calls.LeftOut() > 0)
-    {
-        html += "... and " + std::to_string(calls.LeftOut()) + " more";
-    }
-    return html + "</pre></details>";
-}
 } // namespace
+
+void CallList::Add(const pipeline::TracedCall& call)
+{
+    constexpr std::size_t mostText = 65'536;
+    ++m_count;
+    if (m_text.size() >= mostText)
+    {
+        ++m_leftOut;
+        return;
+    }
+    const std::string meaning = pipeline::DescribeResult(call.result);
+    m_text += pipeline::FormatResult(call.result) + "  " + std::string(call.method) +
+              (call.subject.empty() ? "" : "  " + EscapeHtml(call.subject)) +
+              (meaning.empty() ? "" : "  (" + EscapeHtml(meaning) + ")") + "\n";
+}
+
+std::string CallList::Format(bool isUnfolded) const
+{
+    return std::string("<details class=\"calls\"") + (isUnfolded ? " open" : "") + "><summary>" +
+           xml::CountOf(m_count, "pipeline call") + "</summary><pre tabindex=\"0\">" + m_text +
+           (m_leftOut > 0 ? "... and " + std::to_string(m_leftOut) + " more" : "") + "</pre></details>";
+}
 
 PageBlock FormatPageBlock(const PageReport& page, const CallList& calls)
 {
     const std::string number = std::to_string(page.number);
     std::string classes = "page";
     std::string tags;
-    for (const char* kind : KindsOf(Decide(page)))
+    const bool isPassed = Decide(page) == Decision::Passed;
+    for (const auto& [kind, isOfKind] : {std::pair("turned", page.isMarkupReplaced),
+                                         std::pair("refitted", IsRefitted(page)),
+                                         std::pair("passed", isPassed)})
     {
-        classes += std::string(" ") + kind;
-        tags += Tag(kind, kind);
+        classes += isOfKind ? std::string(" ") + kind : "";
+        tags += isOfKind ? Tag(kind, kind) : "";
     }
     tags += page.markupFault.empty() ? "" : Tag("failed", "malformed");
     PageBlock block;
     block.head = "<section class=\"" + classes + "\" id=\"page-" + number + "\"><h3>Page " + number + tags +
                  "</h3><p class=\"quiet\">" + CodeOf(page.part) + "</p><p><b>Why:</b> " +
                  EscapeHtml(ExplainDecision(page)) + ".</p>" + FormatNotes(page);
-    block.rest = FormatDrawings(page) + FormatMovement(page) + FormatTicket(page) + FormatCalls(calls, "") +
+    block.rest = FormatDrawings(page) + FormatMovement(page) + FormatTicket(page) + calls.Format(false) +
                  "</section>\n";
     return block;
 }
@@ -312,11 +299,10 @@ std::string FormatSecondRunBlock(const PageReport& again)
            EscapeHtml(ExplainSecondRun(again)) + ".</p>";
 }
 
-std::string FormatFailureBlock(const Failure& failure, const CallList& calls)
+std::string FormatFailureBlock(const std::string& part, const std::string& reason, const CallList& calls)
 {
     return "<section class=\"page failed\" id=\"failed\"><h3>" +
-           (failure.part.empty() ? "Before the first part" : "At " + CodeOf(failure.part)) +
-           Tag("failed", "failed") + "</h3><p><b>Why:</b> " + EscapeHtml(failure.reason) + "</p>" +
-           FormatCalls(calls, " open") + "</section>\n";
+           (part.empty() ? "Before the first part" : "At " + CodeOf(part)) + Tag("failed", "failed") +
+           "</h3><p><b>Why:</b> " + EscapeHtml(reason) + "</p>" + calls.Format(true) + "</section>\n";
 }
 } // namespace host::report::html

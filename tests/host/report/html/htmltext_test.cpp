@@ -26,7 +26,7 @@ TEST(HtmlText, ShowsWhatAReaderWouldNotSeeAndNothingAsMarkup)
     {
         EXPECT_EQ(EscapeHtml(text), html);
     }
-    EXPECT_EQ(EscapeHtmlLines("a\n\rb\n"), "a\n\\u{D}b\n");
+    EXPECT_EQ(EscapeHtml("a\n\rb\n", true), "a\n\\u{D}b\n");
     EXPECT_EQ(EscapeHtmlName("PageMedia&Size\xFF"), "Page<wbr>Media&amp;Size&#65533;");
 }
 } // namespace
