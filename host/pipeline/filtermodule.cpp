@@ -79,7 +79,10 @@ ComPtr<IPrintPipelineFilter> FilterModule::CreateFilter(CallTrace& trace) const
 
 void FilterModule::SetUserPaper(const std::optional<std::string>& paper) const
 {
-    pipeline::SetUserPaper(m_library.Handle(), paper);
+    if (!pipeline::SetUserPaper(m_library.Handle(), paper))
+    {
+        Fail(m_path, "does not import GetLocaleInfoW, so --paper has no effect on it");
+    }
 }
 
 bool FilterModule::CanUnload() const noexcept

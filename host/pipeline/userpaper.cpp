@@ -22,18 +22,20 @@ int WINAPI AnswerLocaleInfo(LCID locale, LCTYPE type, LPWSTR buffer, int size)
     return 2;
 }
 
-/// Puts a function in the place of another one that a module imports.
-void Redirect(HMODULE module, FARPROC from, ULONG_PTR to)
+/// Puts a function in the place of another one that a module imports. Returns false if it imports neither.
+bool Redirect(HMODULE module, FARPROC from, ULONG_PTR to)
 {
     auto* const base = reinterpret_cast<std::byte*>(module);
     const auto* const dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
     const auto* const headers = reinterpret_cast<const IMAGE_NT_HEADERS*>(base + dos->e_lfanew);
     const DWORD imports = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
+    bool isFound = false;
     for (auto* library = reinterpret_cast<const IMAGE_IMPORT_DESCRIPTOR*>(base + imports); library->Name != 0;
          ++library)
     {
         for (auto* place = reinterpret_cast<ULONG_PTR*>(base + library->FirstThunk); *place != 0; ++place)
         {
+            isFound = isFound || *place == reinterpret_cast<ULONG_PTR>(from) || *place == to;
             DWORD access = 0;
             if (*place == reinterpret_cast<ULONG_PTR>(from) &&
                 VirtualProtect(place, sizeof(*place), PAGE_READWRITE, &access))
@@ -43,17 +45,15 @@ void Redirect(HMODULE module, FARPROC from, ULONG_PTR to)
             }
         }
     }
+    return isFound;
 }
 } // namespace
 
-void SetUserPaper(HMODULE module, const std::optional<std::string>& paper)
+bool SetUserPaper(HMODULE module, const std::optional<std::string>& paper)
 {
     g_measurementSystem = !paper ? L'\0' : *paper == "Letter" ? L'1' : L'0';
-    if (paper)
-    {
-        Redirect(module,
-                 GetProcAddress(GetModuleHandleW(L"kernel32"), "GetLocaleInfoW"),
-                 reinterpret_cast<ULONG_PTR>(&AnswerLocaleInfo));
-    }
+    return !paper || Redirect(module,
+                              GetProcAddress(GetModuleHandleW(L"kernel32"), "GetLocaleInfoW"),
+                              reinterpret_cast<ULONG_PTR>(&AnswerLocaleInfo));
 }
 } // namespace host::pipeline
