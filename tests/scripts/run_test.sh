@@ -38,4 +38,10 @@ if [ "$(<errors)" != $'setup: a step\nrun: building in 2 steps' ]; then
     echo "the error output is: $(<errors)"
     status=1
 fi
+
+# A program that fails without a word.
+printf '#!/bin/sh\nexit 1\n' >"$work/tools/wine"
+chmod +x "$work/tools/wine"
+told=$("$(dirname "$script")/../cmake/wine-run" bin/program.exe 2>&1) && status=1
+[ "$told" = "program: ended with status 1 and no message" ] || { echo "wine-run: $told"; status=1; }
 exit $status
