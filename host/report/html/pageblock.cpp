@@ -23,19 +23,23 @@ std::string Tag(const char* kind, const char* text)
     return std::string(" <span class=\"tag ") + kind + "\">" + text + "</span>";
 }
 
-/// "215.9 x 279.4 mm", and the same in pixels below it.
+/// "215.9 x 279.4 mm", which can be broken before the sign only.
+std::string FormatExtent(double width, double height, const char* unit)
+{
+    return xml::FormatNumber(width) + " &#215;&#160;" + xml::FormatNumber(height) + "&#160;" + unit;
+}
+
+/// The extent in millimetres, and below it where the box is and the extent in pixels.
 std::string FormatMeasure(const MillimetreBox& box)
 {
-    // Broken before the sign, if it must be.
-    std::string text =
-        xml::FormatNumber(box.width) + " &#215;&#160;" + xml::FormatNumber(box.height) + "&#160;mm";
+    std::string text = FormatExtent(box.width, box.height, "mm");
     if (box.left != 0.0 || box.top != 0.0)
     {
         text += "<span class=\"what\">at " + xml::FormatNumber(box.left) + ", " + xml::FormatNumber(box.top) +
                 " mm</span>";
     }
-    return text + "<span class=\"what\">" + xml::FormatNumber(ToPixels(box.width)) + " &#215; " +
-           xml::FormatNumber(ToPixels(box.height)) + " px</span>";
+    return text + "<span class=\"what\">" + FormatExtent(ToPixels(box.width), ToPixels(box.height), "px") +
+           "</span>";
 }
 
 std::string FormatMeasure(const std::optional<MillimetreBox>& box)
