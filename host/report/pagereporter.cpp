@@ -80,19 +80,26 @@ std::string PageReporter::ReadTicket(const opc::PartName& name) const
     return m_setting.editTicket ? m_setting.editTicket(ticket) : ticket;
 }
 
-const PageReporter::Asked& PageReporter::AskedBy(const xps::JobPart& page)
+const PageReport& PageReporter::AskedBy(const xps::JobPart& page)
 {
     if (!m_asked || m_askedBy != page.printTicket)
     {
         EnterLevel(page);
         const auto ticket = m_tickets->GetEffective();
-        m_asked = {m_facts.Read(ticket), {}, tickets::SaveBytes(ticket.Get()), {}};
-        m_asked->replacements = tickets::FindReplacements(m_wanted, SelectionOf(m_asked->ticket));
-        m_askedBy = page.printTicket;
+        const std::string bytes = tickets::SaveBytes(ticket.Get());
+        m_asked.emplace();
+        m_asked->asked = m_facts.Read(ticket);
+        m_asked->replacements = tickets::FindReplacements(m_wanted, SelectionOf(bytes));
+        m_asked->oldTicket = page.printTicket ? page.printTicket->Text() : "";
         if (m_wantsDetails)
         {
-            m_asked->area = AnswerOrNone([&] { return m_tickets->ReadImageableArea(); });
+            PageDetails& details = m_asked->details.emplace();
+            details.effectiveTicket = bytes;
+            details.ownTicket = page.printTicket ? ReadTicket(*page.printTicket) : "";
+            details.areaBefore = AnswerOrNone([&] { return m_tickets->ReadImageableArea(); });
+            details.areaAfter = details.areaBefore;
         }
+        m_askedBy = page.printTicket;
     }
     return *m_asked;
 }
@@ -123,31 +130,9 @@ std::optional<tickets::Replacement> PageReporter::FindGivenReplacement(const std
     return m_givenReplacement;
 }
 
-PageDetails PageReporter::ReadDetails(const xps::JobPart& page, std::string newTicket, const Asked& asked)
-{
-    PageDetails details;
-    details.effectiveTicket = asked.ticket;
-    if (page.printTicket)
-    {
-        details.ownTicket = ReadTicket(*page.printTicket);
-    }
-    details.areaBefore = details.areaAfter = asked.area;
-    if (!newTicket.empty())
-    {
-        if (newTicket != m_newTicket)
-        {
-            m_newArea = AnswerOrNone([&] { return m_tickets->ReadImageableArea(newTicket); });
-            m_newTicket = newTicket;
-        }
-        details.areaAfter = m_newArea;
-    }
-    details.newTicket = std::move(newTicket);
-    return details;
-}
-
 PageReport PageReporter::Describe(const pipeline::SentPart& sent)
 {
-    PageReport page;
+    PageReport page = AskedBy(sent.part);
     page.number = m_pages;
     page.part = sent.part.name.Text();
     page.before = page.after =
@@ -159,33 +144,35 @@ PageReport PageReporter::Describe(const pipeline::SentPart& sent)
         page.markupFault = sent.newMarkup->fault;
         page.isRefused = sent.isRefused;
     }
-    const Asked& asked = AskedBy(sent.part);
-    page.asked = asked.facts;
-    page.replacements = asked.replacements;
-    if (sent.part.printTicket)
+    page.newTicket = sent.newTicket != nullptr ? sent.newTicket->Name().Text() : "";
+    if (sent.newTicket != nullptr && sent.newTicket->NewContent() != nullptr)
     {
-        page.oldTicket = sent.part.printTicket->Text();
+        TakeNewTicket(sent.newTicket->NewContent()->Content().ReadStart(xps::kPrintTicketLimit), page);
     }
-    std::string newTicket;
-    if (sent.newTicket != nullptr)
+    if (page.details && page.isMarkupReplaced)
     {
-        page.newTicket = sent.newTicket->Name().Text();
-        if (sent.newTicket->NewContent() != nullptr)
-        {
-            newTicket = sent.newTicket->NewContent()->Content().ReadStart(xps::kPrintTicketLimit);
-            page.given = tickets::ReadSheetFacts(newTicket);
-            if (IsRefitted(page))
-            {
-                page.givenOrigin = FindGivenOrigin(page);
-                page.givenReplacement = FindGivenReplacement(newTicket);
-            }
-        }
-    }
-    if (m_wantsDetails)
-    {
-        page.details = ReadDetails(sent.part, std::move(newTicket), asked);
-        page.details->transform = sent.newMarkup != nullptr ? sent.newMarkup->transform : std::nullopt;
+        page.details->transform = sent.newMarkup->transform;
     }
     return page;
+}
+
+void PageReporter::TakeNewTicket(const std::string& ticket, PageReport& page)
+{
+    page.given = tickets::ReadSheetFacts(ticket);
+    if (IsRefitted(page))
+    {
+        page.givenOrigin = FindGivenOrigin(page);
+        page.givenReplacement = FindGivenReplacement(ticket);
+    }
+    if (page.details)
+    {
+        if (ticket != m_newTicket)
+        {
+            m_newArea = AnswerOrNone([&] { return m_tickets->ReadImageableArea(ticket); });
+            m_newTicket = ticket;
+        }
+        page.details->newTicket = ticket;
+        page.details->areaAfter = m_newArea;
+    }
 }
 } // namespace host::report

@@ -41,22 +41,13 @@ public:
     std::size_t Pages() const noexcept { return m_pages; }
 
 private:
-    /// The facts of an effective ticket.
-    struct Asked
-    {
-        tickets::TicketFacts facts;
-        std::vector<tickets::Replacement> replacements;
-        std::string ticket;
-        std::optional<base::xps::printschema::ImageableArea> area;
-    };
-
     void EnterLevel(const xps::JobPart& part);
-    const Asked& AskedBy(const xps::JobPart& page);
+    const PageReport& AskedBy(const xps::JobPart& page);
     std::string ReadTicket(const opc::PartName& name) const;
     std::string FindGivenOrigin(const PageReport& page) const;
     std::optional<tickets::Replacement> FindGivenReplacement(const std::string& newTicket);
-    PageDetails ReadDetails(const xps::JobPart& page, std::string newTicket, const Asked& asked);
     PageReport Describe(const pipeline::SentPart& sent);
+    void TakeNewTicket(const std::string& ticket, PageReport& page);
 
     const opc::Package& m_package;
     pipeline::TicketSetting m_setting;
@@ -68,10 +59,10 @@ private:
     base::xps::printschema::MediaSize m_documentSheet;
     // The selections of the tickets of page, document, job, user and driver.
     std::vector<tickets::SheetSelection> m_wanted;
-    // The last page's ticket and its facts, which hold for the next page of the document with the same
-    // ticket, or none.
+    // The last page's ticket and what it asks for, which holds for the next page of the document with the
+    // same ticket, or none.
     std::optional<opc::PartName> m_askedBy;
-    std::optional<Asked> m_asked;
+    std::optional<PageReport> m_asked;
     // The last new ticket and its area: many pages get the same one.
     std::string m_newTicket;
     std::optional<base::xps::printschema::ImageableArea> m_newArea;
