@@ -23,8 +23,11 @@ class ReportTest(ProgramTestCase):
 
     def setUp(self):
         """Reports stay for the tests to come."""
+        self.path = None
 
     def report(self, package, *options, status=0, **look):
+        if self.path:
+            self.tearDown()
         self.path = Path(WORK, f"{package}.html")
         if not self.path.exists():
             self.take(package)
@@ -37,7 +40,7 @@ class ReportTest(ProgramTestCase):
         self.assertEqual(self.browser.complaints, [])
         self.assertEqual(self.browser.requests, [self.path.resolve().as_uri()])
 
-    def test_every_page_is_drawn_to_scale(self):
+    def test_every_page_is_drawn_to_scale_turned_and_named(self):
         self.report("sample")
         ask = self.browser.ask
         self.assertEqual(ask(VISIBLE), PAGES)
@@ -54,18 +57,25 @@ class ReportTest(ProgramTestCase):
             # Within the width of a stroke.
             for drawn, length in zip(drawing, (*sheet, *(pixels * 25.4 / 96 for pixels in box))):
                 self.assertAlmostEqual(drawn, length * scale, delta=1)
-
-    def test_the_drawing_turns_the_content_as_the_markup_does(self):
-        self.report("sample")
         # From the foot of the arrow to its head, on the screen.
-        arrows = self.browser.ask(
+        arrows = ask(
             "Array.from(document.querySelectorAll('#page-2 svg, #page-4 svg')).map((svg) => { const arrow ="
             " svg.querySelector('.arrow'); const at = (length) => arrow.getPointAtLength(length).matrixTransform("
             "arrow.getScreenCTM()); const foot = at(0), head = at(arrow.getTotalLength() / 3);"
             " return [Math.sign(Math.round(head.x - foot.x)), Math.sign(Math.round(head.y - foot.y))]; })")
         self.assertEqual(arrows, [[0, -1], [-1, 0], [0, -1], [0, -1]])
+        # For those who cannot see it.
+        names = ask("Array.from(document.querySelectorAll('svg')).map((svg) => svg.getAttribute('role') + ' ' +"
+                    " document.getElementById(svg.getAttribute('aria-labelledby')).textContent)")
+        self.assertIn("img Page 2 after: sheet 215.9 by 279.4 mm, page 215.9 by 279.4 mm; the content's arrow points "
+                      "to the left", names)
+        self.assertEqual(ask("document.querySelectorAll('th:not([scope])').length"), 0)
+        self.assertEqual(ask("Array.from(document.querySelectorAll('h1, h2, h3, h4')).map((each) => +each.tagName[1])"
+                             ".filter((level, index, all) => index && level > all[index - 1] + 1)"), [])
+        self.assertEqual(ask("document.querySelectorAll('[id]').length - new Set(Array.from("
+                             "document.querySelectorAll('[id]')).map((each) => each.id)).size"), 0)
 
-    def test_the_filter_shows_the_kinds_that_are_ticked(self):
+    def test_the_filter_and_the_overview_lead_to_the_pages_that_are_wanted(self):
         self.report("sample")
         status = "document.getElementById('shown').textContent"
         for kind, left in (("passed", ["page-2", "page-4", "page-5"]), ("turned", ["page-4", "page-5"]), ("refitted", []),
@@ -73,8 +83,6 @@ class ReportTest(ProgramTestCase):
             self.browser.click(f"#filter input[value={kind}]")
             self.assertEqual(self.browser.ask(VISIBLE), left)
             self.assertEqual(self.browser.ask(status), f"{len(left)} of 5 shown")
-
-    def test_long_reports_have_an_overview_and_unstable_pages_a_filter(self):
         self.report("lying-target", "--limits", "76.2x127-300x300")
         self.browser.click("#unstable")
         self.assertEqual(self.browser.ask(VISIBLE), ["page-1"])
@@ -88,7 +96,7 @@ class ReportTest(ProgramTestCase):
         self.browser.click(".overview a")
         self.assertEqual(self.browser.ask(VISIBLE), ["page-1"])
 
-    def test_nothing_is_wider_than_a_phone(self):
+    def test_can_be_read_on_a_phone_in_light_and_in_dark(self):
         self.report("sample", width=360)
         for act in ("0", UNFOLD):
             self.browser.ask(act)
@@ -96,8 +104,6 @@ class ReportTest(ProgramTestCase):
             self.assertEqual(self.browser.ask(
                 "Array.from(document.querySelectorAll('body *:not(title)')).filter((each) =>"
                 " each.getBoundingClientRect().right > 360).length"), 0)
-
-    def test_text_stands_out_from_its_ground_in_light_and_in_dark(self):
         for dark in (False, True):
             self.report("sample", dark=dark)
             # The ratio of WCAG, of every element that has a text of its own.
@@ -127,20 +133,7 @@ class ReportTest(ProgramTestCase):
         with self.assertRaises(RuntimeError):
             self.browser.call("DOM.getBoxModel", nodeId=bar)
 
-    def test_it_says_what_it_shows_to_those_who_cannot_see_it(self):
-        self.report("sample")
-        ask = self.browser.ask
-        names = ask("Array.from(document.querySelectorAll('svg')).map((svg) => svg.getAttribute('role') + ' ' +"
-                    " document.getElementById(svg.getAttribute('aria-labelledby')).textContent)")
-        self.assertIn("img Page 2 after: sheet 215.9 by 279.4 mm, page 215.9 by 279.4 mm; the content's arrow points "
-                      "to the left", names)
-        self.assertEqual(ask("document.querySelectorAll('th:not([scope])').length"), 0)
-        self.assertEqual(ask("Array.from(document.querySelectorAll('h1, h2, h3, h4')).map((each) => +each.tagName[1])"
-                             ".filter((level, index, all) => index && level > all[index - 1] + 1)"), [])
-        self.assertEqual(ask("document.querySelectorAll('[id]').length - new Set(Array.from("
-                             "document.querySelectorAll('[id]')).map((each) => each.id)).size"), 0)
-
-    def test_a_run_that_fails_shows_where_and_why(self):
+    def test_shows_where_and_why_a_run_failed_and_texts_as_they_are(self):
         self.report("bad-page", "--orientation", "Landscape", status=2)
         self.assertEqual(self.browser.ask(VISIBLE), ["page-1", "failed"])
         text = self.browser.ask("document.getElementById('failed').innerText")
@@ -151,8 +144,7 @@ class ReportTest(ProgramTestCase):
         self.assertEqual(self.browser.ask(VISIBLE), ["failed"])
         self.browser.click("a[href='#failed']")
         self.assertEqual(self.browser.ask("location.hash"), "#failed")
-
-    def test_texts_of_a_hostile_document_are_texts(self):
+        # Texts of a hostile document are texts.
         self.report("hostile-ticket")
         self.browser.ask(UNFOLD)
         text = self.browser.ask("document.getElementById('page-1').innerText")
