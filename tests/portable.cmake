@@ -28,5 +28,5 @@ set_tests_properties(
                ENVIRONMENT "LOCPATH=${locales};UBSAN_OPTIONS=print_stacktrace=1")
 
 if(FUZZING)
-    add_subdirectory(fuzz)
+    add_subdirectory(machines/fuzz)
 endif()

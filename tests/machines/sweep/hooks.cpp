@@ -1,4 +1,4 @@
-#include "sweep/hooks.h"
+#include "machines/sweep/hooks.h"
 
 #include <cstring>
 

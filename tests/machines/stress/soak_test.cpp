@@ -9,7 +9,7 @@
 #include "base/utility/safecoinit.h"
 #include "base/utility/variant.h"
 #include "base/xml/xmlutility.h"
-#include "stress/job.h"
+#include "machines/stress/job.h"
 #include "support/heap.h"
 
 #include <psapi.h>

@@ -1,7 +1,7 @@
 #include "host/opc/partname.h"
-#include "fuzz/bytes.h"
 #include "host/opc/itemname.h"
 #include "host/opc/packageerror.h"
+#include "machines/fuzz/bytes.h"
 
 namespace
 {

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "sweep/job.h"
+#include "machines/sweep/job.h"
 
 namespace sweep
 {

@@ -1,4 +1,4 @@
-#include "sweep/expectations.h"
+#include "machines/sweep/expectations.h"
 
 #include <algorithm>
 #include <array>

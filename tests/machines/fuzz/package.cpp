@@ -2,11 +2,11 @@
 
 #include <unistd.h>
 
-#include "fuzz/bytes.h"
 #include "host/opc/files.h"
 #include "host/opc/package.h"
 #include "host/opc/packagewriter.h"
 #include "host/xps/xpsdocument.h"
+#include "machines/fuzz/bytes.h"
 
 namespace
 {

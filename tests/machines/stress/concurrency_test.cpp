@@ -11,7 +11,7 @@
 #include <gtest/gtest.h>
 
 #include "base/utility/safecoinit.h"
-#include "stress/job.h"
+#include "machines/stress/job.h"
 
 namespace stress
 {

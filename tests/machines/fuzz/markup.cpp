@@ -3,9 +3,9 @@
 
 #include "base/xml/prologscanner.h"
 #include "base/xps/page/markuptext.h"
-#include "fuzz/bytes.h"
 #include "host/xml/reader.h"
 #include "host/xml/writer.h"
+#include "machines/fuzz/bytes.h"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {

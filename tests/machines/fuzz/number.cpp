@@ -1,7 +1,7 @@
 #include <cmath>
 
 #include "base/xps/page/markuptext.h"
-#include "fuzz/bytes.h"
+#include "machines/fuzz/bytes.h"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {

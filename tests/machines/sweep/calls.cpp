@@ -1,4 +1,4 @@
-#include "sweep/calls.h"
+#include "machines/sweep/calls.h"
 
 #include <algorithm>
 #include <cctype>

@@ -6,7 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "base/utility/safecoinit.h"
-#include "stress/job.h"
+#include "machines/stress/job.h"
 #include "support/heap.h"
 
 // Here nothing may hold the module: each test loads it, and it is gone afterwards.

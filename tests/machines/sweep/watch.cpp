@@ -1,10 +1,10 @@
-#include "sweep/watch.h"
+#include "machines/sweep/watch.h"
 
 #include <array>
 #include <cstdlib>
 #include <span>
 
-#include "sweep/calls.h"
+#include "machines/sweep/calls.h"
 
 namespace sweep
 {

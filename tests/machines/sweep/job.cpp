@@ -1,14 +1,14 @@
-#include "sweep/job.h"
+#include "machines/sweep/job.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <limits>
 
 #include "host/pipeline/filtermodule.h"
+#include "machines/sweep/calls.h"
 #include "support/filtermodule.h"
 #include "support/pipeline.h"
 #include "support/tickettext.h"
-#include "sweep/calls.h"
 
 namespace sweep
 {

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "sweep/watch.h"
+#include "machines/sweep/watch.h"
 
 // Every function that the module imports and every method that it calls, with how each fails and which
 // resources it gives or takes.

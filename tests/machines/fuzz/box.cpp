@@ -3,7 +3,7 @@
 
 #include "base/xps/page/pagebox.h"
 #include "base/xps/page/pagetransform.h"
-#include "fuzz/bytes.h"
+#include "machines/fuzz/bytes.h"
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {

@@ -8,8 +8,8 @@
 #include <thread>
 #include <vector>
 
-#include "sweep/expectations.h"
-#include "sweep/job.h"
+#include "machines/sweep/expectations.h"
+#include "machines/sweep/job.h"
 
 #include <winternl.h>
 

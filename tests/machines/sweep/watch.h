@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "sweep/hooks.h"
+#include "machines/sweep/hooks.h"
 
 namespace sweep
 {

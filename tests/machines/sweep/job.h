@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "sweep/watch.h"
+#include "machines/sweep/watch.h"
 
 namespace sweep
 {
