@@ -432,7 +432,7 @@ class FailureTest(ProgramTestCase):
                 "--tessel-type x": "Could not convert: --tessel-type = x" + option,
                 "--device other.xml --printer none": "--device excludes --printer" + option,
                 "--module none.dll": "Z:" + str(Path(WORK, "none.dll")).replace("/", "\\") + ": cannot be loaded: ERROR_MOD_NOT_FOUND, ",
-                "--compression 10": "--compression: Value 10 not in range 0 to 9" + option,
+                "--compression 10": "--compression: Value 10 not in range ",
                 "--colour": "--colour is no option of run" + option,
                 "--detials": "--detials is no option of run; did you mean --details? See --help",
                 "x.xps": "x.xps is one argument too many" + option,

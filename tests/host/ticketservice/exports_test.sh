@@ -1,9 +1,12 @@
 #!/bin/sh
 # Whether the offline prntvpt.dll exports the platform's ordinals, the host's two functions and nothing more:
 # exports_test.sh DLL OBJDUMP
+# First addresses, "[0] +base[2] 1a2b Export RVA"; then names, "[0] Name" or "[0] +base[2] 0000 Name" (newer binutils).
 exported=$("$2" -p "$1" | awk '
-    /^\t\[ *[0-9]+\] \+base\[ *[0-9]+\]/ { gsub(/[][+]|base/, " "); ordinal[$1] = $2 }
-    /^\t\[ *[0-9]+\] [A-Za-z]+$/ { gsub(/[][]/, " "); print ordinal[$1], $2 }' | sort -n)
+    !/^\t\[ *[0-9]+\]/ { next }
+    { gsub(/[][]|\+base/, " ") }
+    NF == 5 { ordinal[$1] = $2 }
+    NF == 2 || NF == 4 { print ordinal[$1], $NF }' | sort -n)
 expected="2 PTOpenProvider
 4 PTCloseProvider
 6 PTGetPrintCapabilities
