@@ -7,7 +7,7 @@
 
 #include "host/tickets/ticketdocument.h"
 #include "host/xml/encoding.h"
-#include "host/xml/prefixscope.h"
+#include "host/xml/reader.h"
 
 namespace host::diff
 {

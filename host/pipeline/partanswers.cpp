@@ -5,7 +5,7 @@
 
 #include "base/utility/bstr.h"
 #include "host/opc/packageerror.h"
-#include "host/xml/markup.h"
+#include "host/xml/reader.h"
 
 namespace host::pipeline
 {

@@ -4,7 +4,7 @@
 #include <string>
 #include <utility>
 
-#include "host/xml/prefixscope.h"
+#include "host/xml/reader.h"
 
 namespace host::tickets
 {

@@ -4,7 +4,7 @@
 #include <set>
 
 #include "base/logging/log.h"
-#include "host/xml/prefixscope.h"
+#include "host/xml/reader.h"
 #include "host/xml/writer.h"
 
 namespace host::tickets

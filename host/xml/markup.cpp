@@ -1,7 +1,6 @@
 #include "host/xml/markup.h"
 
 #include <algorithm>
-#include <optional>
 
 #include "host/xml/encoding.h"
 
@@ -9,71 +8,6 @@ namespace host::xml
 {
 namespace
 {
-constexpr std::string_view kBlanks = " \t\r\n";
-
-std::string_view WithoutLeadingBlanks(std::string_view text)
-{
-    return text.substr(std::min(text.find_first_not_of(kBlanks), text.size()));
-}
-
-/// The encoding that an XML declaration names, in lower case; none when it names none. `text` is what follows
-/// its target.
-std::optional<std::string> ReadEncoding(std::string_view text)
-{
-    std::optional<std::string> encoding;
-    while (!(text = WithoutLeadingBlanks(text)).empty())
-    {
-        const std::string_view name = text.substr(0, text.find_first_of(" \t\r\n="));
-        text = WithoutLeadingBlanks(text.substr(name.size()));
-        const std::string_view quoted = text.starts_with('=') ? WithoutLeadingBlanks(text.substr(1)) : "";
-        const bool isQuoted = quoted.starts_with('"') || quoted.starts_with('\'');
-        const std::size_t end = isQuoted ? quoted.find(quoted.front(), 1) : std::string_view::npos;
-        if (end == std::string_view::npos)
-        {
-            throw MarkupError("has a malformed XML declaration");
-        }
-        if (name == "encoding")
-        {
-            encoding = std::string(quoted.substr(1, end - 1));
-            std::transform(encoding->begin(), encoding->end(), encoding->begin(), [](char c) {
-                return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-            });
-        }
-        text = quoted.substr(end + 1);
-    }
-    return encoding;
-}
-
-void BlankDeclaration(std::string& text)
-{
-    if (!text.starts_with("<?xml") || kBlanks.find(text[5]) == std::string_view::npos)
-    {
-        return;
-    }
-    const std::size_t end = text.find("?>");
-    if (end == std::string::npos)
-    {
-        throw MarkupError("has an XML declaration without end");
-    }
-    // As much as the module takes, and far more than a declaration needs.
-    constexpr std::size_t longest = 1024;
-    const std::string_view declaration = std::string_view(text).substr(5, end - 5);
-    if (declaration.size() + 2 > longest)
-    {
-        throw MarkupError("has an XML declaration of more than " + std::to_string(longest) + " characters");
-    }
-    const auto encoding = ReadEncoding(declaration);
-    if (encoding && *encoding != "utf-8" && *encoding != "utf-16")
-    {
-        throw MarkupError("is encoded in " + *encoding + ", neither in UTF-8 nor in UTF-16");
-    }
-    std::replace_if(
-        text.begin(),
-        text.begin() + static_cast<std::ptrdiff_t>(end) + 2,
-        [](char c) { return c != '\n'; },
-        ' ');
-}
-
 /// What follows the comment, instruction or character data that begins `text`; the same text where it begins
 /// otherwise.
 std::string_view SkipMiscellany(std::string_view text)
@@ -149,20 +83,6 @@ void RefuseExcess(std::string_view text)
         text.remove_prefix(tag.size);
     }
 }
-
-bool DeclaresDocumentType(std::string_view text)
-{
-    while (true)
-    {
-        text = WithoutLeadingBlanks(text);
-        const std::string_view rest = SkipMiscellany(text);
-        if (rest.size() == text.size())
-        {
-            return text.starts_with("<!DOCTYPE");
-        }
-        text = rest;
-    }
-}
 } // namespace
 
 std::string FormatPlace(MarkupPlace place)
@@ -173,17 +93,7 @@ std::string FormatPlace(MarkupPlace place)
 std::string DecodeMarkup(std::string_view bytes)
 {
     std::string text = ToUtf8(bytes);
-    BlankDeclaration(text);
-    if (DeclaresDocumentType(text))
-    {
-        throw MarkupError("declares a document type");
-    }
     RefuseExcess(text);
     return text;
-}
-
-void RequireSafeMarkup(std::string_view bytes)
-{
-    static_cast<void>(DecodeMarkup(bytes));
 }
 } // namespace host::xml

@@ -11,6 +11,8 @@
 
 #include <expat.h>
 
+#include "host/xml/text.h"
+
 namespace host::xml
 {
 namespace
@@ -54,6 +56,8 @@ public:
         XML_SetUserData(m_parser.get(), this);
         XML_SetElementHandler(m_parser.get(), &Pass::Start, &Pass::End);
         XML_SetStartNamespaceDeclHandler(m_parser.get(), &Pass::Declare);
+        XML_SetXmlDeclHandler(m_parser.get(), &Pass::CheckDeclaration);
+        XML_SetStartDoctypeDeclHandler(m_parser.get(), &Pass::RefuseDocumentType);
         if (listener.WantsText())
         {
             XML_SetCharacterDataHandler(m_parser.get(), &Pass::Text);
@@ -73,7 +77,13 @@ public:
         return {static_cast<int>(XML_GetCurrentLineNumber(m_parser.get())),
                 static_cast<int>(XML_GetCurrentColumnNumber(m_parser.get())) + 1};
     }
-    std::string Fault() const { return XML_ErrorString(XML_GetErrorCode(m_parser.get())); }
+    std::string Fault() const
+    {
+        const XML_Error code = XML_GetErrorCode(m_parser.get());
+        return code == XML_ERROR_NO_ELEMENTS && !m_hasRoot
+                   ? "is empty"
+                   : "is not well-formed: " + FormatPlace(Place()) + ": " + XML_ErrorString(code);
+    }
 
 private:
     template <typename Action>
@@ -97,6 +107,29 @@ private:
         }
     }
 
+    static void CheckDeclaration(void* state, const char*, const char* encoding, int) noexcept
+    {
+        // As much as the module takes, and far more than a declaration needs.
+        constexpr int longest = 1024;
+        Forward(state, [&](Pass& pass) {
+            const std::string name = ToLowerAscii(TextOf(encoding));
+            if (!name.empty() && name != "utf-8" && name != "utf-16")
+            {
+                throw MarkupError("is encoded in " + name + ", neither in UTF-8 nor in UTF-16");
+            }
+            if (XML_GetCurrentByteCount(pass.m_parser.get()) > longest)
+            {
+                throw MarkupError("has an XML declaration of more than " + std::to_string(longest) +
+                                  " bytes");
+            }
+        });
+    }
+
+    static void RefuseDocumentType(void* state, const char*, const char*, const char*, int) noexcept
+    {
+        Forward(state, [](Pass&) { throw MarkupError("declares a document type"); });
+    }
+
     static void Declare(void* state, const char* prefix, const char* uri) noexcept
     {
         Forward(state, [&](Pass& pass) { pass.m_prefixes.push_back({TextOf(prefix), TextOf(uri)}); });
@@ -105,6 +138,7 @@ private:
     static void Start(void* state, const char* name, const char** attributes) noexcept
     {
         Forward(state, [&](Pass& pass) {
+            pass.m_hasRoot = true;
             pass.ForwardText();
             Element element{{}, {}, {}, pass.m_depth++, std::exchange(pass.m_prefixes, {})};
             std::tie(element.namespaceUri, element.localName) = SplitName(name);
@@ -149,6 +183,7 @@ private:
 
     Listener& m_listener;
     Parser m_parser;
+    bool m_hasRoot = false;
     int m_depth = 0;
     // Those of the tag that comes next.
     std::vector<PrefixBinding> m_prefixes;
@@ -179,13 +214,34 @@ const std::string* Element::Find(std::string_view attributeName) const
     return found == attributes.end() ? nullptr : &found->value;
 }
 
+void PrefixScope::Enter(const Element& element)
+{
+    std::vector<std::string>& declared = m_declared.emplace_back();
+    for (const PrefixBinding& binding : element.prefixes)
+    {
+        m_namespaces[binding.prefix].push_back(binding.namespaceUri);
+        declared.push_back(binding.prefix);
+    }
+}
+
+void PrefixScope::Leave()
+{
+    for (const std::string& prefix : m_declared.back())
+    {
+        m_namespaces[prefix].pop_back();
+    }
+    m_declared.pop_back();
+}
+
+const std::string* PrefixScope::Find(std::string_view prefix) const
+{
+    const auto found = m_namespaces.find(prefix);
+    return found == m_namespaces.end() || found->second.empty() ? nullptr : &found->second.back();
+}
+
 void Reader::Read(std::string_view markup, Listener& listener)
 {
     const std::string text = DecodeMarkup(markup);
-    if (text.find_first_not_of(" \t\r\n") == text.npos)
-    {
-        throw MarkupError("is empty");
-    }
     if (text.size() > static_cast<std::size_t>(std::numeric_limits<int>::max()))
     {
         throw MarkupError("is too long");
@@ -199,7 +255,7 @@ void Reader::Read(std::string_view markup, Listener& listener)
     }
     if (!isRead)
     {
-        throw MarkupError("is not well-formed: " + FormatPlace(pass.Place()) + ": " + pass.Fault());
+        throw MarkupError(pass.Fault());
     }
 }
 
@@ -207,6 +263,34 @@ void ReadElements(std::string_view markup, const std::function<void(const Elemen
 {
     ElementListener listener(onElement);
     Reader().Read(markup, listener);
+}
+
+void RequireSafeMarkup(std::string_view markup)
+{
+    struct RootFound
+    {
+    };
+    const std::function<void(const Element&)> stop = [](const Element&) { throw RootFound(); };
+    ElementListener listener(stop);
+    const std::string text = DecodeMarkup(markup);
+    Pass pass(listener);
+    static_cast<void>(pass.Parse(text));
+    try
+    {
+        if (pass.Kept() != nullptr)
+        {
+            std::rethrow_exception(pass.Kept());
+        }
+    }
+    catch (const RootFound&)
+    {
+        return;
+    }
+    // Where this reader stops before the root, another one may read on.
+    if (text.find("<!DOCTYPE") != text.npos)
+    {
+        throw MarkupError("declares a document type");
+    }
 }
 
 std::string FindMarkupFault(std::string_view markup)

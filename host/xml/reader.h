@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -39,6 +40,29 @@ struct Element
     const std::string* Find(std::string_view attributeName) const;
 };
 
+inline constexpr std::string_view kXmlNamespace = "http://www.w3.org/XML/1998/namespace";
+
+/// The namespaces that prefixes stand for where a reading is, for names in attributes and in text, which the
+/// reader does not resolve.
+class PrefixScope
+{
+public:
+    /// To be called at each start tag.
+    void Enter(const Element& element);
+    /// To be called at each end tag.
+    void Leave();
+
+    /// Null for a prefix that is not declared. The empty prefix always is.
+    const std::string* Find(std::string_view prefix) const;
+
+private:
+    // For each prefix the namespaces of the open elements that declare it; the last one counts.
+    std::map<std::string, std::vector<std::string>, std::less<>> m_namespaces = {
+        {"", {""}}, {"xml", {std::string(kXmlNamespace)}}};
+    // The prefixes that each open element declares.
+    std::vector<std::vector<std::string>> m_declared;
+};
+
 /// Receives what a reader finds, in document order. An exception ends the reading and reaches the reader's
 /// caller.
 class Listener
@@ -61,7 +85,9 @@ public:
 class Reader
 {
 public:
-    /// Throws MarkupError for markup that is empty or not well-formed, and what DecodeMarkup throws.
+    /// Throws MarkupError for markup that is empty or not well-formed, for an XML declaration that names
+    /// another encoding than UTF-8 and UTF-16 and for a document type declaration, which neither OPC nor XPS
+    /// allows, and what DecodeMarkup throws.
     void Read(std::string_view markup, Listener& listener);
 
     /// The start of the tag or text at which the listener threw.
@@ -73,6 +99,11 @@ private:
 
 /// Calls `onElement` for each start tag. Throws as Reader::Read does.
 void ReadElements(std::string_view markup, const std::function<void(const Element&)>& onElement);
+
+/// Throws MarkupError for an encoding, a document type or an excess that a Reader refuses. For markup that
+/// goes to a reader which takes document types, and with them the files that they name. That reader finds all
+/// other faults.
+void RequireSafeMarkup(std::string_view markup);
 
 /// Why markup cannot be read, with the line; empty when it can.
 std::string FindMarkupFault(std::string_view markup);

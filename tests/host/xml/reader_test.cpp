@@ -34,6 +34,7 @@ TEST(Reader, ReadsEveryEncodingOfAPackage)
     EXPECT_EQ(Describe("\xEF\xBB\xBF" + narrow), expected);
     EXPECT_EQ(Describe("<?xml version='1.0' encoding='UTF-8'?>\n" + narrow), expected);
     EXPECT_EQ(Describe("\xEF\xBB\xBF<?xml version='1.0'?>" + narrow), expected);
+    EXPECT_EQ(Describe("<?xml version='1.0' encoding='utf-16'?>" + narrow), expected);
     for (const bool bigEndian : {false, true})
     {
         for (const std::u16string_view start : {u"",
@@ -55,17 +56,17 @@ TEST(Reader, SaysWhyMarkupCannotBeRead)
         {"", "is empty"},
         {"  \n", "is empty"},
         {"text", "is not well-formed: "},
-        {"<?xml version='1.0' encoding='utf-8'b?><a/>", "has a malformed XML declaration"},
-        {"<?xml version='1.0' encoding=?><a/>", "has a malformed XML declaration"},
+        {"<!-- no element -->", "is empty"},
+        {"<?xml version='1.0' encoding=?><a/>", "is not well-formed: "},
         {"<?xml version='1.0'" + std::string(1020, ' ') + "?><a/>",
          "has an XML declaration of more than 1024"},
         {"<a b='\xFF'/>", "is not well-formed: "},
         {"<a>&b;</a>", "is not well-formed: "},
-        {std::string("\xFF\xFE<", 3), "ends within a UTF-16 character"},
+        {std::string("\xFF\xFE<", 3), "is not valid UTF-16"},
         {ToUtf16(u"<a b='\xD800'/>"), "is not valid UTF-16"},
         {ToUtf16(u"<a b='\xDC00\xDC00'/>", true), "is not valid UTF-16"},
         {"<?xml version='1.0' encoding=\"windows-1252\"?><a/>", "is encoded in windows-1252, "},
-        {"<?xml version='1.0'", "has an XML declaration without end"},
+        {"<?xml version='1.0'", "is not well-formed: "},
         {"<!DOCTYPE a><a/>", "declares a document type"},
         {" <!-- <a> --><?p <a> ?>\n<!DOCTYPE a [<!ENTITY b 'c'>]><a/>", "declares a document type"},
         {ToUtf16(u"\uFEFF<!DOCTYPE a><a/>", true), "declares a document type"},
@@ -111,6 +112,21 @@ TEST(Reader, RefusesWhatReadersTakeTooLongFor)
               "has an element with more than 10000 references");
     EXPECT_EQ(FindMarkupFault(attributed(1000)), "");
     EXPECT_EQ(FindMarkupFault(attributed(1001)), "has an element with more than 1000 attributes");
+}
+
+TEST(Reader, LetsThroughToAnotherReaderWhatHasNoDocumentType)
+{
+    for (const char* passed : {"<?xml version='1.0'?><!-- <!DOCTYPE --><a>&b;<c", "", "text", "<?XML?><a/>"})
+    {
+        EXPECT_NO_THROW(RequireSafeMarkup(passed)) << passed;
+    }
+    for (const std::string& unsafe : {std::string("<!DOCTYPE a><a>"),
+                                      std::string("<?XML?><!DOCTYPE a><a/>"),
+                                      std::string("<?xml version='1.0' encoding='x'?><a/>"),
+                                      "<a>" + Repeat("<a>", 1000)})
+    {
+        EXPECT_THROW(RequireSafeMarkup(unsafe), MarkupError) << unsafe;
+    }
 }
 
 TEST(Reader, LetsTheCallersExceptionThroughWithItsType)
