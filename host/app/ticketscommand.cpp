@@ -10,7 +10,7 @@
 #include "base/logging/errors.h"
 #include "base/utility/utf8.h"
 #include "host/job/jobenvironment.h"
-#include "host/opc/packageerror.h"
+#include "host/opc/files.h"
 #include "host/pipeline/effectivetickets.h"
 #include "host/pipeline/printer.h"
 #include "host/pipeline/resulttext.h"

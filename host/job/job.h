@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "host/opc/compressedcontent.h"
+#include "host/opc/partcontent.h"
 #include "host/tickets/userticket.h"
 
 namespace host::job

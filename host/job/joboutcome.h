@@ -4,8 +4,8 @@
 #include <optional>
 #include <string>
 
+#include "host/opc/files.h"
 #include "host/opc/package.h"
-#include "host/opc/packageerror.h"
 #include "platform/win32.h"
 
 namespace host::job

@@ -28,6 +28,18 @@ private:
     std::string m_reason;
 };
 
+/// A package that cannot be used. The text names the package, the part at fault if there is one, and the
+/// reason: "in.xps: /Documents/1/FixedDocument.fdoc: is missing from the package".
+class PackageError : public FileError
+{
+public:
+    using FileError::FileError;
+    PackageError(const std::filesystem::path& package, const std::string& part, const std::string& reason)
+        : FileError(package, part + ": " + reason)
+    {
+    }
+};
+
 /// Why there is nothing to read under a name; empty for a file.
 std::optional<std::string> DescribeMissing(const std::filesystem::path& file);
 

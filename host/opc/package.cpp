@@ -2,8 +2,7 @@
 
 #include <optional>
 
-#include "host/opc/itemname.h"
-#include "host/opc/packageerror.h"
+#include "host/opc/files.h"
 #include "host/xml/markup.h"
 
 namespace host::opc
@@ -128,7 +127,10 @@ std::string Package::ReadStart(const PartName& part, std::size_t wanted) const
     std::string start;
     for (const std::size_t item : Find(part).items)
     {
-        m_archive.AppendStart(item, start, wanted);
+        if (start.size() < wanted)
+        {
+            m_archive.AppendStart(item, start, wanted);
+        }
     }
     return start;
 }

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "host/opc/packageerror.h"
+#include "host/opc/files.h"
 
 namespace host::opc
 {
@@ -49,7 +49,7 @@ PartContent PackageWriter::NewContent(std::string_view bytes)
 void PackageWriter::ReplacePart(const PartName& part, PartContent content)
 {
     Require(part);
-    Keep(part, std::move(content));
+    m_changes[part] = StartToCompress(std::move(content));
 }
 
 void PackageWriter::AddPart(const PartName& part, std::string_view contentType, PartContent content)
@@ -58,7 +58,7 @@ void PackageWriter::AddPart(const PartName& part, std::string_view contentType, 
     {
         throw PackageError(m_source.Path(), part.Text(), "is in the package already");
     }
-    Keep(part, std::move(content));
+    m_changes[part] = StartToCompress(std::move(content));
     m_removed.erase(part);
     if (!m_source.Has(part))
     {
@@ -115,12 +115,7 @@ void PackageWriter::Commit(const WriteListener& listener)
 bool PackageWriter::Exists(const PartName& part) const
 {
     const auto change = m_changes.find(part);
-    return change != m_changes.end() ? change->second.content.valid() : m_source.Has(part);
-}
-
-void PackageWriter::Keep(const PartName& part, PartContent content)
-{
-    m_changes[part].content = StartToCompress(std::move(content));
+    return change != m_changes.end() ? change->second.valid() : m_source.Has(part);
 }
 
 PackageWriter::Compressing PackageWriter::StartToCompress(PartContent content)
@@ -153,7 +148,7 @@ void PackageWriter::Require(const PartName& part) const
 
 void PackageWriter::Drop(const PartName& part)
 {
-    m_changes[part].content = {};
+    m_changes[part] = {};
     std::erase(m_added, part);
     m_contentTypes.Remove(part);
     m_typesChanged = true;
@@ -187,78 +182,68 @@ void PackageWriter::StoreRelationships()
 {
     for (const auto& [source, relationships] : m_relationships)
     {
-        StoreRelationships(relationships, source.RelationshipsPart());
-    }
-}
-
-void PackageWriter::StoreRelationships(const Relationships& relationships, const PartName& part)
-{
-    if (relationships.All().empty())
-    {
-        if (Exists(part))
+        const PartName part = source.RelationshipsPart();
+        if (!relationships.All().empty())
+        {
+            PartContent content = NewContent(relationships.Serialize());
+            Exists(part) ? ReplacePart(part, std::move(content))
+                         : AddPart(part, kRelationshipsType, std::move(content));
+        }
+        else if (Exists(part))
         {
             Drop(part);
         }
-        return;
     }
-    PartContent content = NewContent(relationships.Serialize());
-    if (Exists(part))
-    {
-        ReplacePart(part, std::move(content));
-    }
-    else
-    {
-        AddPart(part, kRelationshipsType, std::move(content));
-    }
-}
-
-std::vector<PackageWriter::ItemPlan> PackageWriter::PlanItems()
-{
-    std::vector<ItemPlan> plan(m_source.Archive().Items().size());
-    const auto place = [&](const StoredPart& stored, const Compressing& content) {
-        for (const std::size_t item : stored.items)
-        {
-            plan[item].isCopied = false;
-        }
-        plan[*std::min_element(stored.items.begin(), stored.items.end())] = {
-            false, &stored.itemName, content};
-    };
-    for (auto& [part, change] : m_changes)
-    {
-        const auto stored = m_source.Parts().find(part);
-        if (stored != m_source.Parts().end())
-        {
-            place(stored->second, change.content);
-        }
-    }
-    if (m_typesChanged)
-    {
-        place(m_source.ContentTypesStream(), StartToCompress(NewContent(m_contentTypes.Serialize())));
-    }
-    return plan;
 }
 
 void PackageWriter::WriteItems()
 {
-    ZipWriter& writer = m_archive.value();
-    const std::vector<ItemPlan> plan = PlanItems();
-    const auto& items = m_source.Archive().Items();
-    for (std::size_t index = 0; index < plan.size(); ++index)
+    struct NewItem
     {
-        if (plan[index].isCopied)
+        std::string name;
+        Compressing content;
+    };
+    // What becomes of items of the source, by their index; those without content are left out.
+    std::map<std::size_t, NewItem> changed;
+    const auto change = [&](const StoredPart& stored, const Compressing& content) {
+        for (const std::size_t item : stored.items)
+        {
+            changed[item];
+        }
+        changed[*std::min_element(stored.items.begin(), stored.items.end())] = {stored.itemName, content};
+    };
+    for (const auto& [part, content] : m_changes)
+    {
+        const auto stored = m_source.Parts().find(part);
+        if (stored != m_source.Parts().end())
+        {
+            change(stored->second, content);
+        }
+    }
+    if (m_typesChanged)
+    {
+        change(m_source.ContentTypesStream(), StartToCompress(NewContent(m_contentTypes.Serialize())));
+    }
+
+    ZipWriter& writer = m_archive.value();
+    const auto& items = m_source.Archive().Items();
+    for (std::size_t index = 0; index < items.size(); ++index)
+    {
+        const auto found = changed.find(index);
+        if (found == changed.end())
         {
             writer.Copy(m_source.Archive(), index);
         }
-        else if (plan[index].content.valid())
+        else if (found->second.content.valid())
         {
-            writer.Add(*plan[index].name, plan[index].content.get(), items[index].modified);
+            writer.Add(found->second.name, found->second.content.get(), items[index].modified);
         }
     }
     // The source's time and not the current one, so that the same job gives the same bytes.
     const std::time_t modified = items[m_source.ContentTypesStream().items.front()].modified;
     for (const PartName& part : m_added)
     {
-        writer.Add(part.Text().substr(1), m_changes.at(part).content.get(), modified);
+        writer.Add(part.Text().substr(1), m_changes.at(part).get(), modified);
     }
 }
 } // namespace host::opc

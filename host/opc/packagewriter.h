@@ -10,7 +10,6 @@
 #include <string_view>
 #include <vector>
 
-#include "host/opc/compressedcontent.h"
 #include "host/opc/contenttypes.h"
 #include "host/opc/package.h"
 #include "host/opc/partcontent.h"
@@ -65,29 +64,12 @@ public:
 private:
     using Compressing = std::shared_future<std::shared_ptr<const CompressedContent>>;
 
-    /// The change of a part; without content it is removed.
-    struct Change
-    {
-        Compressing content;
-    };
-
-    /// What happens to an item of the source: it is copied, dropped, or replaced by a new item.
-    struct ItemPlan
-    {
-        bool isCopied = true;
-        const std::string* name = nullptr;
-        Compressing content;
-    };
-
     bool Exists(const PartName& part) const;
-    void Keep(const PartName& part, PartContent content);
     void Require(const PartName& part) const;
     void Drop(const PartName& part);
     void DropRelationshipsToRemovedParts();
     void StoreRelationships();
-    void StoreRelationships(const Relationships& relationships, const PartName& part);
     Compressing StartToCompress(PartContent content);
-    std::vector<ItemPlan> PlanItems();
     void WriteItems();
 
     const Package& m_source;
@@ -95,7 +77,8 @@ private:
     int m_compression;
     Compressing m_latest;
     std::optional<ZipWriter> m_archive;
-    std::map<PartName, Change> m_changes;
+    // A change without content removes the part.
+    std::map<PartName, Compressing> m_changes;
     std::vector<PartName> m_added;
     std::set<PartName> m_removed;
     std::map<PartName, Relationships> m_relationships;

@@ -22,11 +22,6 @@ bool IsDigit(char c)
     return c >= '0' && c <= '9';
 }
 
-char ToLower(char c)
-{
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
 /// RFC 3986: characters that mean the same plain and percent-encoded.
 bool IsUnreserved(char c)
 {
@@ -41,17 +36,8 @@ bool IsSegmentCharacter(char c)
 
 std::optional<char> DecodeHex(std::string_view digits)
 {
-    int value = 0;
-    for (const char digit : digits)
-    {
-        const char lower = ToLower(digit);
-        if (!IsDigit(lower) && !(lower >= 'a' && lower <= 'f'))
-        {
-            return std::nullopt;
-        }
-        value = value * 16 + (IsDigit(lower) ? lower - '0' : lower - 'a' + 10);
-    }
-    return digits.size() == 2 ? std::optional(static_cast<char>(value)) : std::nullopt;
+    const auto value = xml::ParseNumber<unsigned>(digits, 16);
+    return value && digits.size() == 2 ? std::optional(static_cast<char>(*value)) : std::nullopt;
 }
 
 void AppendEncoded(std::string& text, char c)
@@ -177,6 +163,18 @@ std::string_view FolderOf(std::string_view name)
 {
     return name.substr(0, name.rfind('/') + 1);
 }
+
+/// The number in "[12]", without leading zeros.
+std::optional<std::uint32_t> ParseBracketed(std::string_view text)
+{
+    if (text.size() < 3 || text.front() != '[' || text.back() != ']')
+    {
+        return std::nullopt;
+    }
+    const std::string_view digits = text.substr(1, text.size() - 2);
+    const bool isPlain = digits.size() == 1 || digits.front() != '0';
+    return isPlain ? xml::ParseNumber<std::uint32_t>(digits) : std::nullopt;
+}
 } // namespace
 
 PartName::PartName(std::string text) : m_text(std::move(text)), m_key(ToLowerAscii(m_text)) {}
@@ -235,6 +233,29 @@ std::string_view PartName::Extension() const noexcept
     const std::string_view file = std::string_view(m_text).substr(FolderOf(m_text).size());
     const std::size_t dot = file.rfind('.');
     return dot == std::string_view::npos ? std::string_view() : file.substr(dot + 1);
+}
+
+ItemRole ParseItemName(std::string_view itemName)
+{
+    const ItemRole whole{itemName, std::nullopt, false};
+    const std::size_t separator = itemName.find_last_of("/\\");
+    if (separator == std::string_view::npos)
+    {
+        return whole;
+    }
+    const std::string_view segment = itemName.substr(separator + 1);
+    const std::size_t bracketEnd = segment.find(']');
+    if (bracketEnd == std::string_view::npos)
+    {
+        return whole;
+    }
+    const auto piece = ParseBracketed(segment.substr(0, bracketEnd + 1));
+    const std::string ending = ToLowerAscii(segment.substr(bracketEnd + 1));
+    if (!piece.has_value() || (ending != ".piece" && ending != ".last.piece"))
+    {
+        return whole;
+    }
+    return {itemName.substr(0, separator), piece, ending == ".last.piece"};
 }
 
 bool StepsUp(std::string_view itemName)

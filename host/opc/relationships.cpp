@@ -16,7 +16,6 @@ std::string ValueOf(const xml::Element& element, std::string_view attribute)
     const std::string* const value = element.Find(attribute);
     return value != nullptr ? *value : std::string();
 }
-
 } // namespace
 
 Relationships Relationships::Parse(PartName source, std::string_view markup)
@@ -43,22 +42,18 @@ std::optional<PartName> Relationships::FindTarget(std::string_view type) const
     return found == m_all.end() ? std::nullopt : std::optional(m_source.Resolve(found->target));
 }
 
-std::string Relationships::Add(std::string_view type, const PartName& target)
+void Relationships::Add(std::string_view type, const PartName& target)
 {
-    std::string id = UnusedId();
-    m_all.push_back({id, std::string(type), target.Text(), TargetMode::Internal});
-    return id;
-}
-
-void Relationships::Remove(std::string_view id)
-{
-    std::erase_if(m_all, [&](const Relationship& relationship) { return relationship.id == id; });
+    m_all.push_back({UnusedId(), std::string(type), target.Text(), TargetMode::Internal});
 }
 
 bool Relationships::RemoveTargets(const std::set<PartName>& targets)
 {
-    const auto isOne = [&](const Relationship& relationship) { return PointsAtOne(targets, relationship); };
-    return std::erase_if(m_all, isOne) > 0;
+    const auto pointsAtOne = [&](const Relationship& relationship) {
+        const auto part = m_source.TryResolve(relationship.target);
+        return relationship.mode == TargetMode::Internal && part && targets.contains(*part);
+    };
+    return std::erase_if(m_all, pointsAtOne) > 0;
 }
 
 std::string Relationships::Serialize() const
@@ -82,22 +77,12 @@ std::string Relationships::Serialize() const
     return writer.Take();
 }
 
-bool Relationships::PointsAtOne(const std::set<PartName>& targets, const Relationship& relationship) const
-{
-    const auto part = m_source.TryResolve(relationship.target);
-    return relationship.mode == TargetMode::Internal && part.has_value() && targets.contains(*part);
-}
-
 std::string Relationships::UnusedId() const
 {
     for (std::size_t number = m_all.size() + 1;; ++number)
     {
-        std::string id("R");
-        id += std::to_string(number);
-        const bool isUsed = std::any_of(m_all.begin(), m_all.end(), [&](const Relationship& relationship) {
-            return relationship.id == id;
-        });
-        if (!isUsed)
+        std::string id = "R" + std::to_string(number);
+        if (std::none_of(m_all.begin(), m_all.end(), [&](const Relationship& each) { return each.id == id; }))
         {
             return id;
         }

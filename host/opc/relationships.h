@@ -41,10 +41,8 @@ public:
     /// not count. Empty when there is none; throws xml::MarkupError when its target is no part's name.
     std::optional<PartName> FindTarget(std::string_view type) const;
 
-    /// Adds a relationship to a part of the package and gives its new id.
-    std::string Add(std::string_view type, const PartName& target);
-
-    void Remove(std::string_view id);
+    /// Adds a relationship to a part of the package under a new id.
+    void Add(std::string_view type, const PartName& target);
 
     /// Removes every relationship to one of these parts; false when there was none.
     bool RemoveTargets(const std::set<PartName>& targets);
@@ -52,7 +50,6 @@ public:
     std::string Serialize() const;
 
 private:
-    bool PointsAtOne(const std::set<PartName>& targets, const Relationship& relationship) const;
     std::string UnusedId() const;
 
     PartName m_source;

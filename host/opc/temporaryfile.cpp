@@ -3,6 +3,7 @@
 #include <random>
 #include <string>
 #include <system_error>
+#include <utility>
 
 #include "host/opc/files.h"
 
@@ -20,6 +21,13 @@ namespace host::opc
 {
 namespace
 {
+/// What happens to a temporary file when it is closed.
+enum class OnClose
+{
+    /// The system deletes it, even if the process is killed.
+    Delete,
+    Keep
+};
 
 /// Null when the file exists or cannot be created.
 std::FILE* OpenNew(const std::filesystem::path& path, OnClose onClose)
@@ -74,17 +82,6 @@ void RequirePlaceForAFile(const std::filesystem::path& target)
         throw FileError(target, "is not a file that can be replaced");
     }
 }
-} // namespace
-
-std::filesystem::path NameTemporaryFile(const std::filesystem::path& target)
-{
-    std::filesystem::path name = target;
-    name += ".";
-    name += std::to_string(std::random_device()());
-    name += ".tmp";
-    return name;
-}
-
 TemporaryFile CreateTemporaryFile(const std::filesystem::path& target, OnClose onClose)
 {
     RequirePlaceForAFile(target);
@@ -104,6 +101,25 @@ TemporaryFile CreateTemporaryFile(const std::filesystem::path& target, OnClose o
                                                                                : "there is no such folder");
 }
 
+int SeekTo(std::FILE* file, std::uint64_t offset)
+{
+#ifdef _WIN32
+    return _fseeki64(file, static_cast<long long>(offset), SEEK_SET);
+#else
+    return fseeko(file, static_cast<off_t>(offset), SEEK_SET);
+#endif
+}
+} // namespace
+
+std::filesystem::path NameTemporaryFile(const std::filesystem::path& target)
+{
+    std::filesystem::path name = target;
+    name += ".";
+    name += std::to_string(std::random_device()());
+    name += ".tmp";
+    return name;
+}
+
 void MoveIntoPlace(const std::filesystem::path& temporary, const std::filesystem::path& target)
 {
     std::error_code failure;
@@ -114,5 +130,83 @@ void MoveIntoPlace(const std::filesystem::path& temporary, const std::filesystem
         std::filesystem::remove(temporary, ignored);
         throw FileError(target, "cannot be written: " + failure.message());
     }
+}
+
+ReplacedFile::ReplacedFile(std::filesystem::path target)
+    : m_target(std::move(target)), m_temporary(CreateTemporaryFile(m_target, OnClose::Keep))
+{
+}
+
+ReplacedFile::~ReplacedFile()
+{
+    m_temporary.file.reset();
+    std::error_code ignored;
+    std::filesystem::remove(m_temporary.path, ignored);
+}
+
+void ReplacedFile::Write(std::string_view bytes)
+{
+    if (std::fwrite(bytes.data(), 1, bytes.size(), m_temporary.file.get()) != bytes.size())
+    {
+        Fail();
+    }
+}
+
+void ReplacedFile::Commit()
+{
+    // The disk may be full only now.
+    const bool isWritten = std::fflush(m_temporary.file.get()) == 0;
+    m_temporary.file.reset();
+    if (!isWritten)
+    {
+        Fail();
+    }
+    MoveIntoPlace(m_temporary.path, m_target);
+}
+
+void ReplacedFile::Fail() const
+{
+    throw FileError(m_target, "cannot be written");
+}
+
+SpillFile::SpillFile(const std::filesystem::path& target)
+    : m_target(target), m_temporary(CreateTemporaryFile(target, OnClose::Delete))
+{
+}
+
+std::uint64_t SpillFile::Append(std::string_view bytes)
+{
+    const std::lock_guard lock(m_mutex);
+    Seek(m_end);
+    if (std::fwrite(bytes.data(), 1, bytes.size(), m_temporary.file.get()) != bytes.size())
+    {
+        Fail("written");
+    }
+    const std::uint64_t offset = m_end;
+    m_end += bytes.size();
+    return offset;
+}
+
+void SpillFile::Read(std::uint64_t offset, char* buffer, std::size_t size)
+{
+    const std::lock_guard lock(m_mutex);
+    Seek(offset);
+    if (std::fread(buffer, 1, size, m_temporary.file.get()) != size)
+    {
+        Fail("read");
+    }
+}
+
+void SpillFile::Seek(std::uint64_t offset)
+{
+    if (SeekTo(m_temporary.file.get(), offset) != 0)
+    {
+        Fail("positioned");
+    }
+}
+
+void SpillFile::Fail(const char* what) const
+{
+    throw FileError(m_target, std::string("the temporary file beside it cannot be ") + what);
 }
 } // namespace host::opc

@@ -1,13 +1,11 @@
 #include "host/opc/ziparchive.h"
 
-#include <algorithm>
 #include <array>
 #include <fstream>
 #include <string_view>
 #include <utility>
 
 #include "host/opc/files.h"
-#include "host/opc/packageerror.h"
 
 namespace host::opc
 {
@@ -69,40 +67,52 @@ void ZipArchive::ReadDirectory()
     }
 }
 
-ZipArchive::OpenItem ZipArchive::Open(std::size_t index) const
+/// Gives an item's content to `take` piece by piece, until that returns false. The result is the library's
+/// error code.
+template <typename Take>
+int ZipArchive::ReadPieces(std::size_t index, zip_flags_t flags, Take&& take) const
 {
-    OpenItem file(zip_fopen_index(m_archive.get(), index, 0));
+    const std::unique_ptr<zip_file_t, FileCloser> file(zip_fopen_index(m_archive.get(), index, flags));
     if (file == nullptr)
     {
-        FailToRead(m_items.at(index), zip_error_code_zip(zip_get_error(m_archive.get())));
+        return zip_error_code_zip(zip_get_error(m_archive.get()));
     }
-    return file;
+    std::array<char, 65536> piece;
+    while (const zip_int64_t count = zip_fread(file.get(), piece.data(), piece.size()))
+    {
+        if (count < 0)
+        {
+            return zip_error_code_zip(zip_file_get_error(file.get()));
+        }
+        if (!take(std::string_view(piece.data(), static_cast<std::size_t>(count))))
+        {
+            break;
+        }
+    }
+    return ZIP_ER_OK;
 }
 
 void ZipArchive::Append(std::size_t index, std::string& content, std::uint64_t limit) const
 {
     const ZipItem& item = m_items.at(index);
-    const OpenItem file = Open(index);
     // Grows with the data that is there, not with the size in the directory.
-    std::array<char, 65536> chunk;
     std::uint64_t total = 0;
-    zip_int64_t read = 0;
-    while ((read = zip_fread(file.get(), chunk.data(), chunk.size())) > 0)
-    {
-        total += static_cast<std::uint64_t>(read);
+    const int code = ReadPieces(index, 0, [&](std::string_view piece) {
+        total += piece.size();
         if (total > item.size)
         {
             throw PackageError(m_path, item.name, "is longer than its directory entry says");
         }
-        if (content.size() + static_cast<std::uint64_t>(read) > limit)
+        if (content.size() + piece.size() > limit)
         {
             throw PackageError(m_path, item.name, "is longer than " + std::to_string(limit) + " bytes");
         }
-        content.append(chunk.data(), static_cast<std::size_t>(read));
-    }
-    if (read < 0)
+        content.append(piece);
+        return true;
+    });
+    if (code != ZIP_ER_OK)
     {
-        FailToRead(item, zip_error_code_zip(zip_file_get_error(file.get())));
+        FailToRead(item, code);
     }
     if (total != item.size)
     {
@@ -112,21 +122,13 @@ void ZipArchive::Append(std::size_t index, std::string& content, std::uint64_t l
 
 void ZipArchive::AppendStart(std::size_t index, std::string& content, std::size_t wanted) const
 {
-    const OpenItem file = Open(index);
-    std::array<char, 4096> chunk;
-    while (content.size() < wanted)
+    const int code = ReadPieces(index, 0, [&](std::string_view piece) {
+        content.append(piece.substr(0, wanted - content.size()));
+        return content.size() < wanted;
+    });
+    if (code != ZIP_ER_OK)
     {
-        const std::size_t missing = wanted - content.size();
-        const zip_int64_t read = zip_fread(file.get(), chunk.data(), std::min(chunk.size(), missing));
-        if (read < 0)
-        {
-            FailToRead(m_items.at(index), zip_error_code_zip(zip_file_get_error(file.get())));
-        }
-        if (read == 0)
-        {
-            return;
-        }
-        content.append(chunk.data(), static_cast<std::size_t>(read));
+        FailToRead(m_items.at(index), code);
     }
 }
 
@@ -137,16 +139,9 @@ void ZipArchive::FailToRead(const ZipItem& item, int code) const
 
 void ZipArchive::RequireReadable() const
 {
-    std::array<char, 65536> chunk;
-    for (zip_uint64_t index = 0; index < m_items.size(); ++index)
+    for (std::size_t index = 0; index < m_items.size(); ++index)
     {
-        const OpenItem file(zip_fopen_index(m_archive.get(), index, ZIP_FL_COMPRESSED));
-        zip_int64_t read = file == nullptr ? -1 : 1;
-        while (read > 0)
-        {
-            read = zip_fread(file.get(), chunk.data(), chunk.size());
-        }
-        if (read < 0)
+        if (ReadPieces(index, ZIP_FL_COMPRESSED, [](std::string_view) { return true; }) != ZIP_ER_OK)
         {
             throw PackageError(m_path, m_items[index].name, "cannot be read from the archive");
         }

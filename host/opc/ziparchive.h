@@ -59,10 +59,10 @@ private:
     {
         void operator()(zip_file_t* file) const noexcept { zip_fclose(file); }
     };
-    using OpenItem = std::unique_ptr<zip_file_t, FileCloser>;
 
     void ReadDirectory();
-    OpenItem Open(std::size_t index) const;
+    template <typename Take>
+    int ReadPieces(std::size_t index, zip_flags_t flags, Take&& take) const;
     [[noreturn]] void FailToRead(const ZipItem& item, int code) const;
 
     std::filesystem::path m_path;

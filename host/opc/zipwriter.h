@@ -9,7 +9,7 @@
 
 #include <zip.h>
 
-#include "host/opc/compressedcontent.h"
+#include "host/opc/partcontent.h"
 #include "host/opc/ziparchive.h"
 
 namespace host::opc

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "base/utility/bstr.h"
-#include "host/opc/packageerror.h"
+#include "host/opc/files.h"
 #include "host/xml/reader.h"
 
 namespace host::pipeline

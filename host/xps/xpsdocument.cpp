@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <string>
 
-#include "host/opc/packageerror.h"
+#include "host/opc/files.h"
 #include "host/xml/markup.h"
 #include "host/xml/reader.h"
 #include "host/xps/alternatecontent.h"

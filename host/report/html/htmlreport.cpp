@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "embedded/reporttexts.h"
-#include "host/opc/replacedfile.h"
+#include "host/opc/temporaryfile.h"
 #include "host/report/html/htmltext.h"
 
 namespace host::report::html

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "host/opc/spillfile.h"
+#include "host/opc/temporaryfile.h"
 #include "host/report/html/pageblock.h"
 #include "host/report/pagewords.h"
 

@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include "host/opc/itemname.h"
 #include "host/xml/markup.h"
 #include "tests/host/testpackages.h"
 

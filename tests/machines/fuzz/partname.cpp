@@ -1,6 +1,5 @@
 #include "host/opc/partname.h"
-#include "host/opc/itemname.h"
-#include "host/opc/packageerror.h"
+#include "host/opc/files.h"
 #include "machines/fuzz/bytes.h"
 
 namespace
