@@ -1,11 +1,9 @@
 #include "host/xps/pagemarkup.h"
 
-#include <charconv>
-#include <utility>
-#include <vector>
+#include <algorithm>
 
-#include "host/xml/markup.h"
 #include "host/xml/reader.h"
+#include "host/xml/text.h"
 #include "host/xps/alternatecontent.h"
 #include "host/xps/xpsvocabulary.h"
 
@@ -13,17 +11,6 @@ namespace host::xps
 {
 namespace
 {
-enum class Extent
-{
-    Start,
-    Whole
-};
-
-/// Ends the reading of a page's start: only the root and its first element are of interest.
-struct StartFound
-{
-};
-
 /// Ends the reading: the element should be in a namespace of XPS.
 struct ForeignElement
 {
@@ -32,14 +19,7 @@ struct ForeignElement
 
 std::optional<double> ToNumber(const std::string* text)
 {
-    if (text == nullptr)
-    {
-        return std::nullopt;
-    }
-    double value = 0.0;
-    const char* const textEnd = text->data() + text->size();
-    const auto [end, error] = std::from_chars(text->data(), textEnd, value);
-    return error == std::errc() && end == textEnd ? std::optional(value) : std::nullopt;
+    return text == nullptr ? std::nullopt : xml::ParseNumber<double>(*text);
 }
 
 /// Six numbers with commas between them.
@@ -51,18 +31,17 @@ std::optional<ContentTransform> ToTransform(const std::string* text)
     }
     ContentTransform transform{};
     std::string_view rest = *text;
-    for (std::size_t index = 0; index < transform.size(); ++index)
+    for (double& number : transform)
     {
-        const std::size_t comma = rest.find(',');
-        const std::string number(rest.substr(0, comma));
-        const auto value = ToNumber(&number);
-        const bool isLast = index + 1 == transform.size();
-        if (!value || (comma == std::string_view::npos) != isLast)
+        const std::size_t end = std::min(rest.find(','), rest.size());
+        const auto value = xml::ParseNumber<double>(rest.substr(0, end));
+        const bool isLast = &number == &transform.back();
+        if (!value || isLast != (end == rest.size()))
         {
             return std::nullopt;
         }
-        transform[index] = *value;
-        rest.remove_prefix(isLast ? rest.size() : comma + 1);
+        number = *value;
+        rest.remove_prefix(isLast ? end : end + 1);
     }
     return transform;
 }
@@ -71,7 +50,9 @@ std::optional<ContentTransform> ToTransform(const std::string* text)
 class PageListener final : public xml::Listener
 {
 public:
-    PageListener(PageMarkup& page, Extent extent) : m_page(page), m_extent(extent) {}
+    PageListener(PageMarkup& page, bool checksNamespaces) : m_page(page), m_checksNamespaces(checksNamespaces)
+    {
+    }
 
     bool WantsMore() const override { return m_seen < 2; }
 
@@ -81,42 +62,27 @@ public:
         {
             return;
         }
-        m_seen == 0 ? TakeRoot(element) : TakeFirst(element);
-        ++m_seen;
-    }
-
-    bool HasRoot() const noexcept { return m_seen > 0; }
-
-private:
-    void TakeRoot(const xml::Element& root)
-    {
-        m_page.size = {ToNumber(root.Find("Width")), ToNumber(root.Find("Height"))};
-        RequireXps(root);
-    }
-
-    void TakeFirst(const xml::Element& element)
-    {
-        if (element.localName == "Canvas")
+        const bool isRoot = m_seen++ == 0;
+        const bool isCanvas = !isRoot && element.localName == "Canvas";
+        if (isRoot)
+        {
+            m_page.size = {ToNumber(element.Find("Width")), ToNumber(element.Find("Height"))};
+        }
+        if (isCanvas)
         {
             m_page.transform = ToTransform(element.Find("RenderTransform"));
-            RequireXps(element);
         }
-        if (m_extent == Extent::Start)
-        {
-            throw StartFound();
-        }
-    }
-
-    void RequireXps(const xml::Element& element) const
-    {
-        if (m_extent == Extent::Whole && !IsXpsNamespace(element.namespaceUri))
+        if (m_checksNamespaces && (isRoot || isCanvas) && !IsXpsNamespace(element.namespaceUri))
         {
             throw ForeignElement{element.localName};
         }
     }
 
+    bool HasRoot() const noexcept { return m_seen > 0; }
+
+private:
     PageMarkup& m_page;
-    Extent m_extent;
+    bool m_checksNamespaces;
     AlternateContent m_alternatives;
     int m_seen = 0;
 };
@@ -137,17 +103,14 @@ std::string_view ToLastTag(std::string_view markup)
 PageMarkup ReadPageStart(std::string_view markupStart)
 {
     PageMarkup page;
-    PageListener listener(page, Extent::Start);
+    PageListener listener(page, false);
     try
     {
         xml::Reader().Read(ToLastTag(markupStart), listener);
     }
-    catch (const StartFound&)
-    {
-    }
     catch (const xml::MarkupError&)
     {
-        // The start says nothing more.
+        // What is cut off is not well-formed.
     }
     return page;
 }
@@ -155,7 +118,7 @@ PageMarkup ReadPageStart(std::string_view markupStart)
 PageMarkup ReadPage(std::string_view markup)
 {
     PageMarkup page;
-    PageListener listener(page, Extent::Whole);
+    PageListener listener(page, true);
     xml::Reader reader;
     try
     {

@@ -4,7 +4,6 @@
 #include <string>
 
 #include "host/opc/files.h"
-#include "host/xml/markup.h"
 #include "host/xml/reader.h"
 #include "host/xps/alternatecontent.h"
 #include "host/xps/xpsvocabulary.h"
@@ -50,60 +49,39 @@ PartName FindSequence(const opc::Package& package)
     return std::move(*sequence);
 }
 
-/// Collects the Source attributes of the elements that a structural part consists of.
-class SourceCollector
-{
-public:
-    SourceCollector(std::string_view root, std::string_view reference) : m_root(root), m_reference(reference)
-    {
-    }
-
-    void Take(const xml::Element& element)
-    {
-        if (m_alternatives.Hides(element) || !IsXpsNamespace(element.namespaceUri))
-        {
-            return;
-        }
-        if (!m_rootSeen && element.localName != m_root)
-        {
-            throw xml::MarkupError("is not a " + std::string(m_root));
-        }
-        m_rootSeen = true;
-        if (element.localName == m_reference)
-        {
-            const std::string* const source = element.Find("Source");
-            if (source == nullptr)
-            {
-                throw xml::MarkupError("has a " + std::string(m_reference) + " without Source");
-            }
-            m_sources.push_back(*source);
-        }
-    }
-
-    const std::vector<std::string>& Finish() const
-    {
-        if (!m_rootSeen)
-        {
-            throw xml::MarkupError("is not a " + std::string(m_root));
-        }
-        return m_sources;
-    }
-
-private:
-    std::string_view m_root;
-    std::string_view m_reference;
-    AlternateContent m_alternatives;
-    bool m_rootSeen = false;
-    std::vector<std::string> m_sources;
-};
-
+/// The Source attributes of the elements `reference` of a structural part whose root is `root`.
 std::vector<std::string> ReadSources(std::string_view markup,
                                      std::string_view root,
                                      std::string_view reference)
 {
-    SourceCollector collector(root, reference);
-    xml::ReadElements(markup, [&](const xml::Element& element) { collector.Take(element); });
-    return collector.Finish();
+    const auto requireRoot = [&](bool isFound) {
+        if (!isFound)
+        {
+            throw xml::MarkupError("is not a " + std::string(root));
+        }
+    };
+    AlternateContent alternatives;
+    bool rootSeen = false;
+    std::vector<std::string> sources;
+    xml::ReadElements(markup, [&](const xml::Element& element) {
+        if (alternatives.Hides(element) || !IsXpsNamespace(element.namespaceUri))
+        {
+            return;
+        }
+        requireRoot(rootSeen || element.localName == root);
+        rootSeen = true;
+        if (element.localName == reference)
+        {
+            const std::string* const source = element.Find("Source");
+            if (source == nullptr)
+            {
+                throw xml::MarkupError("has a " + std::string(reference) + " without Source");
+            }
+            sources.push_back(*source);
+        }
+    });
+    requireRoot(rootSeen);
+    return sources;
 }
 } // namespace
 
