@@ -1,6 +1,6 @@
 #include "host/app/whatif.h"
 
-#include "host/tickets/ticketbytes.h"
+#include "host/tickets/ticketfacts.h"
 #include "host/xml/text.h"
 
 namespace host::app

@@ -1,7 +1,7 @@
 #include "host/job/joboutcome.h"
 
 #include "host/pipeline/resulttext.h"
-#include "host/tickets/ticketreader.h"
+#include "host/tickets/ticketdocument.h"
 #include "host/xml/reader.h"
 #include "host/xml/text.h"
 #include "host/xps/xpsdocument.h"

@@ -12,7 +12,7 @@
 #include "base/xps/printschema/tickets/defaulttickets.h"
 #include "host/pipeline/pagepart.h"
 #include "host/pipeline/treeparts.h"
-#include "host/tickets/ticketbytes.h"
+#include "host/tickets/ticketfacts.h"
 
 namespace host::pipeline
 {

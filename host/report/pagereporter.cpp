@@ -5,8 +5,8 @@
 
 #include "base/logging/errors.h"
 #include "base/utility/utf8.h"
-#include "host/tickets/ticketbytes.h"
 #include "host/tickets/ticketdocument.h"
+#include "host/tickets/ticketfacts.h"
 #include "host/xps/pagemarkup.h"
 #include "host/xps/xpsvocabulary.h"
 

@@ -10,21 +10,19 @@ namespace
 {
 std::optional<int> FindRequestedEdge(const Node& ticket, const Node& option, std::string_view name)
 {
-    const Node* edge = FindEdge(option, name);
-    const Node* const reference = edge == nullptr ? nullptr : FindChild(*edge, Kind::ParameterRef);
-    if (reference != nullptr)
-    {
-        edge = FindChild(ticket, Kind::ParameterInit, reference->name);
-    }
-    return edge == nullptr ? std::nullopt : xml::ParseInteger(FindText(*edge).value_or(""));
+    const Node* const edge = FindEdge(option, name);
+    const Node* const reference = FindChild(edge, Kind::ParameterRef);
+    const Node* const holder =
+        reference == nullptr ? edge : FindChild(&ticket, Kind::ParameterInit, reference->name);
+    return xml::ParseInteger(FindText(holder).value_or(""));
 }
 } // namespace
 
 const Node* FindEdge(const Node& option, std::string_view edge)
 {
     const std::string suffix(edge);
-    const Node* const found = FindChild(option, Kind::ScoredProperty, Keyword("MediaSize" + suffix));
-    return found != nullptr ? found : FindChild(option, Kind::ScoredProperty, Keyword("PS" + suffix));
+    const Node* const found = FindChild(&option, Kind::ScoredProperty, Keyword("MediaSize" + suffix));
+    return found != nullptr ? found : FindChild(&option, Kind::ScoredProperty, Keyword("PS" + suffix));
 }
 
 std::optional<MediaSize> FindRequestedSize(const Node& ticket, const Node& option)

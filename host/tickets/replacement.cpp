@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "host/tickets/ticketdocument.h"
 #include "host/tickets/ticketfacts.h"
-#include "host/tickets/ticketreader.h"
 
 namespace host::tickets
 {
@@ -12,8 +12,7 @@ namespace
 
 std::optional<Selection> FindSelection(const Node& ticket, const char* name)
 {
-    const Node* const feature = FindChild(ticket, Kind::Feature, Keyword(name));
-    const Node* const option = feature == nullptr ? nullptr : FindChild(*feature, Kind::Option);
+    const Node* const option = FindSelectedOption(ticket, Keyword(name));
     if (option == nullptr)
     {
         return std::nullopt;

@@ -4,7 +4,6 @@
 #include <variant>
 
 #include "host/tickets/ticketdocument.h"
-#include "host/tickets/ticketreader.h"
 
 namespace host::tickets
 {
@@ -60,12 +59,12 @@ private:
     /// The Value of a property or a parameter, or the parameter that it refers to.
     std::optional<Shown> ValueOf(const Node& element) const
     {
-        if (const Node* const reference = FindChild(element, Kind::ParameterRef))
+        if (const Node* const reference = FindChild(&element, Kind::ParameterRef))
         {
             const Shown name = Show(reference->name);
             return Shown{"@" + name.identity, "as parameter " + name.text};
         }
-        const Node* const value = FindChild(element, Kind::Value);
+        const Node* const value = FindChild(&element, Kind::Value);
         if (value == nullptr)
         {
             return std::nullopt;
@@ -172,10 +171,5 @@ std::vector<TicketDifference> CompareTickets(const std::string& before,
         }
     }
     return differences;
-}
-
-std::optional<std::string> FindOption(const std::string& ticket, const std::string& feature)
-{
-    return TextOf(SettingList(ticket).Find("{" + std::string(kKeywordsNamespace) + "}" + feature));
 }
 } // namespace host::tickets

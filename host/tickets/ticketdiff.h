@@ -35,7 +35,4 @@ struct TicketDifference
 std::vector<TicketDifference> CompareTickets(const std::string& before,
                                              const std::string& effective,
                                              const std::string& after);
-
-/// What a ticket's feature selects, as it is shown to people; empty for a ticket without it.
-std::optional<std::string> FindOption(const std::string& ticket, const std::string& feature);
 } // namespace host::tickets

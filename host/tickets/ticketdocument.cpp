@@ -25,6 +25,16 @@ bool IsOneOf(Kind kind, std::initializer_list<Kind> kinds)
 {
     return std::find(kinds.begin(), kinds.end(), kind) != kinds.end();
 }
+template <typename Predicate>
+const Node* FindIf(const Node* parent, Predicate&& isWanted)
+{
+    if (parent == nullptr)
+    {
+        return nullptr;
+    }
+    const auto found = std::find_if(parent->children.begin(), parent->children.end(), isWanted);
+    return found == parent->children.end() ? nullptr : &*found;
+}
 } // namespace
 
 ExpandedName Keyword(std::string_view local)
@@ -80,40 +90,31 @@ bool MayHold(Kind parent, Kind child)
     return false;
 }
 
-const Node* FindChild(const Node& parent, Kind kind)
+const Node* FindChild(const Node* parent, Kind kind)
 {
-    const auto found = std::find_if(parent.children.begin(), parent.children.end(), [&](const Node& child) {
-        return child.kind == kind;
-    });
-    return found == parent.children.end() ? nullptr : &*found;
+    return FindIf(parent, [&](const Node& child) { return child.kind == kind; });
 }
 
-const Node* FindChild(const Node& parent, Kind kind, const ExpandedName& name)
+const Node* FindChild(const Node* parent, Kind kind, const ExpandedName& name)
 {
-    const auto found = std::find_if(parent.children.begin(), parent.children.end(), [&](const Node& child) {
-        return child.kind == kind && child.name == name;
-    });
-    return found == parent.children.end() ? nullptr : &*found;
+    return FindIf(parent, [&](const Node& child) { return child.kind == kind && child.name == name; });
 }
 
-Node* FindChild(Node& parent, Kind kind)
+const Node* FindSelectedOption(const Node& ticket, const ExpandedName& feature)
 {
-    return const_cast<Node*>(FindChild(std::as_const(parent), kind));
+    return FindChild(FindChild(&ticket, Kind::Feature, feature), Kind::Option);
 }
 
-Node* FindChild(Node& parent, Kind kind, const ExpandedName& name)
+const Node* FindPropertyValue(const Node& element, const ExpandedName& name)
 {
-    return const_cast<Node*>(FindChild(std::as_const(parent), kind, name));
+    return FindChild(FindChild(&element, Kind::Property, name), Kind::Value);
 }
 
-std::optional<std::string> FindText(const Node& holder)
+std::optional<std::string> FindText(const Node* holder)
 {
     const Node* const value = FindChild(holder, Kind::Value);
-    if (value == nullptr || !std::holds_alternative<std::string>(value->content))
-    {
-        return std::nullopt;
-    }
-    return std::get<std::string>(value->content);
+    const std::string* const text = value == nullptr ? nullptr : std::get_if<std::string>(&value->content);
+    return text == nullptr ? std::nullopt : std::optional(*text);
 }
 
 std::string NameDisplay::operator()(const ExpandedName& name) const
@@ -127,30 +128,25 @@ std::string NameDisplay::operator()(const ExpandedName& name) const
 
 const std::string& NameDisplay::PrefixOf(const std::string& namespaceUri) const
 {
-    const auto find = [&](const std::vector<xml::PrefixBinding>& bindings) {
-        return std::find_if(bindings.begin(), bindings.end(), [&](const xml::PrefixBinding& each) {
-            return each.namespaceUri == namespaceUri;
-        });
-    };
-    if (const auto used = find(m_used); used != m_used.end())
+    const auto find =
+        [](const std::vector<xml::PrefixBinding>& bindings, auto member, const std::string& text) {
+            return std::find_if(bindings.begin(), bindings.end(), [&](const xml::PrefixBinding& each) {
+                return each.*member == text;
+            });
+        };
+    if (const auto used = find(m_used, &xml::PrefixBinding::namespaceUri, namespaceUri); used != m_used.end())
     {
         return used->prefix;
     }
-    xml::PrefixBinding binding{"", namespaceUri};
-    if (const auto declared = find(m_prefixes); declared != m_prefixes.end())
-    {
-        binding = *declared;
-    }
-    for (int number = 1; binding.prefix.empty(); ++number)
+    const auto declared = find(m_prefixes, &xml::PrefixBinding::namespaceUri, namespaceUri);
+    std::string prefix = declared == m_prefixes.end() ? "" : declared->prefix;
+    for (int number = 1; prefix.empty(); ++number)
     {
         const std::string made = "vendor" + std::to_string(number);
-        const bool isTaken =
-            std::any_of(m_prefixes.begin(),
-                        m_prefixes.end(),
-                        [&](const auto& each) { return each.prefix == made; }) ||
-            std::any_of(m_used.begin(), m_used.end(), [&](const auto& each) { return each.prefix == made; });
-        binding.prefix = isTaken ? "" : made;
+        const bool isTaken = find(m_prefixes, &xml::PrefixBinding::prefix, made) != m_prefixes.end() ||
+                             find(m_used, &xml::PrefixBinding::prefix, made) != m_used.end();
+        prefix = isTaken ? "" : made;
     }
-    return m_used.emplace_back(std::move(binding)).prefix;
+    return m_used.emplace_back(xml::PrefixBinding{std::move(prefix), namespaceUri}).prefix;
 }
 } // namespace host::tickets

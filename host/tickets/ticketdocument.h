@@ -73,14 +73,18 @@ struct Node
     std::vector<Node> children = {};
 };
 
-/// The first child of a kind, or of a kind and a name; null when there is none. Lends.
-const Node* FindChild(const Node& parent, Kind kind);
-const Node* FindChild(const Node& parent, Kind kind, const ExpandedName& name);
-Node* FindChild(Node& parent, Kind kind);
-Node* FindChild(Node& parent, Kind kind, const ExpandedName& name);
+/// The first child of a kind, or of a kind and a name; null when there is none, and for no parent. Lends.
+const Node* FindChild(const Node* parent, Kind kind);
+const Node* FindChild(const Node* parent, Kind kind, const ExpandedName& name);
 
-/// The text of the Value that an element holds; none without a Value and for a QName.
-std::optional<std::string> FindText(const Node& holder);
+/// What a ticket selects for a feature: its first option; null when there is none. Lends.
+const Node* FindSelectedOption(const Node& ticket, const ExpandedName& feature);
+
+/// The Value of an element's first Property of a name; null when there is none. Lends.
+const Node* FindPropertyValue(const Node& element, const ExpandedName& name);
+
+/// The text of the Value that an element holds; none without a Value, for a QName, and for no element.
+std::optional<std::string> FindText(const Node* holder);
 
 /// A print ticket or print capabilities.
 struct Document
@@ -89,6 +93,24 @@ struct Document
     /// What the root declared, in its order: the prefixes that names are preferably written with.
     std::vector<xml::PrefixBinding> prefixes = {};
 };
+
+/// Reads the bytes of a print ticket or of print capabilities, as `root` says, in UTF-8 or UTF-16, whichever
+/// of the two their XML declaration names.
+///
+/// Names become independent of prefixes: `name` attributes, types and values of type xsd:QName are QNames in
+/// content, resolved by the declarations in scope (Print Schema, "XML Attributes"). Comments, and elements
+/// that the Print Schema does not have in their place, are left out. A missing version is taken to be 1.
+///
+/// Throws xml::MarkupError for what is no such document: not well-formed, a document type declaration,
+/// another root or version, an element without the name it needs, a name with an undeclared prefix.
+Document ReadDocument(std::string_view bytes, Kind root);
+
+/// Writes a document as UTF-8 with an XML declaration and no white space between elements.
+///
+/// All prefixes are declared at the root: psf, psk, xsi and xsd for the schemas' own namespaces, then the
+/// document's prefixes but for those already taken, then "ns0000", "ns0001" and so on for namespaces that
+/// have none. Every name, in content too, is written with them.
+std::string WriteDocument(const Document& document);
 
 /// Formats the names of a ticket for people: keywords without prefix, other names with the prefix of the
 /// ticket's root, or a made-up one where the root has none.

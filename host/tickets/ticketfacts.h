@@ -13,6 +13,12 @@
 
 namespace host::tickets
 {
+/// Throws HresultError when the bytes are no well-formed XML.
+base::utility::ComPtr<IXMLDOMDocument2> LoadBytes(const std::string& bytes);
+
+/// The document as UTF-8.
+std::string SaveBytes(IXMLDOMDocument2* document);
+
 /// What a ticket says of the page's sheet. Names are options of the Print Schema, lengths micrometres.
 struct SheetFacts
 {

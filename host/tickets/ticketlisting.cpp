@@ -5,7 +5,6 @@
 #include <variant>
 
 #include "host/tickets/ticketdocument.h"
-#include "host/tickets/ticketreader.h"
 #include "host/xml/text.h"
 
 namespace host::tickets
@@ -22,10 +21,10 @@ std::optional<Value> ValueOf(const Node& element)
 {
     if (element.kind == Kind::Feature)
     {
-        const Node* const option = FindChild(element, Kind::Option);
+        const Node* const option = FindChild(&element, Kind::Option);
         return option == nullptr ? std::nullopt : std::optional<Value>(option->name);
     }
-    const auto text = element.kind == Kind::ParameterInit ? FindText(element) : std::nullopt;
+    const auto text = element.kind == Kind::ParameterInit ? FindText(&element) : std::nullopt;
     return text ? std::optional<Value>(*text) : std::nullopt;
 }
 
@@ -42,7 +41,7 @@ std::string FindOrigin(const Node& element,
 {
     for (const auto& [name, document] : layers)
     {
-        if (const Node* const found = FindChild(document.root, element.kind, element.name))
+        if (const Node* const found = FindChild(&document.root, element.kind, element.name))
         {
             const auto wanted = ValueOf(*found);
             if (wanted == value)
@@ -57,10 +56,10 @@ std::string FindOrigin(const Node& element,
 
 void AddProperties(const Node& element, const NameDisplay& display, ListedSetting& setting)
 {
-    const Node* const option = FindChild(element, Kind::Option);
+    const Node* const option = FindChild(&element, Kind::Option);
     for (const Node& property : option == nullptr ? std::vector<Node>() : option->children)
     {
-        if (const auto value = FindText(property))
+        if (const auto value = FindText(&property))
         {
             setting.properties.emplace_back(display(property.name), *value);
         }

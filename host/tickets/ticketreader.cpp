@@ -1,4 +1,4 @@
-#include "host/tickets/ticketreader.h"
+#include "host/tickets/ticketdocument.h"
 
 #include <algorithm>
 #include <string>

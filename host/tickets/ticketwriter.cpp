@@ -1,4 +1,4 @@
-#include "host/tickets/ticketwriter.h"
+#include "host/tickets/ticketdocument.h"
 
 #include <map>
 #include <set>

@@ -19,7 +19,7 @@
 #include "base/xps/printschema/vocabulary/namespaceprefixes.h"
 #include "base/xps/printschema/vocabulary/namespaceuris.h"
 #include "host/opc/files.h"
-#include "host/tickets/ticketbytes.h"
+#include "host/tickets/ticketfacts.h"
 #include "host/xml/text.h"
 
 namespace host::tickets

@@ -1,21 +1,19 @@
-#include "host/ticketservice/capabilities.h"
+#include "host/ticketservice/operations.h"
 
 #include <algorithm>
+#include <array>
 #include <optional>
+#include <string_view>
 #include <utility>
 
 namespace host::ticketservice
 {
 namespace
 {
-/// The rotation of the page's content on an upright sheet.
-enum class Turn
-{
-    None,
-    CounterClockwise,
-    UpsideDown,
-    Clockwise
-};
+/// The options of PageOrientation, each a quarter turn of the page's content further counterclockwise on an
+/// upright sheet.
+constexpr std::array<std::string_view, 4> kOrientations = {
+    "Portrait", "Landscape", "ReversePortrait", "ReverseLandscape"};
 
 struct Sheet
 {
@@ -23,16 +21,9 @@ struct Sheet
     Margins margins;
 };
 
-const tickets::Node* FindRequestedOption(const tickets::Node& ticket, std::string_view featureName)
+Sheet ChooseSheet(const Device& device, const Node& ticket)
 {
-    const tickets::Node* const feature =
-        tickets::FindChild(ticket, tickets::Kind::Feature, tickets::Keyword(featureName));
-    return feature == nullptr ? nullptr : tickets::FindChild(*feature, tickets::Kind::Option);
-}
-
-Sheet ChooseSheet(const Device& device, const tickets::Node& ticket)
-{
-    const tickets::Node* const option = FindRequestedOption(ticket, "PageMediaSize");
+    const Node* const option = tickets::FindSelectedOption(ticket, Keyword("PageMediaSize"));
     const Medium* const medium = option == nullptr ? nullptr : device.FindMedium(option->name);
     if (medium != nullptr && !medium->isCustom)
     {
@@ -54,100 +45,75 @@ Sheet ChooseSheet(const Device& device, const tickets::Node& ticket)
     return {device.GetDefaultMedium().smallest, device.GetDefaultMedium().margins};
 }
 
-std::optional<Turn> FindTurn(const tickets::Node* option)
+std::optional<std::size_t> CountQuarterTurns(const Node* orientation)
 {
-    constexpr std::pair<std::string_view, Turn> turns[] = {{"Portrait", Turn::None},
-                                                           {"Landscape", Turn::CounterClockwise},
-                                                           {"ReversePortrait", Turn::UpsideDown},
-                                                           {"ReverseLandscape", Turn::Clockwise}};
-    for (const auto& [name, turn] : turns)
-    {
-        if (option != nullptr && option->name == tickets::Keyword(name))
-        {
-            return turn;
-        }
-    }
-    return std::nullopt;
+    const auto* const found =
+        std::find_if(kOrientations.begin(), kOrientations.end(), [&](std::string_view each) {
+            return orientation != nullptr && orientation->name == Keyword(each);
+        });
+    return found == kOrientations.end() ? std::nullopt
+                                        : std::optional<std::size_t>(found - kOrientations.begin());
 }
 
-Turn ChooseTurn(const Device& device, const tickets::Node& ticket)
+std::size_t ChooseQuarterTurns(const Device& device, const Node& ticket)
 {
-    const tickets::Node* const described = device.FindFeature(tickets::Keyword("PageOrientation"));
-    const tickets::Node* const preferred = described == nullptr ? nullptr : &GetDefaultOption(*described);
-    const std::optional<Turn> requested = FindTurn(FindRequestedOption(ticket, "PageOrientation"));
-    return requested ? *requested : FindTurn(preferred).value_or(Turn::None);
+    const auto requested = CountQuarterTurns(tickets::FindSelectedOption(ticket, Keyword("PageOrientation")));
+    const Node* const described = device.FindFeature(Keyword("PageOrientation"));
+    const Node* const preferred = described == nullptr ? nullptr : &GetDefaultOption(*described);
+    return requested ? *requested : CountQuarterTurns(preferred).value_or(0);
 }
 
 /// The sheet in the frame of the page as it is read.
-Sheet TurnSheet(const Sheet& sheet, Turn turn)
+Sheet TurnSheet(Sheet sheet, std::size_t quarterTurns)
 {
-    const auto& [size, edges] = sheet;
-    const MediaSize exchanged = {size.heightMicrometres, size.widthMicrometres};
-    switch (turn)
+    for (std::size_t turn = 0; turn < quarterTurns; ++turn)
     {
-    case Turn::None:
-        break;
-    case Turn::CounterClockwise:
-        return {exchanged,
-                {.leftMicrometres = edges.bottomMicrometres,
-                 .topMicrometres = edges.leftMicrometres,
-                 .rightMicrometres = edges.topMicrometres,
-                 .bottomMicrometres = edges.rightMicrometres}};
-    case Turn::UpsideDown:
-        return {size,
-                {.leftMicrometres = edges.rightMicrometres,
-                 .topMicrometres = edges.bottomMicrometres,
-                 .rightMicrometres = edges.leftMicrometres,
-                 .bottomMicrometres = edges.topMicrometres}};
-    case Turn::Clockwise:
-        return {exchanged,
-                {.leftMicrometres = edges.topMicrometres,
-                 .topMicrometres = edges.rightMicrometres,
-                 .rightMicrometres = edges.bottomMicrometres,
-                 .bottomMicrometres = edges.leftMicrometres}};
+        const auto [size, edges] = sheet;
+        sheet = {{size.heightMicrometres, size.widthMicrometres},
+                 {.leftMicrometres = edges.bottomMicrometres,
+                  .topMicrometres = edges.leftMicrometres,
+                  .rightMicrometres = edges.topMicrometres,
+                  .bottomMicrometres = edges.rightMicrometres}};
     }
     return sheet;
 }
 
-tickets::Node IntegerProperty(std::string_view name, int number)
+Node IntegerProperty(std::string_view name, int number)
 {
-    const tickets::Attribute type = {
-        {std::string(tickets::kSchemaInstanceNamespace), "type"},
-        tickets::ExpandedName{std::string(tickets::kSchemaNamespace), "integer"}};
-    return {.kind = tickets::Kind::Property,
-            .name = tickets::Keyword(name),
-            .children = {
-                {.kind = tickets::Kind::Value, .attributes = {type}, .content = std::to_string(number)}}};
+    const tickets::Attribute type = {{std::string(tickets::kSchemaInstanceNamespace), "type"},
+                                     ExpandedName{std::string(tickets::kSchemaNamespace), "integer"}};
+    return {.kind = Kind::Property,
+            .name = Keyword(name),
+            .children = {{.kind = Kind::Value, .attributes = {type}, .content = std::to_string(number)}}};
 }
 
-tickets::Node ToPageImageableSize(const Sheet& sheet)
+Node ToPageImageableSize(const Sheet& sheet)
 {
     const auto& [size, edges] = sheet;
     const int extentWidth = size.widthMicrometres - edges.leftMicrometres - edges.rightMicrometres;
     const int extentHeight = size.heightMicrometres - edges.topMicrometres - edges.bottomMicrometres;
-    tickets::Node area = {.kind = tickets::Kind::Property,
-                          .name = tickets::Keyword("ImageableArea"),
-                          .children = {IntegerProperty("OriginWidth", edges.leftMicrometres),
-                                       IntegerProperty("OriginHeight", edges.topMicrometres),
-                                       IntegerProperty("ExtentWidth", extentWidth),
-                                       IntegerProperty("ExtentHeight", extentHeight)}};
-    return {.kind = tickets::Kind::Property,
-            .name = tickets::Keyword("PageImageableSize"),
+    Node area = {.kind = Kind::Property,
+                 .name = Keyword("ImageableArea"),
+                 .children = {IntegerProperty("OriginWidth", edges.leftMicrometres),
+                              IntegerProperty("OriginHeight", edges.topMicrometres),
+                              IntegerProperty("ExtentWidth", extentWidth),
+                              IntegerProperty("ExtentHeight", extentHeight)}};
+    return {.kind = Kind::Property,
+            .name = Keyword("PageImageableSize"),
             .children = {IntegerProperty("ImageableSizeWidth", size.widthMicrometres),
                          IntegerProperty("ImageableSizeHeight", size.heightMicrometres),
                          std::move(area)}};
 }
 } // namespace
 
-tickets::Document DescribeFor(const Device& device, const tickets::Node& ticket)
+Document DescribeFor(const Device& device, const Node& ticket)
 {
-    tickets::Document capabilities = device.GetCapabilities();
-    std::vector<tickets::Node>& children = capabilities.root.children;
-    tickets::Node size =
-        ToPageImageableSize(TurnSheet(ChooseSheet(device, ticket), ChooseTurn(device, ticket)));
-    std::erase_if(children, [&](const tickets::Node& child) {
-        return child.kind == size.kind && child.name == size.name;
-    });
+    Document capabilities = device.GetCapabilities();
+    std::vector<Node>& children = capabilities.root.children;
+    Node size =
+        ToPageImageableSize(TurnSheet(ChooseSheet(device, ticket), ChooseQuarterTurns(device, ticket)));
+    std::erase_if(children,
+                  [&](const Node& child) { return child.kind == size.kind && child.name == size.name; });
     children.push_back(std::move(size));
     return capabilities;
 }

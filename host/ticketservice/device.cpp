@@ -5,31 +5,32 @@
 #include <utility>
 
 #include "host/tickets/parameters.h"
+#include "host/tickets/ticketdocument.h"
 #include "host/xml/text.h"
 
 namespace host::ticketservice
 {
 namespace
 {
-tickets::ExpandedName DeviceName(std::string_view local)
+ExpandedName DeviceName(std::string_view local)
 {
     return {std::string(kDeviceNamespace), std::string(local)};
 }
 
-[[noreturn]] void Refuse(const tickets::ExpandedName& subject, const std::string& fault)
+[[noreturn]] void Refuse(const ExpandedName& subject, const std::string& fault)
 {
     throw xml::MarkupError(subject.local + ": " + fault);
 }
 
 /// The integer that an element's property of a name holds; none without such a property.
-std::optional<int> FindIntegerProperty(const tickets::Node& parent, const tickets::ExpandedName& name)
+std::optional<int> FindIntegerProperty(const Node& parent, const ExpandedName& name)
 {
-    const tickets::Node* const property = tickets::FindChild(parent, tickets::Kind::Property, name);
+    const Node* const property = FindChild(&parent, Kind::Property, name);
     if (property == nullptr)
     {
         return std::nullopt;
     }
-    const std::optional<int> number = xml::ParseInteger(tickets::FindText(*property).value_or(""));
+    const std::optional<int> number = xml::ParseInteger(FindText(property).value_or(""));
     if (!number)
     {
         Refuse(name, "the value is not an integer");
@@ -37,10 +38,9 @@ std::optional<int> FindIntegerProperty(const tickets::Node& parent, const ticket
     return number;
 }
 
-std::optional<Margins> FindMargins(const tickets::Node& parent)
+std::optional<Margins> FindMargins(const Node& parent)
 {
-    const tickets::Node* const margins =
-        tickets::FindChild(parent, tickets::Kind::Property, DeviceName("Margins"));
+    const Node* const margins = FindChild(&parent, Kind::Property, DeviceName("Margins"));
     if (margins == nullptr)
     {
         return std::nullopt;
@@ -56,19 +56,16 @@ std::optional<Margins> FindMargins(const tickets::Node& parent)
     return Margins{read("Left"), read("Top"), read("Right"), read("Bottom")};
 }
 
-Parameter::Type ReadType(const tickets::Node& definition)
+Parameter::Type ReadType(const Node& definition)
 {
-    const tickets::Node* const property =
-        tickets::FindChild(definition, tickets::Kind::Property, tickets::Framework("DataType"));
-    const tickets::Node* const value =
-        property == nullptr ? nullptr : tickets::FindChild(*property, tickets::Kind::Value);
+    const Node* const value = FindPropertyValue(definition, Framework("DataType"));
     if (value == nullptr)
     {
         Refuse(definition.name, "the parameter has no DataType");
     }
     const auto is = [&](std::string_view type) {
-        return value->content == tickets::Content(tickets::ExpandedName{
-                                     std::string(tickets::kSchemaNamespace), std::string(type)});
+        return value->content ==
+               Content(ExpandedName{std::string(tickets::kSchemaNamespace), std::string(type)});
     };
     if (is("integer"))
     {
@@ -77,15 +74,14 @@ Parameter::Type ReadType(const tickets::Node& definition)
     return is("decimal") ? Parameter::Type::Decimal : Parameter::Type::Other;
 }
 
-std::optional<Limit> FindLimit(const tickets::Node& definition, std::string_view name)
+std::optional<Limit> FindLimit(const Node& definition, std::string_view name)
 {
-    const tickets::Node* const property =
-        tickets::FindChild(definition, tickets::Kind::Property, tickets::Framework(name));
+    const Node* const property = FindChild(&definition, Kind::Property, Framework(name));
     if (property == nullptr)
     {
         return std::nullopt;
     }
-    std::string text = tickets::FindText(*property).value_or("");
+    std::string text = FindText(property).value_or("");
     const std::optional<double> number = xml::ParseDecimal(text);
     if (!number)
     {
@@ -94,7 +90,7 @@ std::optional<Limit> FindLimit(const tickets::Node& definition, std::string_view
     return Limit{*number, std::move(text)};
 }
 
-Parameter ReadParameter(const tickets::Node& definition)
+Parameter ReadParameter(const Node& definition)
 {
     Parameter parameter{.name = definition.name, .type = ReadType(definition)};
     if (parameter.type != Parameter::Type::Other)
@@ -102,16 +98,11 @@ Parameter ReadParameter(const tickets::Node& definition)
         parameter.minimum = FindLimit(definition, "MinValue");
         parameter.maximum = FindLimit(definition, "MaxValue");
     }
-    const bool isEmptyRange =
-        parameter.minimum && parameter.maximum && parameter.minimum->number > parameter.maximum->number;
-    if (isEmptyRange)
+    if (parameter.minimum && parameter.maximum && parameter.minimum->number > parameter.maximum->number)
     {
         Refuse(parameter.name, "MinValue is above MaxValue");
     }
-    const tickets::Node* const property =
-        tickets::FindChild(definition, tickets::Kind::Property, tickets::Framework("DefaultValue"));
-    const tickets::Node* const value =
-        property == nullptr ? nullptr : tickets::FindChild(*property, tickets::Kind::Value);
+    const Node* const value = FindPropertyValue(definition, Framework("DefaultValue"));
     if (value == nullptr)
     {
         Refuse(parameter.name, "the parameter has no DefaultValue");
@@ -119,7 +110,8 @@ Parameter ReadParameter(const tickets::Node& definition)
     parameter.defaultValue = *value;
     if (parameter.type != Parameter::Type::Other)
     {
-        const std::optional<double> number = parameter.ReadNumber(tickets::FindText(*property).value_or(""));
+        const auto* const text = std::get_if<std::string>(&value->content);
+        const auto number = text == nullptr ? std::nullopt : parameter.ReadNumber(*text);
         if (!number || parameter.FindBrokenLimit(*number) != nullptr)
         {
             Refuse(parameter.name, "DefaultValue is not a number within the limits");
@@ -129,16 +121,16 @@ Parameter ReadParameter(const tickets::Node& definition)
 }
 
 /// Checks that a feature and those in it have a default option.
-void RequireOptions(const tickets::Node& feature)
+void RequireOptions(const Node& feature)
 {
-    if (tickets::FindChild(feature, tickets::Kind::Option) == nullptr)
+    if (FindChild(&feature, Kind::Option) == nullptr)
     {
         Refuse(feature.name, "the feature has no option");
     }
     GetDefaultOption(feature);
-    for (const tickets::Node& child : feature.children)
+    for (const Node& child : feature.children)
     {
-        if (child.kind == tickets::Kind::Feature)
+        if (child.kind == Kind::Feature)
         {
             RequireOptions(child);
         }
@@ -146,7 +138,7 @@ void RequireOptions(const tickets::Node& feature)
 }
 
 template <typename Item>
-const Item* FindNamed(const std::vector<Item>& items, const tickets::ExpandedName& name)
+const Item* FindNamed(const std::vector<Item>& items, const ExpandedName& name)
 {
     const auto found =
         std::find_if(items.begin(), items.end(), [&](const Item& each) { return each.name == name; });
@@ -177,11 +169,12 @@ const Limit* Parameter::FindBrokenLimit(double value) const
     return maximum && value > maximum->number ? &*maximum : nullptr;
 }
 
-Device::Device(tickets::Document capabilities) : m_capabilities(std::move(capabilities))
+Device::Device(std::string_view description)
+    : m_capabilities(tickets::ReadDocument(description, Kind::PrintCapabilities))
 {
-    for (const tickets::Node& child : m_capabilities.root.children)
+    for (const Node& child : m_capabilities.root.children)
     {
-        if (child.kind == tickets::Kind::Feature)
+        if (child.kind == Kind::Feature)
         {
             RequireOptions(child);
         }
@@ -190,36 +183,36 @@ Device::Device(tickets::Document capabilities) : m_capabilities(std::move(capabi
     ReadMedia();
 }
 
-const tickets::Node* Device::FindFeature(const tickets::ExpandedName& name) const
+const Node* Device::FindFeature(const ExpandedName& name) const
 {
-    return tickets::FindChild(m_capabilities.root, tickets::Kind::Feature, name);
+    return FindChild(&m_capabilities.root, Kind::Feature, name);
 }
 
-const Medium* Device::FindMedium(const tickets::ExpandedName& option) const
+const Medium* Device::FindMedium(const ExpandedName& option) const
 {
     return FindNamed(m_media, option);
 }
 
-const Parameter* Device::FindParameter(const tickets::ExpandedName& name) const
+const Parameter* Device::FindParameter(const ExpandedName& name) const
 {
     return FindNamed(m_parameters, name);
 }
 
 const Medium& Device::GetDefaultMedium() const
 {
-    return *FindMedium(GetDefaultOption(*FindFeature(tickets::Keyword("PageMediaSize"))).name);
+    return *FindMedium(GetDefaultOption(*FindFeature(Keyword("PageMediaSize"))).name);
 }
 
 void Device::ReadParameters()
 {
-    for (const tickets::Node& child : m_capabilities.root.children)
+    for (const Node& child : m_capabilities.root.children)
     {
-        if (child.kind == tickets::Kind::ParameterDef)
+        if (child.kind == Kind::ParameterDef)
         {
             m_parameters.push_back(ReadParameter(child));
         }
     }
-    for (const tickets::ExpandedName& reference : tickets::ReferencesIn(m_capabilities.root))
+    for (const ExpandedName& reference : tickets::ReferencesIn(m_capabilities.root))
     {
         if (FindParameter(reference) == nullptr)
         {
@@ -230,15 +223,15 @@ void Device::ReadParameters()
 
 void Device::ReadMedia()
 {
-    const tickets::Node* const feature = FindFeature(tickets::Keyword("PageMediaSize"));
+    const Node* const feature = FindFeature(Keyword("PageMediaSize"));
     if (feature == nullptr)
     {
         throw xml::MarkupError("the description names no PageMediaSize");
     }
     const Margins deviceMargins = FindMargins(m_capabilities.root).value_or(Margins{});
-    for (const tickets::Node& child : feature->children)
+    for (const Node& child : feature->children)
     {
-        if (child.kind == tickets::Kind::Option)
+        if (child.kind == Kind::Option)
         {
             m_media.push_back(ReadMedium(child, deviceMargins));
         }
@@ -250,7 +243,7 @@ void Device::ReadMedia()
     }
 }
 
-Medium Device::ReadMedium(const tickets::Node& option, const Margins& deviceMargins) const
+Medium Device::ReadMedium(const Node& option, const Margins& deviceMargins) const
 {
     const Range width = ReadEdge(option, "Width");
     const Range height = ReadEdge(option, "Height");
@@ -271,12 +264,11 @@ Medium Device::ReadMedium(const tickets::Node& option, const Margins& deviceMarg
             .margins = margins};
 }
 
-Device::Range Device::ReadEdge(const tickets::Node& option, std::string_view edge) const
+Device::Range Device::ReadEdge(const Node& option, std::string_view edge) const
 {
     Range range;
-    const tickets::Node* const property = tickets::FindEdge(option, edge);
-    const tickets::Node* const reference =
-        property == nullptr ? nullptr : tickets::FindChild(*property, tickets::Kind::ParameterRef);
+    const Node* const property = tickets::FindEdge(option, edge);
+    const Node* const reference = FindChild(property, Kind::ParameterRef);
     if (reference != nullptr)
     {
         const Parameter& parameter = *FindParameter(reference->name);
@@ -285,9 +277,9 @@ Device::Range Device::ReadEdge(const tickets::Node& option, std::string_view edg
         };
         range = {read(parameter.minimum), read(parameter.maximum), true};
     }
-    else if (property != nullptr)
+    else
     {
-        const int length = xml::ParseInteger(tickets::FindText(*property).value_or("")).value_or(0);
+        const int length = xml::ParseInteger(FindText(property).value_or("")).value_or(0);
         range = {length, length, false};
     }
     if (range.shortest <= 0 || range.longest <= 0)
@@ -297,19 +289,16 @@ Device::Range Device::ReadEdge(const tickets::Node& option, std::string_view edg
     return range;
 }
 
-const tickets::Node& GetDefaultOption(const tickets::Node& feature)
+const Node& GetDefaultOption(const Node& feature)
 {
-    const tickets::Node* const property =
-        tickets::FindChild(feature, tickets::Kind::Property, DeviceName("DefaultOption"));
+    const Node* const property = FindChild(&feature, Kind::Property, DeviceName("DefaultOption"));
     if (property == nullptr)
     {
-        return *tickets::FindChild(feature, tickets::Kind::Option);
+        return *FindChild(&feature, Kind::Option);
     }
-    const tickets::Node* const value = tickets::FindChild(*property, tickets::Kind::Value);
-    const tickets::ExpandedName* const name =
-        value == nullptr ? nullptr : std::get_if<tickets::ExpandedName>(&value->content);
-    const tickets::Node* const option =
-        name == nullptr ? nullptr : tickets::FindChild(feature, tickets::Kind::Option, *name);
+    const Node* const value = FindChild(property, Kind::Value);
+    const auto* const name = value == nullptr ? nullptr : std::get_if<ExpandedName>(&value->content);
+    const Node* const option = name == nullptr ? nullptr : FindChild(&feature, Kind::Option, *name);
     if (option == nullptr)
     {
         Refuse(feature.name, "DefaultOption is not the QName of one of the feature's options");

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <optional>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include "host/tickets/parameters.h"
@@ -9,6 +11,16 @@
 namespace host::ticketservice
 {
 using base::xps::printschema::MediaSize;
+using tickets::Content;
+using tickets::Document;
+using tickets::ExpandedName;
+using tickets::FindChild;
+using tickets::FindPropertyValue;
+using tickets::FindText;
+using tickets::Framework;
+using tickets::Keyword;
+using tickets::Kind;
+using tickets::Node;
 
 /// The edges of a sheet that cannot be printed on, the sheet standing upright.
 struct Margins
@@ -25,7 +37,7 @@ struct Margins
 /// these two are its size.
 struct Medium
 {
-    tickets::ExpandedName name;
+    ExpandedName name;
     bool isCustom = false;
     MediaSize smallest;
     MediaSize largest;
@@ -51,12 +63,12 @@ struct Parameter
         Other
     };
 
-    tickets::ExpandedName name;
+    ExpandedName name;
     Type type = Type::Other;
     std::optional<Limit> minimum = {};
     std::optional<Limit> maximum = {};
     /// A Value element; of a number, one that the limits allow.
-    tickets::Node defaultValue = {};
+    Node defaultValue = {};
 
     /// What a text means for a parameter that is a number; none when it is no number of the parameter's type.
     std::optional<double> ReadNumber(const std::string& text) const;
@@ -72,17 +84,17 @@ inline constexpr std::string_view kDeviceNamespace = "urn:offline-device-descrip
 class Device
 {
 public:
-    /// From a print capabilities document. Throws xml::MarkupError with the reason when it cannot serve as a
-    /// description.
-    explicit Device(tickets::Document capabilities);
+    /// From the bytes of a print capabilities document. Throws xml::MarkupError with the reason when it
+    /// cannot serve as a description.
+    explicit Device(std::string_view description);
 
-    const tickets::Document& GetCapabilities() const { return m_capabilities; }
+    const Document& GetCapabilities() const { return m_capabilities; }
     const std::vector<Medium>& GetMedia() const { return m_media; }
 
     /// Null when the device has none of the name; lent.
-    const tickets::Node* FindFeature(const tickets::ExpandedName& name) const;
-    const Medium* FindMedium(const tickets::ExpandedName& option) const;
-    const Parameter* FindParameter(const tickets::ExpandedName& name) const;
+    const Node* FindFeature(const ExpandedName& name) const;
+    const Medium* FindMedium(const ExpandedName& option) const;
+    const Parameter* FindParameter(const ExpandedName& name) const;
 
     /// The medium that is used where none is asked for; never a custom one.
     const Medium& GetDefaultMedium() const;
@@ -98,15 +110,15 @@ private:
 
     void ReadParameters();
     void ReadMedia();
-    Medium ReadMedium(const tickets::Node& option, const Margins& deviceMargins) const;
-    Range ReadEdge(const tickets::Node& option, std::string_view edge) const;
+    Medium ReadMedium(const Node& option, const Margins& deviceMargins) const;
+    Range ReadEdge(const Node& option, std::string_view edge) const;
 
-    tickets::Document m_capabilities;
+    Document m_capabilities;
     std::vector<Parameter> m_parameters;
     std::vector<Medium> m_media;
 };
 
 /// The option of a described feature that is used where none is asked for: the one that the feature's
 /// DefaultOption names, else the first.
-const tickets::Node& GetDefaultOption(const tickets::Node& feature);
+const Node& GetDefaultOption(const Node& feature);
 } // namespace host::ticketservice

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -11,13 +12,9 @@
 #include "base/logging/boundary.h"
 #include "base/logging/errors.h"
 #include "base/utility/bstr.h"
-#include "host/tickets/ticketreader.h"
-#include "host/tickets/ticketwriter.h"
-#include "host/ticketservice/capabilities.h"
-#include "host/ticketservice/currentdevice.h"
-#include "host/ticketservice/merge.h"
+#include "host/tickets/ticketdocument.h"
+#include "host/ticketservice/operations.h"
 #include "host/ticketservice/providers.h"
-#include "host/ticketservice/validate.h"
 
 namespace host::ticketservice
 {
@@ -128,14 +125,14 @@ template <typename Body>
 }
 
 /// Without a stream, a ticket without settings.
-tickets::Document ReadTicket(IStream* stream, HRESULT formatFault)
+Document ReadTicket(IStream* stream, HRESULT formatFault)
 {
     if (stream == nullptr)
     {
         return {};
     }
-    return ReadOrRefuse(
-        formatFault, [&] { return tickets::ReadDocument(ReadToEnd(*stream), tickets::Kind::PrintTicket); });
+    return ReadOrRefuse(formatFault,
+                        [&] { return tickets::ReadDocument(ReadToEnd(*stream), Kind::PrintTicket); });
 }
 
 std::optional<Scope> FindScope(EPrintTicketScope scope)
@@ -153,8 +150,7 @@ std::optional<Scope> FindScope(EPrintTicketScope scope)
 }
 
 // Global, because any thread may open a provider.
-OpenProviders g_openProviders;
-CurrentDevice g_currentDevice;
+Providers g_providers;
 
 HRESULT OpenProvider(PCWSTR printerName, DWORD version, HPTPROVIDER* provider)
 {
@@ -167,18 +163,18 @@ HRESULT OpenProvider(PCWSTR printerName, DWORD version, HPTPROVIDER* provider)
     {
         return E_INVALIDARG;
     }
-    *provider = g_openProviders.Open(g_currentDevice.Get());
+    *provider = g_providers.Open();
     return S_OK;
 }
 
 HRESULT GetPrintCapabilities(HPTPROVIDER provider, IStream* ticket, IStream* capabilities)
 {
-    const std::shared_ptr<const Device> device = g_openProviders.GetDevice(provider);
+    const std::shared_ptr<const Device> device = g_providers.GetDevice(provider);
     if (capabilities == nullptr)
     {
         return E_INVALIDARG;
     }
-    const tickets::Document requested = ReadTicket(ticket, kTicketFormat);
+    const Document requested = ReadTicket(ticket, kTicketFormat);
     WriteAll(*capabilities, tickets::WriteDocument(DescribeFor(*device, requested.root)));
     return S_OK;
 }
@@ -186,15 +182,15 @@ HRESULT GetPrintCapabilities(HPTPROVIDER provider, IStream* ticket, IStream* cap
 HRESULT MergeAndValidate(
     HPTPROVIDER provider, IStream* base, IStream* delta, EPrintTicketScope scope, IStream* result)
 {
-    const std::shared_ptr<const Device> device = g_openProviders.GetDevice(provider);
+    const std::shared_ptr<const Device> device = g_providers.GetDevice(provider);
     const std::optional<Scope> mergedScope = FindScope(scope);
     if (base == nullptr || result == nullptr || !mergedScope)
     {
         return E_INVALIDARG;
     }
-    tickets::Document baseTicket = ReadTicket(base, kTicketFormat);
-    tickets::Document deltaTicket = ReadTicket(delta, kDeltaFormat);
-    tickets::Document merged = Merge(std::move(baseTicket), std::move(deltaTicket), *mergedScope);
+    Document baseTicket = ReadTicket(base, kTicketFormat);
+    Document deltaTicket = ReadTicket(delta, kDeltaFormat);
+    Document merged = Merge(std::move(baseTicket), std::move(deltaTicket), *mergedScope);
     const bool hasReplaced = ResolveConflicts(merged.root, *device);
     WriteAll(*result, tickets::WriteDocument(merged));
     return hasReplaced ? S_PT_CONFLICT_RESOLVED : S_PT_NO_CONFLICT;
@@ -204,11 +200,12 @@ HRESULT DescribeDevice(const void* xml, ULONG byteCount)
 {
     if (xml == nullptr)
     {
-        g_currentDevice.Set(nullptr);
+        g_providers.SetDevice(nullptr);
         return S_OK;
     }
     const std::string_view bytes(static_cast<const char*>(xml), byteCount);
-    g_currentDevice.Set(ReadOrRefuse(kCapabilitiesFormat, [&] { return ReadDevice(bytes); }));
+    g_providers.SetDevice(
+        ReadOrRefuse(kCapabilitiesFormat, [&] { return std::make_shared<const Device>(bytes); }));
     return S_OK;
 }
 } // namespace
@@ -225,7 +222,7 @@ extern "C"
 
     HRESULT WINAPI PTCloseProvider(HPTPROVIDER provider)
     {
-        return service::AtBoundary([&] { return service::g_openProviders.Close(provider); });
+        return service::AtBoundary([&] { return service::g_providers.Close(provider); });
     }
 
     HRESULT WINAPI PTGetPrintCapabilities(HPTPROVIDER provider,
@@ -255,6 +252,6 @@ extern "C"
 
     ULONG WINAPI GetOpenProviderCount()
     {
-        return service::g_openProviders.Count();
+        return service::g_providers.Count();
     }
 }

@@ -1,4 +1,4 @@
-#include "host/ticketservice/merge.h"
+#include "host/ticketservice/operations.h"
 
 #include <algorithm>
 #include <map>
@@ -30,42 +30,42 @@ Scope NarrowestScope(std::string_view name)
     return HasPrefix(name, "Document") ? Scope::Document : Scope::Page;
 }
 
-void KeepFirstOfSiblings(tickets::Node& parent)
+void KeepFirstOfSiblings(Node& parent)
 {
-    std::set<std::tuple<tickets::Kind, tickets::ExpandedName>> seen;
-    std::erase_if(parent.children, [&](const tickets::Node& child) {
+    std::set<std::tuple<Kind, ExpandedName>> seen;
+    std::erase_if(parent.children, [&](const Node& child) {
         return !child.name.local.empty() && !seen.emplace(child.kind, child.name).second;
     });
     std::for_each(parent.children.begin(), parent.children.end(), KeepFirstOfSiblings);
 }
 
-void KeepScope(tickets::Node& ticket, Scope scope)
+void KeepScope(Node& ticket, Scope scope)
 {
-    std::erase_if(ticket.children, [&](const tickets::Node& child) { return !IsWithin(scope, child.name); });
+    std::erase_if(ticket.children, [&](const Node& child) { return !IsWithin(scope, child.name); });
 }
 } // namespace
 
-bool IsWithin(Scope scope, const tickets::ExpandedName& name)
+bool IsWithin(Scope scope, const ExpandedName& name)
 {
     return NarrowestScope(name.local) <= scope;
 }
 
-tickets::Document Merge(tickets::Document base, tickets::Document delta, Scope scope)
+Document Merge(Document base, Document delta, Scope scope)
 {
     tickets::References references = tickets::ReferencesIn(base.root);
     references.merge(tickets::ReferencesIn(delta.root));
-    for (tickets::Node* const ticket : {&base.root, &delta.root})
+    for (Node* const ticket : {&base.root, &delta.root})
     {
         KeepScope(*ticket, scope);
         KeepFirstOfSiblings(*ticket);
     }
-    std::vector<tickets::Node>& settings = base.root.children;
-    std::map<std::tuple<tickets::Kind, tickets::ExpandedName>, std::size_t> known;
+    std::vector<Node>& settings = base.root.children;
+    std::map<std::tuple<Kind, ExpandedName>, std::size_t> known;
     for (std::size_t index = 0; index < settings.size(); ++index)
     {
         known.emplace(std::tuple(settings[index].kind, settings[index].name), index);
     }
-    for (tickets::Node& setting : delta.root.children)
+    for (Node& setting : delta.root.children)
     {
         const auto replaced = known.find({setting.kind, setting.name});
         if (replaced != known.end())

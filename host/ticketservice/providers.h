@@ -13,13 +13,13 @@
 
 namespace host::ticketservice
 {
-/// The providers that are open, of all threads. A handle belongs to the thread that opened it and is dead
-/// once closed: its value does not come back.
-class OpenProviders
+/// The providers that are open, of all threads, and the device that new ones are opened for. A handle belongs
+/// to the thread that opened it and is dead once closed: its value does not come back.
+class Providers
 {
 public:
     /// Opens one for the calling thread. It keeps the device that it was opened for.
-    HPTPROVIDER Open(std::shared_ptr<const Device> device);
+    HPTPROVIDER Open();
 
     /// S_OK; E_HANDLE for a handle that is not open, E_INVALIDARG on another thread than the one that opened
     /// it.
@@ -29,6 +29,9 @@ public:
     std::shared_ptr<const Device> GetDevice(HPTPROVIDER handle) const;
 
     ULONG Count() const;
+
+    /// The device of providers that are opened from now on; null for the built-in one.
+    void SetDevice(std::shared_ptr<const Device> device);
 
 private:
     struct Provider
@@ -43,5 +46,7 @@ private:
     mutable std::mutex m_lock;
     std::uintptr_t m_lastNumber = 0;
     ProviderMap m_providers;
+    // The built-in one is read on first use.
+    std::shared_ptr<const Device> m_device;
 };
 } // namespace host::ticketservice

@@ -1,4 +1,4 @@
-#include "host/ticketservice/validate.h"
+#include "host/ticketservice/operations.h"
 
 #include <algorithm>
 #include <optional>
@@ -10,23 +10,20 @@ namespace host::ticketservice
 {
 namespace
 {
-bool IsPickMany(const tickets::Node& described)
+bool IsPickMany(const Node& described)
 {
-    const tickets::Node* const property =
-        tickets::FindChild(described, tickets::Kind::Property, tickets::Framework("SelectionType"));
-    const tickets::Node* const value =
-        property == nullptr ? nullptr : tickets::FindChild(*property, tickets::Kind::Value);
-    return value != nullptr && value->content == tickets::Content(tickets::Keyword("PickMany"));
+    const Node* const value = FindPropertyValue(described, Framework("SelectionType"));
+    return value != nullptr && value->content == Content(Keyword("PickMany"));
 }
 
 /// A described option as a ticket selects it: its name and its scored properties.
-tickets::Node ToTicketOption(const tickets::Node& described)
+Node ToTicketOption(const Node& described)
 {
-    tickets::Node option{tickets::Kind::Option, described.name};
+    Node option{Kind::Option, described.name};
     std::copy_if(described.children.begin(),
                  described.children.end(),
                  std::back_inserter(option.children),
-                 [](const tickets::Node& child) { return child.kind == tickets::Kind::ScoredProperty; });
+                 [](const Node& child) { return child.kind == Kind::ScoredProperty; });
     return option;
 }
 
@@ -45,15 +42,15 @@ std::optional<std::string> FindCorrection(const Parameter& parameter, const std:
 class Validator
 {
 public:
-    Validator(tickets::Node& ticket, const Device& device) : m_ticket(ticket), m_device(device) {}
+    Validator(Node& ticket, const Device& device) : m_ticket(ticket), m_device(device) {}
 
     bool Resolve()
     {
         const tickets::References before = tickets::ReferencesIn(m_ticket);
-        for (tickets::Node& setting : m_ticket.children)
+        for (Node& setting : m_ticket.children)
         {
-            const tickets::Node* const described =
-                setting.kind == tickets::Kind::Feature ? m_device.FindFeature(setting.name) : nullptr;
+            const Node* const described =
+                setting.kind == Kind::Feature ? m_device.FindFeature(setting.name) : nullptr;
             if (described != nullptr)
             {
                 ResolveFeature(setting, *described);
@@ -66,32 +63,30 @@ public:
     }
 
 private:
-    void ResolveFeature(tickets::Node& requested, const tickets::Node& described)
+    void ResolveFeature(Node& requested, const Node& described)
     {
-        const auto isOption = [](const tickets::Node& child) { return child.kind == tickets::Kind::Option; };
+        const auto isOption = [](const Node& child) { return child.kind == Kind::Option; };
         const bool asksForOption =
             std::any_of(requested.children.begin(), requested.children.end(), isOption);
         if (!IsPickMany(described))
         {
             KeepFirstOption(requested);
         }
-        const auto refused = std::erase_if(requested.children, [&](const tickets::Node& child) {
+        const auto refused = std::erase_if(requested.children, [&](const Node& child) {
             return isOption(child) && !IsOffered(child, requested, described);
         });
         if (refused > 0)
         {
             m_hasReplaced = true;
         }
-        if (asksForOption && tickets::FindChild(requested, tickets::Kind::Option) == nullptr)
+        if (asksForOption && FindChild(&requested, Kind::Option) == nullptr)
         {
             requested.children.push_back(ToTicketOption(GetDefaultOption(described)));
         }
-        for (tickets::Node& child : requested.children)
+        for (Node& child : requested.children)
         {
-            const tickets::Node* const nested =
-                child.kind == tickets::Kind::Feature
-                    ? tickets::FindChild(described, tickets::Kind::Feature, child.name)
-                    : nullptr;
+            const Node* const nested =
+                child.kind == Kind::Feature ? FindChild(&described, Kind::Feature, child.name) : nullptr;
             if (nested != nullptr)
             {
                 ResolveFeature(child, *nested);
@@ -99,24 +94,22 @@ private:
         }
     }
 
-    static void KeepFirstOption(tickets::Node& feature)
+    static void KeepFirstOption(Node& feature)
     {
         bool isFirst = true;
-        std::erase_if(feature.children, [&](const tickets::Node& child) {
-            return child.kind == tickets::Kind::Option && !std::exchange(isFirst, false);
+        std::erase_if(feature.children, [&](const Node& child) {
+            return child.kind == Kind::Option && !std::exchange(isFirst, false);
         });
     }
 
-    bool IsOffered(const tickets::Node& option,
-                   const tickets::Node& requested,
-                   const tickets::Node& described) const
+    bool IsOffered(const Node& option, const Node& requested, const Node& described) const
     {
         const bool isNamed = !option.name.local.empty();
-        if (!isNamed || tickets::FindChild(described, tickets::Kind::Option, option.name) == nullptr)
+        if (!isNamed || FindChild(&described, Kind::Option, option.name) == nullptr)
         {
             return false;
         }
-        const bool isMediaSize = requested.name == tickets::Keyword("PageMediaSize");
+        const bool isMediaSize = requested.name == Keyword("PageMediaSize");
         const Medium* const medium = isMediaSize ? m_device.FindMedium(option.name) : nullptr;
         if (medium == nullptr || !medium->isCustom)
         {
@@ -128,16 +121,16 @@ private:
 
     void ResolveParameters()
     {
-        for (tickets::Node& setting : m_ticket.children)
+        for (Node& setting : m_ticket.children)
         {
             const Parameter* const parameter =
-                setting.kind == tickets::Kind::ParameterInit ? m_device.FindParameter(setting.name) : nullptr;
+                setting.kind == Kind::ParameterInit ? m_device.FindParameter(setting.name) : nullptr;
             if (parameter == nullptr || parameter->type == Parameter::Type::Other)
             {
                 continue;
             }
             const std::optional<std::string> correction =
-                FindCorrection(*parameter, tickets::FindText(setting).value_or(""));
+                FindCorrection(*parameter, FindText(&setting).value_or(""));
             if (correction)
             {
                 setting.children = {parameter->defaultValue};
@@ -149,27 +142,25 @@ private:
 
     void AddMissingParameters()
     {
-        for (const tickets::ExpandedName& name : tickets::ReferencesIn(m_ticket))
+        for (const ExpandedName& name : tickets::ReferencesIn(m_ticket))
         {
             const Parameter* const parameter = m_device.FindParameter(name);
-            if (parameter != nullptr &&
-                tickets::FindChild(m_ticket, tickets::Kind::ParameterInit, name) == nullptr)
+            if (parameter != nullptr && FindChild(&m_ticket, Kind::ParameterInit, name) == nullptr)
             {
-                m_ticket.children.push_back({.kind = tickets::Kind::ParameterInit,
-                                             .name = name,
-                                             .children = {parameter->defaultValue}});
+                m_ticket.children.push_back(
+                    {.kind = Kind::ParameterInit, .name = name, .children = {parameter->defaultValue}});
                 m_hasReplaced = true;
             }
         }
     }
 
-    tickets::Node& m_ticket;
+    Node& m_ticket;
     const Device& m_device;
     bool m_hasReplaced = false;
 };
 } // namespace
 
-bool ResolveConflicts(tickets::Node& ticket, const Device& device)
+bool ResolveConflicts(Node& ticket, const Device& device)
 {
     return Validator(ticket, device).Resolve();
 }

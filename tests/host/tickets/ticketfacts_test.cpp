@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include "host/tickets/ticketbytes.h"
 #include "support/tickettext.h"
 
 namespace host::tickets

@@ -6,8 +6,7 @@
 
 #include <gtest/gtest.h>
 
-#include "host/tickets/ticketreader.h"
-#include "host/ticketservice/validate.h"
+#include "host/ticketservice/operations.h"
 #include "tests/host/ticketservice/offlineservice.h"
 
 namespace host::ticketservice
@@ -51,8 +50,7 @@ TEST(Device, HoldsForProvidersThatAreOpenedLater)
 
 TEST(Device, TakesManyOptionsWhereItsFeatureDoes)
 {
-    const Device device(
-        tickets::ReadDocument(ReadData("devices/uneven.xml"), tickets::Kind::PrintCapabilities));
+    const Device device(ReadData("devices/uneven.xml"));
     // The options that a ticket asks for, and those that it is left with.
     const std::tuple<std::vector<const char*>, std::vector<std::string>, bool> cases[] = {
         {{"Punch", "Fold"}, {"Punch", "Fold"}, false},

@@ -1,4 +1,4 @@
-#include "host/ticketservice/merge.h"
+#include "host/ticketservice/operations.h"
 
 #include <string>
 
