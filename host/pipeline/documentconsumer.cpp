@@ -6,8 +6,7 @@
 
 #include "base/utility/comptr.h"
 #include "base/utility/utf8.h"
-#include "host/pipeline/pagepart.h"
-#include "host/pipeline/partanswers.h"
+#include "host/pipeline/part.h"
 #include "host/pipeline/treeparts.h"
 
 namespace host::pipeline
@@ -38,10 +37,10 @@ std::string Numbered(const std::string& name, int number)
 template <typename Part, typename Store>
 HRESULT DocumentConsumer::Send(const char* method, IUnknown* object, Store&& store)
 {
-    const ComPtr<Part> part = Part::Recognise(object);
+    const ComPtr<Part> part = Recognise<Part>(object);
     return m_pJob->trace.Answer(
         method,
-        part ? part->Name() : std::string_view(),
+        part ? part->Subject() : std::string_view(),
         [&]() -> HRESULT {
             if (!part)
             {
@@ -112,13 +111,13 @@ STDMETHODIMP DocumentConsumer::SendFixedPage(IFixedPage* page)
         m_onSent({own.Ticket().Owner(), markup ? &*markup : nullptr, own.Ticket().New(), isRefused});
         if (isRefused)
         {
-            m_pJob->refusal = {std::string(own.Name()), markup->fault};
+            m_pJob->refusal = {own.Name().Text(), markup->fault};
             return E_INVALIDARG;
         }
         own.Ticket().Store();
         if (written != nullptr)
         {
-            m_pJob->writer->ReplacePart(own.Ticket().Owner().name, written->DetachContent());
+            m_pJob->writer->ReplacePart(own.Name(), written->DetachContent());
         }
         return S_OK;
     });

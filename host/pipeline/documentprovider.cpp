@@ -1,7 +1,6 @@
 #include "host/pipeline/documentprovider.h"
 
 #include "base/utility/comptr.h"
-#include "host/pipeline/pagepart.h"
 #include "host/pipeline/treeparts.h"
 
 namespace host::pipeline

@@ -10,7 +10,6 @@
 #include "base/xps/printschema/mediasizedata.h"
 #include "base/xps/printschema/pageorientationdata.h"
 #include "base/xps/printschema/tickets/defaulttickets.h"
-#include "host/pipeline/pagepart.h"
 #include "host/pipeline/treeparts.h"
 #include "host/tickets/ticketfacts.h"
 
@@ -28,7 +27,7 @@ void OpenProvider(printschema::PrintTicketProvider& provider,
                   const base::utility::Bstr& printerName,
                   HANDLE userToken)
 {
-    const auto stream = MakeCom<pipeline::PartReadStream>(ticket);
+    const auto stream = MakeCom<PartReadStream>(ticket);
     ThrowIfFailed(provider.Open(stream.Get(), printerName.Get(), userToken));
 }
 
@@ -57,7 +56,7 @@ std::wstring DefaultTicketOf(std::optional<std::int32_t> tesselType)
 }
 
 EffectiveTickets::EffectiveTickets(const opc::Package& package, const TicketSetting& setting)
-    : m_pJob(std::make_shared<pipeline::PipelineJob>(package, nullptr, m_silence)),
+    : m_pJob(std::make_shared<PipelineJob>(package, nullptr, m_silence)),
       m_printerName(std::wstring_view(setting.printerName)),
       m_userToken(setting.userToken),
       m_defaultTicket(base::xml::XmlUtility::LoadDocumentFromString(setting.defaultTicket))
@@ -72,18 +71,18 @@ void EffectiveTickets::Enter(const xps::JobPart& part)
     {
     case xps::JobPartKind::FixedDocumentSequence:
         m_level = kPTJobScope;
-        ThrowIfFailed(m_provider.ApplyJobTicket(MakeCom<pipeline::SequencePart>(m_pJob, part).Get(),
-                                                m_defaultTicket.Get()));
+        ThrowIfFailed(
+            m_provider.ApplyJobTicket(MakeCom<SequencePart>(m_pJob, part).Get(), m_defaultTicket.Get()));
         break;
     case xps::JobPartKind::FixedDocument:
         m_level = kPTDocumentScope;
-        ThrowIfFailed(m_provider.ApplyDocumentTicket(MakeCom<pipeline::DocumentPart>(m_pJob, part).Get(),
-                                                     m_defaultTicket.Get()));
+        ThrowIfFailed(
+            m_provider.ApplyDocumentTicket(MakeCom<DocumentPart>(m_pJob, part).Get(), m_defaultTicket.Get()));
         break;
     case xps::JobPartKind::FixedPage:
         m_level = kPTPageScope;
-        ThrowIfFailed(m_provider.ApplyPageTicket(MakeCom<pipeline::PagePart>(m_pJob, part).Get(),
-                                                 m_defaultTicket.Get()));
+        ThrowIfFailed(
+            m_provider.ApplyPageTicket(MakeCom<PagePart>(m_pJob, part).Get(), m_defaultTicket.Get()));
         break;
     }
 }

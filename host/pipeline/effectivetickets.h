@@ -58,8 +58,8 @@ public:
     std::string Validate(const std::string& ticket) const;
 
 private:
-    pipeline::CallTrace m_silence;
-    pipeline::PipelineJobPtr m_pJob;
+    CallTrace m_silence;
+    PipelineJobPtr m_pJob;
     base::utility::Bstr m_printerName;
     HANDLE m_userToken;
     base::utility::ComPtr<IXMLDOMDocument2> m_defaultTicket;

@@ -1,38 +1,23 @@
 #include "host/pipeline/endpoints.h"
 
-#include <string>
-
+#include "host/pipeline/part.h"
 #include "host/pipeline/printstreams.h"
 #include "host/pipeline/resulttext.h"
 
 namespace host::pipeline
 {
-using base::utility::ComPtr;
-
-namespace
-{
-template <typename End>
-HRESULT HandOut(const ComPtr<End>& end, void** result)
-{
-    if (result == nullptr)
-    {
-        return E_POINTER;
-    }
-    *result = ComPtr<End>(end).Detach();
-    return S_OK;
-}
-} // namespace
-
 STDMETHODIMP Communicator::RequestReader(void** reader)
 {
-    return m_trace.Answer(
-        "IInterFilterCommunicator::RequestReader", "", [&] { return HandOut(m_pProvider, reader); });
+    return m_trace.Answer("IInterFilterCommunicator::RequestReader", "", [&] {
+        return HandOut(reader, [&] { return m_pProvider; });
+    });
 }
 
 STDMETHODIMP Communicator::RequestWriter(void** writer)
 {
-    return m_trace.Answer(
-        "IInterFilterCommunicator::RequestWriter", "", [&] { return HandOut(m_pConsumer, writer); });
+    return m_trace.Answer("IInterFilterCommunicator::RequestWriter", "", [&] {
+        return HandOut(writer, [&] { return m_pConsumer; });
+    });
 }
 
 STDMETHODIMP ManagerControl::RequestShutdown(HRESULT reason, IImgErrorInfo*)
@@ -55,13 +40,7 @@ STDMETHODIMP ManagerControl::FilterFinished()
 STDMETHODIMP TicketStreamFactory::GetStream(IPrintReadStream** stream)
 {
     return m_trace.Answer("IPrintReadStreamFactory::GetStream", "PerUserPrintTicket", [&] {
-        if (stream == nullptr)
-        {
-            return E_POINTER;
-        }
-        *stream = nullptr;
-        *stream = base::utility::MakeCom<PartReadStream>(m_ticket).Detach();
-        return S_OK;
+        return HandOut(stream, [&] { return base::utility::MakeCom<PartReadStream>(m_ticket); });
     });
 }
 } // namespace host::pipeline

@@ -3,15 +3,9 @@
 #include <algorithm>
 #include <limits>
 #include <string_view>
-#include <utility>
 
 namespace host::pipeline
 {
-PartReadStream::PartReadStream(std::string content, ULONG longestRead)
-    : m_content(std::move(content)), m_longestRead(longestRead)
-{
-}
-
 STDMETHODIMP PartReadStream::Seek(LONGLONG move, DWORD origin, ULONGLONG* newPosition)
 {
     LONGLONG base = 0;
@@ -51,8 +45,7 @@ STDMETHODIMP PartReadStream::ReadBytes(void* buffer, ULONG requested, ULONG* rea
         return E_POINTER;
     }
     const auto position = static_cast<std::size_t>(std::min<ULONGLONG>(m_position, m_content.size()));
-    const std::size_t count =
-        m_content.copy(static_cast<char*>(buffer), std::min(requested, m_longestRead), position);
+    const std::size_t count = m_content.copy(static_cast<char*>(buffer), requested, position);
     m_position += count;
     *read = static_cast<ULONG>(count);
     *endOfFile = m_position >= m_content.size() ? TRUE : FALSE;

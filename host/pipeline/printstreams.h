@@ -14,9 +14,7 @@ namespace host::pipeline
 class PartReadStream final : public base::utility::ComObject<IPrintReadStream>
 {
 public:
-    /// No single read gives more than `longestRead` bytes: the pipeline may cut reads short wherever it
-    /// likes.
-    explicit PartReadStream(std::string content, ULONG longestRead = ~0UL);
+    explicit PartReadStream(std::string content) : m_content(std::move(content)) {}
 
     /// As IStream::Seek. Positions beyond the end are good, those before the start are not.
     STDMETHODIMP Seek(LONGLONG move, DWORD origin, ULONGLONG* newPosition) override;
@@ -27,7 +25,6 @@ public:
 private:
     std::string m_content;
     ULONGLONG m_position = 0;
-    ULONG m_longestRead;
 };
 
 /// Takes the new content of one part from a filter, which closes the stream exactly once.

@@ -5,7 +5,7 @@
 #include "base/logging/errors.h"
 #include "base/utility/bstr.h"
 #include "base/utility/utf8.h"
-#include "host/pipeline/partanswers.h"
+#include "host/pipeline/part.h"
 
 namespace host::pipeline
 {
@@ -35,20 +35,6 @@ std::string ToSubject(const wchar_t* name)
     return VariantCopy(to, const_cast<VARIANT*>(&from));
 }
 } // namespace
-
-void PipelinePropertyBag::SetText(const wchar_t* name, const std::wstring& text)
-{
-    VARIANT* const value = m_values[name].Receive();
-    value->bstrVal = Bstr(std::wstring_view(text)).Detach();
-    value->vt = VT_BSTR;
-}
-
-void PipelinePropertyBag::SetObject(const wchar_t* name, IUnknown* object)
-{
-    VARIANT* const value = m_values[name].Receive();
-    value->punkVal = base::utility::ComPtr<IUnknown>(object).Detach();
-    value->vt = VT_UNKNOWN;
-}
 
 void PipelinePropertyBag::SetHandle(const wchar_t* name, HANDLE handle)
 {
@@ -99,84 +85,38 @@ STDMETHODIMP_(BOOL) PipelinePropertyBag::DeleteProperty(const wchar_t* name)
     return isDeleted;
 }
 
+template <typename Body>
+HRESULT DriverPropertyBag::Answer(const char* method, BSTR name, Body&& body)
+{
+    return m_trace.Answer(std::string("IPrinterPropertyBag::") + method, ToSubject(name), body);
+}
+
 STDMETHODIMP DriverPropertyBag::GetInt32(BSTR name, LONG* value)
 {
-    return m_trace.Answer("IPrinterPropertyBag::GetInt32", ToSubject(name), [&] {
-        if (value == nullptr)
-        {
-            return E_POINTER;
-        }
+    return Answer("GetInt32", name, [&] {
         const auto found = m_numbers.find(ToName(name));
-        if (found == m_numbers.end())
-        {
-            return kElementNotFound;
-        }
-        *value = found->second;
-        return S_OK;
+        return found == m_numbers.end() ? kElementNotFound : CopyOut(found->second, value);
     });
 }
 
 STDMETHODIMP DriverPropertyBag::GetString(BSTR name, BSTR* value)
 {
-    return m_trace.Answer("IPrinterPropertyBag::GetString", ToSubject(name), [&] {
-        if (value == nullptr)
-        {
-            return E_POINTER;
-        }
-        *value = nullptr;
+    return Answer("GetString", name, [&] {
         const auto found = m_texts.find(ToName(name));
-        if (found == m_texts.end())
-        {
-            return kElementNotFound;
-        }
-        *value = Bstr(std::wstring_view(found->second)).Detach();
-        return S_OK;
+        const bool isKnown = found != m_texts.end();
+        const HRESULT handedOut =
+            HandOut(value, [&] { return isKnown ? Bstr(std::wstring_view(found->second)) : Bstr(); });
+        return isKnown || FAILED(handedOut) ? handedOut : kElementNotFound;
     });
 }
 
-STDMETHODIMP DriverPropertyBag::GetBool(BSTR name, BOOL*)
+HRESULT DriverPropertyBag::HasNone(const char* method, BSTR name)
 {
-    return Refuse("GetBool", name, kElementNotFound);
+    return Answer(method, name, [] { return kElementNotFound; });
 }
 
-STDMETHODIMP DriverPropertyBag::SetBool(BSTR name, BOOL)
+HRESULT DriverPropertyBag::Deny(const char* method, BSTR name)
 {
-    return Refuse("SetBool", name, E_ACCESSDENIED);
-}
-
-STDMETHODIMP DriverPropertyBag::SetInt32(BSTR name, LONG)
-{
-    return Refuse("SetInt32", name, E_ACCESSDENIED);
-}
-
-STDMETHODIMP DriverPropertyBag::SetString(BSTR name, BSTR)
-{
-    return Refuse("SetString", name, E_ACCESSDENIED);
-}
-
-STDMETHODIMP DriverPropertyBag::GetBytes(BSTR name, DWORD*, BYTE**)
-{
-    return Refuse("GetBytes", name, kElementNotFound);
-}
-
-STDMETHODIMP DriverPropertyBag::SetBytes(BSTR name, DWORD, BYTE*)
-{
-    return Refuse("SetBytes", name, E_ACCESSDENIED);
-}
-
-STDMETHODIMP DriverPropertyBag::GetReadStream(BSTR name, IStream**)
-{
-    return Refuse("GetReadStream", name, kElementNotFound);
-}
-
-STDMETHODIMP DriverPropertyBag::GetWriteStream(BSTR name, IStream**)
-{
-    return Refuse("GetWriteStream", name, E_ACCESSDENIED);
-}
-
-HRESULT DriverPropertyBag::Refuse(const char* method, BSTR name, HRESULT result)
-{
-    return m_trace.Answer(
-        std::string("IPrinterPropertyBag::") + method, ToSubject(name), [result] { return result; });
+    return Answer(method, name, [] { return E_ACCESSDENIED; });
 }
 } // namespace host::pipeline

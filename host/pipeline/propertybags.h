@@ -1,12 +1,11 @@
 #pragma once
 
-#include <cstdint>
 #include <map>
-#include <optional>
 #include <string>
+#include <string_view>
 
+#include "base/utility/bstr.h"
 #include "base/utility/comobject.h"
-#include "base/utility/comptr.h"
 #include "base/utility/variant.h"
 #include "host/pipeline/calltrace.h"
 #include "platform/filterpipeline.h"
@@ -21,9 +20,12 @@ class PipelinePropertyBag final : public base::utility::ComObject<IPrintPipeline
 public:
     explicit PipelinePropertyBag(CallTrace& trace) : m_trace(trace) {}
 
-    void SetText(const wchar_t* name, const std::wstring& text);
+    void SetText(const wchar_t* name, const std::wstring& text)
+    {
+        m_values.try_emplace(name, base::utility::Bstr(std::wstring_view(text)));
+    }
     /// Shares the object.
-    void SetObject(const wchar_t* name, IUnknown* object);
+    void SetObject(const wchar_t* name, IUnknown* object) { m_values.try_emplace(name, object); }
     /// The handle is stored as a bare VT_BYREF, as the platform passes handles. The caller keeps it.
     void SetHandle(const wchar_t* name, HANDLE handle);
     void SetNumber(const wchar_t* name, ULONG number);
@@ -45,7 +47,7 @@ public:
     explicit DriverPropertyBag(CallTrace& trace) : m_trace(trace) {}
 
     void SetText(const wchar_t* name, const std::wstring& text) { m_texts[name] = text; }
-    void SetNumber(const wchar_t* name, std::int32_t number) { m_numbers[name] = number; }
+    void SetNumber(const wchar_t* name, LONG number) { m_numbers[name] = number; }
 
     // Filters do not use scripting.
     STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
@@ -57,22 +59,25 @@ public:
     }
 
     // Getters fail for absent names, and setters always: the bag is read-only at run time.
-    STDMETHODIMP GetBool(BSTR name, BOOL* value) override;
-    STDMETHODIMP SetBool(BSTR name, BOOL value) override;
     STDMETHODIMP GetInt32(BSTR name, LONG* value) override;
-    STDMETHODIMP SetInt32(BSTR name, LONG value) override;
     STDMETHODIMP GetString(BSTR name, BSTR* value) override;
-    STDMETHODIMP SetString(BSTR name, BSTR value) override;
-    STDMETHODIMP GetBytes(BSTR name, DWORD* count, BYTE** value) override;
-    STDMETHODIMP SetBytes(BSTR name, DWORD count, BYTE* value) override;
-    STDMETHODIMP GetReadStream(BSTR name, IStream** value) override;
-    STDMETHODIMP GetWriteStream(BSTR name, IStream** value) override;
+    STDMETHODIMP GetBool(BSTR name, BOOL*) override { return HasNone("GetBool", name); }
+    STDMETHODIMP GetBytes(BSTR name, DWORD*, BYTE**) override { return HasNone("GetBytes", name); }
+    STDMETHODIMP GetReadStream(BSTR name, IStream**) override { return HasNone("GetReadStream", name); }
+    STDMETHODIMP SetInt32(BSTR name, LONG) override { return Deny("SetInt32", name); }
+    STDMETHODIMP SetString(BSTR name, BSTR) override { return Deny("SetString", name); }
+    STDMETHODIMP SetBool(BSTR name, BOOL) override { return Deny("SetBool", name); }
+    STDMETHODIMP SetBytes(BSTR name, DWORD, BYTE*) override { return Deny("SetBytes", name); }
+    STDMETHODIMP GetWriteStream(BSTR name, IStream**) override { return Deny("GetWriteStream", name); }
 
 private:
-    HRESULT Refuse(const char* method, BSTR name, HRESULT result);
+    template <typename Body>
+    HRESULT Answer(const char* method, BSTR name, Body&& body);
+    HRESULT HasNone(const char* method, BSTR name);
+    HRESULT Deny(const char* method, BSTR name);
 
     CallTrace& m_trace;
     std::map<std::wstring, std::wstring, std::less<>> m_texts;
-    std::map<std::wstring, std::int32_t, std::less<>> m_numbers;
+    std::map<std::wstring, LONG, std::less<>> m_numbers;
 };
 } // namespace host::pipeline

@@ -1,38 +1,28 @@
 #include "host/pipeline/ticketpart.h"
 
-#include "host/pipeline/partanswers.h"
 #include "host/xps/xpsvocabulary.h"
 
 namespace host::pipeline
 {
-STDMETHODIMP TicketPart::GetUri(BSTR* uri)
-{
-    return m_pJob->trace.Answer(
-        "IPartPrintTicket::GetUri", m_name.Text(), [&] { return CopyPartUri(m_name, uri); });
-}
+using base::utility::MakeCom;
 
 STDMETHODIMP TicketPart::GetStream(IPrintReadStream** stream)
 {
-    return m_pJob->trace.Answer("IPartPrintTicket::GetStream", m_name.Text(), [&] {
-        return m_pNewContent
-                   ? E_ACCESSDENIED
-                   : OpenPartContent(*m_pJob, m_name, stream, xps::kPrintTicketLimit, m_pJob->editTicket);
+    return Answer("GetStream", [&] {
+        return m_pNewContent ? E_ACCESSDENIED : HandOut(stream, [&] {
+            return OpenPartContent(*m_pJob, m_name, xps::kPrintTicketLimit, m_pJob->editTicket);
+        });
     });
 }
 
 STDMETHODIMP TicketPart::GetPartCompression(EXpsCompressionOptions* compression)
 {
-    return m_pJob->trace.Answer("IPartPrintTicket::GetPartCompression", m_name.Text(), [&] {
-        return CopyCompression(m_compression, compression);
-    });
+    return Answer("GetPartCompression", [&] { return CopyOut(m_compression, compression); });
 }
 
 STDMETHODIMP TicketPart::SetPartCompression(EXpsCompressionOptions compression)
 {
-    return m_pJob->trace.Answer("IPartPrintTicket::SetPartCompression", m_name.Text(), [&] {
-        m_compression = compression;
-        return S_OK;
-    });
+    return Answer("SetPartCompression", [&] { return CopyOut(compression, &m_compression); });
 }
 
 bool TicketPart::IsComplete() const noexcept
@@ -49,5 +39,70 @@ void TicketPart::Store()
     }
     m_isStored = true;
     m_pJob->writer->AddPart(m_name, xps::kPrintTicketContentType, m_pNewContent->DetachContent());
+}
+
+TicketSlot::TicketSlot(const PipelineJobPtr& job, const xps::JobPart& owner) : m_pJob(job), m_owner(owner)
+{
+    if (owner.printTicket)
+    {
+        ++job->ticketUses[*owner.printTicket].named;
+    }
+}
+
+HRESULT TicketSlot::Get(IPartPrintTicket** ticket) const
+{
+    const bool hasOwn = m_owner.printTicket && !m_isDetached;
+    if (ticket != nullptr && !m_pNew && !hasOwn)
+    {
+        *ticket = nullptr;
+        return kElementNotFound;
+    }
+    return HandOut(ticket,
+                   [&] { return m_pNew ? m_pNew : MakeCom<TicketPart>(m_pJob, *m_owner.printTicket); });
+}
+
+HRESULT TicketSlot::Set(IPartPrintTicket* ticket)
+{
+    auto own = Recognise<TicketPart>(ticket);
+    if (!own)
+    {
+        return E_INVALIDARG;
+    }
+    m_pNew = std::move(own);
+    return S_OK;
+}
+
+bool TicketSlot::Detach(const opc::PartName& name)
+{
+    if (m_isDetached || m_owner.printTicket != name)
+    {
+        return false;
+    }
+    m_isDetached = true;
+    ++m_pJob->ticketUses[name].detached;
+    return true;
+}
+
+void TicketSlot::Store()
+{
+    if (m_pNew && m_owner.printTicket)
+    {
+        // A part has one ticket: a new one replaces the old one, detached or not.
+        Detach(*m_owner.printTicket);
+    }
+    if (!m_isDetached && !m_pNew)
+    {
+        return;
+    }
+    opc::Relationships& relationships = m_pJob->writer->EditRelationships(m_owner.name);
+    if (m_isDetached)
+    {
+        relationships.RemoveTargets({*m_owner.printTicket});
+    }
+    if (m_pNew)
+    {
+        relationships.Add(m_pJob->vocabulary.printTicket, m_pNew->Name());
+        m_pNew->Store();
+    }
 }
 } // namespace host::pipeline

@@ -1,39 +1,29 @@
 #pragma once
 
-#include <utility>
-
 #include "base/utility/comptr.h"
 #include "host/opc/partname.h"
-#include "host/pipeline/ownpart.h"
+#include "host/pipeline/part.h"
 #include "host/pipeline/pipelinejob.h"
 #include "host/pipeline/printstreams.h"
+#include "host/xps/xpsdocument.h"
 #include "platform/filterpipeline.h"
 
 namespace host::pipeline
 {
 /// A print ticket as the pipeline hands it out, of the package or new.
-class TicketPart final : public OwnPart<TicketPart, IPartPrintTicket>
+class TicketPart final : public NamedPart<IPartPrintTicket>
 {
 public:
-    static constexpr IID kOwnId = {
-        0x6B1F0C52, 0x0D0A, 0x4C55, {0x9E, 0x0B, 0x51, 0x1C, 0x2F, 0x6D, 0x83, 0xA4}};
-
-    /// A ticket of the package.
-    TicketPart(PipelineJobPtr job, opc::PartName name) : m_pJob(std::move(job)), m_name(std::move(name)) {}
-
-    /// A new one, with the stream that takes its content.
-    TicketPart(PipelineJobPtr job, opc::PartName name, base::utility::ComPtr<PartWriteStream> content)
-        : m_pJob(std::move(job)), m_name(std::move(name)), m_pNewContent(std::move(content))
+    /// A new ticket comes with the stream that takes its content.
+    TicketPart(PipelineJobPtr job, opc::PartName name, base::utility::ComPtr<PartWriteStream> newContent = {})
+        : NamedPart(std::move(job), std::move(name)), m_pNewContent(std::move(newContent))
     {
     }
 
-    STDMETHODIMP GetUri(BSTR* uri) override;
     /// E_ACCESSDENIED for a new ticket, which can only be written.
     STDMETHODIMP GetStream(IPrintReadStream** stream) override;
     STDMETHODIMP GetPartCompression(EXpsCompressionOptions* compression) override;
     STDMETHODIMP SetPartCompression(EXpsCompressionOptions compression) override;
-
-    const opc::PartName& Name() const noexcept { return m_name; }
 
     /// Null for a ticket of the package.
     PartWriteStream* NewContent() const noexcept { return m_pNewContent.Get(); }
@@ -45,10 +35,40 @@ public:
     void Store();
 
 private:
-    PipelineJobPtr m_pJob;
-    opc::PartName m_name;
     base::utility::ComPtr<PartWriteStream> m_pNewContent;
     bool m_isStored = false;
     EXpsCompressionOptions m_compression = Compression_Normal;
+};
+
+/// The print ticket of one part of the tree: its own, none, or a new one.
+class TicketSlot
+{
+public:
+    /// `owner` is the part as the document has it.
+    TicketSlot(const PipelineJobPtr& job, const xps::JobPart& owner);
+
+    /// Answers IXxx::GetPrintTicket.
+    [[nodiscard]] HRESULT Get(IPartPrintTicket** ticket) const;
+
+    /// Takes a ticket of this pipeline; E_INVALIDARG for any other, and what was there stays.
+    [[nodiscard]] HRESULT Set(IPartPrintTicket* ticket);
+
+    /// Drops the part's own ticket; false when it does not have this name.
+    bool Detach(const opc::PartName& name);
+
+    /// The part as the document has it.
+    const xps::JobPart& Owner() const noexcept { return m_owner; }
+    /// Null when the part keeps what it has.
+    TicketPart* New() const noexcept { return m_pNew.Get(); }
+    bool IsComplete() const noexcept { return !m_pNew || m_pNew->IsComplete(); }
+
+    /// Writes the change of the ticket into the package.
+    void Store();
+
+private:
+    PipelineJobPtr m_pJob;
+    xps::JobPart m_owner;
+    bool m_isDetached = false;
+    base::utility::ComPtr<TicketPart> m_pNew;
 };
 } // namespace host::pipeline

@@ -2,20 +2,32 @@
 
 #include <string>
 
-#include "host/pipeline/partanswers.h"
+#include "base/utility/utf8.h"
 
 namespace host::pipeline
 {
+using base::utility::ComPtr;
+
+namespace
+{
+std::string Utf8OrEmpty(const wchar_t* text)
+{
+    return text == nullptr ? std::string() : base::utility::ToUtf8(text);
+}
+
+/// Answers a request for an object that there is not.
+template <typename Interface>
+HRESULT HandOutNone(Interface** none, HRESULT result)
+{
+    const HRESULT cleared = HandOut(none, [] { return ComPtr<Interface>(); });
+    return FAILED(cleared) ? cleared : result;
+}
+} // namespace
+
 STDMETHODIMP DocumentRootPart::GetThumbnail(IPartThumbnail** thumbnail)
 {
-    return m_pJob->trace.Answer("IXpsDocument::GetThumbnail", "", [&] {
-        if (thumbnail == nullptr)
-        {
-            return E_POINTER;
-        }
-        *thumbnail = nullptr;
-        return kElementNotFound;
-    });
+    return m_pJob->trace.Answer(
+        "IXpsDocument::GetThumbnail", "", [&] { return HandOutNone(thumbnail, kElementNotFound); });
 }
 
 STDMETHODIMP DocumentRootPart::SetThumbnail(IPartThumbnail*)
@@ -23,33 +35,86 @@ STDMETHODIMP DocumentRootPart::SetThumbnail(IPartThumbnail*)
     return m_pJob->trace.Answer("IXpsDocument::SetThumbnail", "", [] { return E_NOTIMPL; });
 }
 
-template <typename Interface>
-TreePart<Interface>::TreePart(PipelineJobPtr job, const xps::JobPart& part)
-    : m_pJob(std::move(job)), m_name(part.name), m_place(m_pJob->handedOut++), m_ticket(m_pJob, part)
+bool PagePart::IsComplete() const noexcept
 {
+    return m_ticket.IsComplete() && (!m_pNewMarkup || m_pNewMarkup->CloseCount() == 1);
 }
 
-template <typename Interface>
-STDMETHODIMP TreePart<Interface>::GetUri(BSTR* uri)
+STDMETHODIMP PagePart::GetStream(IPrintReadStream** stream)
 {
-    const std::string method = TreePartTraits<Interface>::kName + std::string("GetUri");
-    return m_pJob->trace.Answer(method, m_name.Text(), [&] { return CopyPartUri(m_name, uri); });
+    return Answer("GetStream",
+                  [&] { return HandOut(stream, [&] { return OpenPartContent(*m_pJob, m_name); }); });
 }
 
-template <typename Interface>
-STDMETHODIMP TreePart<Interface>::GetPrintTicket(IPartPrintTicket** ticket)
+STDMETHODIMP PagePart::GetPartCompression(EXpsCompressionOptions* compression)
 {
-    const std::string method = TreePartTraits<Interface>::kName + std::string("GetPrintTicket");
-    return m_pJob->trace.Answer(method, m_name.Text(), [&] { return m_ticket.Get(ticket); });
+    return Answer("GetPartCompression", [&] { return CopyOut(m_compression, compression); });
 }
 
-template <typename Interface>
-STDMETHODIMP TreePart<Interface>::SetPrintTicket(IPartPrintTicket* ticket)
+STDMETHODIMP PagePart::SetPartCompression(EXpsCompressionOptions compression)
 {
-    const std::string method = TreePartTraits<Interface>::kName + std::string("SetPrintTicket");
-    return m_pJob->trace.Answer(method, m_name.Text(), [&] { return m_ticket.Set(ticket); });
+    return Answer("SetPartCompression", [&] { return CopyOut(compression, &m_compression); });
 }
 
-template class TreePart<IFixedDocumentSequence>;
-template class TreePart<IFixedDocument>;
+STDMETHODIMP PagePart::GetPagePart(const wchar_t* uri, IUnknown** part)
+{
+    const std::string reference = Utf8OrEmpty(uri);
+    return AnswerAbout(reference, "GetPagePart", [&]() -> HRESULT {
+        if (uri == nullptr || part == nullptr)
+        {
+            return E_POINTER;
+        }
+        *part = nullptr;
+        const auto name = m_name.TryResolve(reference);
+        if (!name || m_ticket.Owner().printTicket != name)
+        {
+            return kElementNotFound;
+        }
+        ComPtr<IPartPrintTicket> ticket;
+        const HRESULT found = m_ticket.Get(ticket.Receive());
+        *part = ticket.Detach();
+        return found;
+    });
+}
+
+STDMETHODIMP PagePart::GetWriteStream(IPrintWriteStream** stream)
+{
+    return Answer("GetWriteStream", [&]() -> HRESULT {
+        if (m_pNewMarkup)
+        {
+            return HandOutNone(stream, E_UNEXPECTED);
+        }
+        return HandOut(stream, [&] { return m_pNewMarkup = MakeWriteStream(m_pJob, m_name); });
+    });
+}
+
+STDMETHODIMP PagePart::SetPagePart(IUnknown*)
+{
+    return Answer("SetPagePart", [] { return E_NOTIMPL; });
+}
+
+STDMETHODIMP PagePart::DeleteResource(const wchar_t* uri)
+{
+    const std::string reference = Utf8OrEmpty(uri);
+    return AnswerAbout(reference, "DeleteResource", [&]() -> HRESULT {
+        if (uri == nullptr)
+        {
+            return E_POINTER;
+        }
+        const auto name = m_name.TryResolve(reference);
+        if (!name)
+        {
+            return E_INVALIDARG;
+        }
+        const bool isDeleted = m_ticket.Owner().printTicket == name
+                                   ? m_ticket.Detach(*name)
+                                   : m_pJob->writer->EditRelationships(m_name).RemoveTargets({*name});
+        return isDeleted ? S_OK : kElementNotFound;
+    });
+}
+
+STDMETHODIMP PagePart::GetXpsPartIterator(IXpsPartIterator** iterator)
+{
+    return Answer("GetXpsPartIterator", [&] { return HandOutNone(iterator, E_NOTIMPL); });
+}
 } // namespace host::pipeline

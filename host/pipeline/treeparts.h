@@ -4,22 +4,20 @@
 #include <string_view>
 #include <utility>
 
-#include "host/opc/partname.h"
-#include "host/pipeline/ownpart.h"
+#include "base/utility/comptr.h"
+#include "host/pipeline/part.h"
 #include "host/pipeline/pipelinejob.h"
-#include "host/pipeline/ticketslot.h"
+#include "host/pipeline/printstreams.h"
+#include "host/pipeline/ticketpart.h"
 #include "host/xps/xpsdocument.h"
 #include "platform/filterpipeline.h"
 
 namespace host::pipeline
 {
 /// The root of an XPS document.
-class DocumentRootPart final : public OwnPart<DocumentRootPart, IXpsDocument>
+class DocumentRootPart final : public OwnObject<IXpsDocument>
 {
 public:
-    static constexpr IID kOwnId = {
-        0x9D3B70C6, 0x2A58, 0x4F7E, {0xA5, 0x44, 0x18, 0x6C, 0xF0, 0x2B, 0x7D, 0x93}};
-
     explicit DocumentRootPart(PipelineJobPtr job) : m_pJob(std::move(job)), m_place(m_pJob->handedOut++) {}
 
     /// Thumbnails stay where they are and are not provided.
@@ -28,7 +26,7 @@ public:
 
     /// Where the part stands in the order of the tree.
     std::size_t Place() const noexcept { return m_place; }
-    std::string_view Name() const noexcept { return {}; }
+    std::string_view Subject() const noexcept { return {}; }
     bool IsComplete() const noexcept { return true; }
 
 private:
@@ -36,50 +34,67 @@ private:
     std::size_t m_place;
 };
 
+/// The fixed document sequence, a fixed document, or what a fixed page has in common with them.
 template <typename Interface>
-struct TreePartTraits;
-
-template <>
-struct TreePartTraits<IFixedDocumentSequence>
-{
-    static constexpr const char* kName = "IFixedDocumentSequence::";
-    static constexpr IID kId = {0x3A8C1D44, 0x9E27, 0x4B59, {0xB6, 0x1F, 0x70, 0x83, 0xD5, 0x2A, 0x96, 0xE0}};
-};
-
-template <>
-struct TreePartTraits<IFixedDocument>
-{
-    static constexpr const char* kName = "IFixedDocument::";
-    static constexpr IID kId = {0xC5E0927B, 0x1F63, 0x4A18, {0x84, 0xD2, 0x3B, 0x6E, 0x90, 0x57, 0xA1, 0xCC}};
-};
-
-/// The fixed document sequence or a fixed document.
-template <typename Interface>
-class TreePart final : public OwnPart<TreePart<Interface>, Interface>
+class TreePart : public NamedPart<Interface>
 {
 public:
-    static constexpr IID kOwnId = TreePartTraits<Interface>::kId;
+    TreePart(const PipelineJobPtr& job, const xps::JobPart& part)
+        : NamedPart<Interface>(job, part.name), m_place(job->handedOut++), m_ticket(job, part)
+    {
+    }
 
-    TreePart(PipelineJobPtr job, const xps::JobPart& part);
+    STDMETHODIMP GetPrintTicket(IPartPrintTicket** ticket) override
+    {
+        return this->Answer("GetPrintTicket", [&] { return m_ticket.Get(ticket); });
+    }
 
-    STDMETHODIMP GetUri(BSTR* uri) override;
-    STDMETHODIMP GetPrintTicket(IPartPrintTicket** ticket) override;
-    STDMETHODIMP SetPrintTicket(IPartPrintTicket* ticket) override;
+    STDMETHODIMP SetPrintTicket(IPartPrintTicket* ticket) override
+    {
+        return this->Answer("SetPrintTicket", [&] { return m_ticket.Set(ticket); });
+    }
 
     TicketSlot& Ticket() noexcept { return m_ticket; }
 
     /// Where the part stands in the order of the tree.
     std::size_t Place() const noexcept { return m_place; }
-    std::string_view Name() const noexcept { return m_name.Text(); }
+    std::string_view Subject() const noexcept { return this->m_name.Text(); }
+    /// Whether the streams to its new contents were closed exactly once.
     bool IsComplete() const noexcept { return m_ticket.IsComplete(); }
 
-private:
-    PipelineJobPtr m_pJob;
-    opc::PartName m_name;
+protected:
     std::size_t m_place;
     TicketSlot m_ticket;
 };
 
 using SequencePart = TreePart<IFixedDocumentSequence>;
 using DocumentPart = TreePart<IFixedDocument>;
+
+/// A fixed page.
+class PagePart final : public TreePart<IFixedPage>
+{
+public:
+    using TreePart::TreePart;
+
+    /// The markup that the page came with, each time from its start.
+    STDMETHODIMP GetStream(IPrintReadStream** stream) override;
+    STDMETHODIMP GetPartCompression(EXpsCompressionOptions* compression) override;
+    STDMETHODIMP SetPartCompression(EXpsCompressionOptions compression) override;
+    /// Gives the page's print ticket by its name; other resources are not provided.
+    STDMETHODIMP GetPagePart(const wchar_t* uri, IUnknown** part) override;
+    /// E_UNEXPECTED for a second time.
+    STDMETHODIMP GetWriteStream(IPrintWriteStream** stream) override;
+    STDMETHODIMP SetPagePart(IUnknown* part) override;
+    STDMETHODIMP DeleteResource(const wchar_t* uri) override;
+    STDMETHODIMP GetXpsPartIterator(IXpsPartIterator** iterator) override;
+
+    /// Null when nobody asked to replace the markup.
+    PartWriteStream* NewMarkup() const noexcept { return m_pNewMarkup.Get(); }
+
+    bool IsComplete() const noexcept;
+
+private:
+    base::utility::ComPtr<PartWriteStream> m_pNewMarkup;
+    EXpsCompressionOptions m_compression = Compression_Normal;
+};
 } // namespace host::pipeline

@@ -8,7 +8,7 @@
 #include "base/utility/bstr.h"
 #include "base/utility/utf8.h"
 #include "host/pipeline/documentprovider.h"
-#include "host/pipeline/partanswers.h"
+#include "host/pipeline/part.h"
 #include "support/pipeline.h"
 #include "tests/host/pipeline/sendpart.h"
 #include "tests/host/testpackages.h"

@@ -27,9 +27,9 @@ std::string ReadSome(IPrintReadStream& stream, ULONG requested)
 
 TEST(PartReadStream, TellsTheEndWithTheLastBytes)
 {
-    const auto stream = MakeCom<PartReadStream>("abcdefg", 4UL);
+    const auto stream = MakeCom<PartReadStream>("abcdefg");
     EXPECT_EQ(ReadSome(*stream, 2), "ab");
-    EXPECT_EQ(ReadSome(*stream, 10), "cdef") << "no more than the pipeline likes";
+    EXPECT_EQ(ReadSome(*stream, 4), "cdef");
     EXPECT_EQ(ReadSome(*stream, 1), "g.");
     EXPECT_EQ(ReadSome(*stream, 10), ".");
     EXPECT_EQ(ReadSome(*MakeCom<PartReadStream>(""), 1), ".");

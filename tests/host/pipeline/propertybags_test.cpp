@@ -6,7 +6,7 @@
 
 #include "base/utility/bstr.h"
 #include "host/pipeline/endpoints.h"
-#include "host/pipeline/partanswers.h"
+#include "host/pipeline/part.h"
 #include "tests/host/testpackages.h"
 
 namespace host::pipeline
