@@ -6,7 +6,6 @@ time on the clock; of several measurements the median, of small jobs the mean, a
 greatest after it.
 """
 import os
-import resource
 import shutil
 import statistics
 import subprocess
@@ -41,12 +40,16 @@ LANDSCAPE = ('<psf:PrintTicket version="1"'
              '</psf:PrintTicket>')
 
 
-def run(command, **options):
-    """Runs a program and gives its output and its processor and wall time."""
-    before, start = resource.getrusage(resource.RUSAGE_CHILDREN), time.monotonic()
-    done = subprocess.run(command, check=True, stdout=subprocess.PIPE, **options)
-    wall, after = time.monotonic() - start, resource.getrusage(resource.RUSAGE_CHILDREN)
-    return done.stdout, (after.ru_utime + after.ru_stime - before.ru_utime - before.ru_stime, wall)
+def run(command):
+    """Runs a program and gives its output, its processor and wall time, and its peak memory in bytes."""
+    start = time.monotonic()
+    with subprocess.Popen(command, stdout=subprocess.PIPE) as process:
+        output = process.stdout.read()
+        _, status, used = os.wait4(process.pid, 0)
+        process.returncode = os.waitstatus_to_exitcode(status)
+    if process.returncode != 0:
+        raise subprocess.CalledProcessError(process.returncode, command)
+    return output, (used.ru_utime + used.ru_stime, time.monotonic() - start), used.ru_maxrss * 1024
 
 
 def bench(*arguments):
@@ -197,9 +200,12 @@ def write_package(name, markups, parts=(), targets=(), overrides=()):
     return path
 
 
+def host_command(package):
+    return [WINE_RUN, BIN / "xpsfilterhost.exe", "run", windows_path(package), "-o", windows_path(WORK / "out.xps")]
+
+
 def run_host(package):
-    output = windows_path(WORK / "out.xps")
-    return run([WINE_RUN, BIN / "xpsfilterhost.exe", "run", windows_path(package), "-o", output])[1]
+    return run(host_command(package))[1]
 
 
 def take_away(time, other):
@@ -257,6 +263,12 @@ def measure_host(name, markup_file, count):
     return hosts, modules
 
 
+def measure_memory():
+    """The peaks, in bytes, of the program and of the module alone in the longest job of turned pages."""
+    package = write_package("long.xps", [SMALL_PAGE] * max(JOBS))
+    return run(host_command(package))[2], run([WINE_RUN, BIN / "bench.exe", "job", "turned", str(max(JOBS))])[2]
+
+
 def median(times, clock):
     return statistics.median(time[clock] for time in times)
 
@@ -281,7 +293,7 @@ def table(head, rows):
         print("| " + " | ".join(row) + " |")
 
 
-def print_ratios(markup, jobs, hosts, document):
+def print_ratios(markup, jobs, hosts, document, memory):
     rows = [("a document of eight turned pages of 1 MB, to unzip, xsltproc and zip -6", ratio(*document))]
     for name, (host, module) in hosts.items():
         costs = [median(host, clock) / median(module, clock) for clock in (0, 1)]
@@ -300,6 +312,8 @@ def print_ratios(markup, jobs, hosts, document):
         rows.append((f"cost of a page, {kind}, {most:,} pages to 100", f"{costs[0]:.2f} ({costs[1]:.2f})"))
         growth = median(jobs[kind, most], 2) - median(jobs[kind, 10], 2)
         rows.append((f"peak memory, {kind}, {most:,} pages less 10", f"{growth / 1e6:.1f} MB"))
+    program, module = memory
+    rows.append((f"peak memory, program less module, {most:,} turned pages", f"{(program - module) / 1e6:.1f} MB"))
     table(("ratio", "processor time (on the clock)"), rows)
 
 
@@ -339,7 +353,7 @@ def main():
     hosts = {"small pages": measure_host("small", small_page, SMALL_PAGES),
              "real pages": measure_host("real", pages["real pages"][0], REAL_PAGES)}
     sizes = {name: sum(os.path.getsize(file) for file in files) for name, files in pages.items()}
-    print_ratios(markup, jobs, hosts, measure_document(pages["real pages"]))
+    print_ratios(markup, jobs, hosts, measure_document(pages["real pages"]), measure_memory())
     print_calls()
     print_figures(markup, sizes, jobs, hosts)
     print_growth("a turned page whose ticket has many", measure_tickets())
