@@ -35,7 +35,8 @@ WORKERS = 2
 TIME_LIMIT = 300
 # What a run may take at most, in MB.
 MEMORY_LIMIT = 512
-# Runs of one process. Under Wine 8 a process aborts when it has used and unloaded a filter some 1080 times.
+# Runs of one process. Each loads the offline ticket service, which leaves a TLS index of the thread library behind: after
+# some 1080 there are none left, and the process aborts.
 RUNS_OF_A_PROCESS = 250
 # Bytes that a checker unpacks of one item.
 CHECKED_SIZE = 700 << 20
