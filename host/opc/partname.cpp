@@ -110,36 +110,27 @@ bool LiesOutside(std::string_view path)
     return hasScheme || path.starts_with("//");
 }
 
-/// The part name that a reference resolves to, or why it resolves to none.
-struct Resolution
+/// The text of the part name that a reference resolves to.
+std::string ResolveAgainst(std::string_view folder, std::string_view reference)
 {
-    std::string text;
-    const char* fault = nullptr;
-};
-
-Resolution ResolveAgainst(std::string_view folder, std::string_view reference)
-{
+    const auto require = [&](bool holds, const char* fault) {
+        if (!holds)
+        {
+            throw xml::MarkupError("refers to \"" + std::string(reference) + "\", which " + fault);
+        }
+    };
     const std::string_view path = reference.substr(0, reference.find_first_of("?#"));
-    if (path.empty())
-    {
-        return {"", "names no part"};
-    }
-    if (LiesOutside(path))
-    {
-        return {"", "lies outside the package"};
-    }
+    require(!path.empty(), "names no part");
+    require(!LiesOutside(path), "lies outside the package");
     const std::string canonical = Canonical(path);
     const std::string joined =
         canonical.starts_with('/') ? canonical.substr(1) : std::string(folder.substr(1)) + canonical;
     std::vector<std::string_view> steps;
     for (const std::string_view segment : Split(joined))
     {
-        if (segment == ".." && steps.empty())
-        {
-            return {"", "leads out of the package"};
-        }
         if (segment == "..")
         {
+            require(!steps.empty(), "leads out of the package");
             steps.pop_back();
         }
         else if (segment != ".")
@@ -147,16 +138,13 @@ Resolution ResolveAgainst(std::string_view folder, std::string_view reference)
             steps.push_back(segment);
         }
     }
-    if (steps.empty() || !std::all_of(steps.begin(), steps.end(), IsSegment))
-    {
-        return {"", "is not a part name"};
-    }
-    Resolution resolved;
+    require(!steps.empty() && std::all_of(steps.begin(), steps.end(), IsSegment), "is not a part name");
+    std::string text;
     for (const std::string_view step : steps)
     {
-        resolved.text.append("/").append(step);
+        text.append("/").append(step);
     }
-    return resolved;
+    return text;
 }
 
 std::string_view FolderOf(std::string_view name)
@@ -192,18 +180,19 @@ std::optional<PartName> PartName::FromItem(std::string_view itemName)
 
 PartName PartName::Resolve(std::string_view reference) const
 {
-    Resolution resolved = ResolveAgainst(FolderOf(m_text), reference);
-    if (resolved.fault != nullptr)
-    {
-        throw xml::MarkupError("refers to \"" + std::string(reference) + "\", which " + resolved.fault);
-    }
-    return PartName(std::move(resolved.text));
+    return PartName(ResolveAgainst(FolderOf(m_text), reference));
 }
 
 std::optional<PartName> PartName::TryResolve(std::string_view reference) const
 {
-    Resolution resolved = ResolveAgainst(FolderOf(m_text), reference);
-    return resolved.fault == nullptr ? std::optional(PartName(std::move(resolved.text))) : std::nullopt;
+    try
+    {
+        return Resolve(reference);
+    }
+    catch (const xml::MarkupError&)
+    {
+        return std::nullopt;
+    }
 }
 
 PartName PartName::RelationshipsPart() const

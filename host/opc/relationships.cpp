@@ -50,8 +50,9 @@ void Relationships::Add(std::string_view type, const PartName& target)
 bool Relationships::RemoveTargets(const std::set<PartName>& targets)
 {
     const auto pointsAtOne = [&](const Relationship& relationship) {
-        const auto part = m_source.TryResolve(relationship.target);
-        return relationship.mode == TargetMode::Internal && part && targets.contains(*part);
+        const auto part = relationship.mode == TargetMode::Internal ? m_source.TryResolve(relationship.target)
+                                                                    : std::nullopt;
+        return part && targets.contains(*part);
     };
     return std::erase_if(m_all, pointsAtOne) > 0;
 }
