@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <memory>
-#include <optional>
 #include <string>
 #include <utility>
 
@@ -135,20 +134,6 @@ Document ReadTicket(IStream* stream, HRESULT formatFault)
                         [&] { return tickets::ReadDocument(ReadToEnd(*stream), Kind::PrintTicket); });
 }
 
-std::optional<Scope> FindScope(EPrintTicketScope scope)
-{
-    switch (scope)
-    {
-    case kPTPageScope:
-        return Scope::Page;
-    case kPTDocumentScope:
-        return Scope::Document;
-    case kPTJobScope:
-        return Scope::Job;
-    }
-    return std::nullopt;
-}
-
 // Global, because any thread may open a provider.
 Providers g_providers;
 
@@ -183,14 +168,14 @@ HRESULT MergeAndValidate(
     HPTPROVIDER provider, IStream* base, IStream* delta, EPrintTicketScope scope, IStream* result)
 {
     const std::shared_ptr<const Device> device = g_providers.GetDevice(provider);
-    const std::optional<Scope> mergedScope = FindScope(scope);
-    if (base == nullptr || result == nullptr || !mergedScope)
+    const bool isScope = scope == kPTPageScope || scope == kPTDocumentScope || scope == kPTJobScope;
+    if (base == nullptr || result == nullptr || !isScope)
     {
         return E_INVALIDARG;
     }
     Document baseTicket = ReadTicket(base, kTicketFormat);
     Document deltaTicket = ReadTicket(delta, kDeltaFormat);
-    Document merged = Merge(std::move(baseTicket), std::move(deltaTicket), *mergedScope);
+    Document merged = Merge(std::move(baseTicket), std::move(deltaTicket), scope);
     const bool hasReplaced = ResolveConflicts(merged.root, *device);
     WriteAll(*result, tickets::WriteDocument(merged));
     return hasReplaced ? S_PT_CONFLICT_RESOLVED : S_PT_NO_CONFLICT;

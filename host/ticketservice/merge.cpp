@@ -21,13 +21,13 @@ bool HasPrefix(std::string_view name, std::string_view prefix)
 }
 
 /// The narrowest scope that a name belongs to.
-Scope NarrowestScope(std::string_view name)
+EPrintTicketScope NarrowestScope(std::string_view name)
 {
     if (HasPrefix(name, "Job"))
     {
-        return Scope::Job;
+        return kPTJobScope;
     }
-    return HasPrefix(name, "Document") ? Scope::Document : Scope::Page;
+    return HasPrefix(name, "Document") ? kPTDocumentScope : kPTPageScope;
 }
 
 void KeepFirstOfSiblings(Node& parent)
@@ -39,18 +39,18 @@ void KeepFirstOfSiblings(Node& parent)
     std::for_each(parent.children.begin(), parent.children.end(), KeepFirstOfSiblings);
 }
 
-void KeepScope(Node& ticket, Scope scope)
+void KeepScope(Node& ticket, EPrintTicketScope scope)
 {
     std::erase_if(ticket.children, [&](const Node& child) { return !IsWithin(scope, child.name); });
 }
 } // namespace
 
-bool IsWithin(Scope scope, const ExpandedName& name)
+bool IsWithin(EPrintTicketScope scope, const ExpandedName& name)
 {
     return NarrowestScope(name.local) <= scope;
 }
 
-Document Merge(Document base, Document delta, Scope scope)
+Document Merge(Document base, Document delta, EPrintTicketScope scope)
 {
     tickets::References references = tickets::ReferencesIn(base.root);
     references.merge(tickets::ReferencesIn(delta.root));

@@ -1,23 +1,20 @@
 #pragma once
 
+#include "platform/win32.h"
+
+#include <prntvpt.h>
+
 #include "host/tickets/ticketdocument.h"
 #include "host/ticketservice/device.h"
 
 // What a provider does with print tickets.
 namespace host::ticketservice
 {
-/// Which levels a merge is about; each includes those named before it.
-enum class Scope
-{
-    Page,
-    Document,
-    Job
-};
-
-/// Whether a name of the root level belongs to a scope. Its prefix says so (Print Schema, "Scoping Prefix"):
-/// Page, Document or Job at the start of the local name, in any namespace, as vendors follow the
-/// rule too. A name without one is not bound to a level and belongs to every scope.
-bool IsWithin(Scope scope, const ExpandedName& name);
+/// Whether a name of the root level belongs to a scope, of which each includes the narrower ones. Its prefix
+/// says so (Print Schema, "Scoping Prefix"): Page, Document or Job at the start of the local name, in any
+/// namespace, as vendors follow the rule too. A name without one is not bound to a level and belongs to every
+/// scope.
+bool IsWithin(EPrintTicketScope scope, const ExpandedName& name);
 
 /// Merges two print tickets at a scope (Print Schema, "Supporting PrintTicket Deltas").
 ///
@@ -25,7 +22,7 @@ bool IsWithin(Scope scope, const ExpandedName& name);
 /// Feature, ParameterInit or Property of the delta replaces the base's of the same name whole; the others are
 /// added behind. Parameters that only replaced features referred to go with them. The prefixes of the base
 /// come before those of the delta. A delta without content leaves the base as it is within the scope.
-Document Merge(Document base, Document delta, Scope scope);
+Document Merge(Document base, Document delta, EPrintTicketScope scope);
 
 /// Makes a merged ticket one that the device can print; true when something had to be replaced.
 ///

@@ -56,18 +56,18 @@ TEST(Merge, GivesTheExpectedTicketAndOfThatTheSameAgain)
 
 TEST(Scope, IsTakenFromTheNameInAnyNamespace)
 {
-    constexpr std::pair<const char*, Scope> narrowest[] = {{"JobInputBin", Scope::Job},
-                                                           {"Job", Scope::Job},
-                                                           {"DocumentInputBin", Scope::Document},
-                                                           {"PageInputBin", Scope::Page},
-                                                           {"InputBin", Scope::Page},
-                                                           {"Jobless", Scope::Page},
-                                                           {"Documentation", Scope::Page},
-                                                           {"PageJobLabel", Scope::Page},
-                                                           {"jobInputBin", Scope::Page}};
+    constexpr std::pair<const char*, EPrintTicketScope> narrowest[] = {{"JobInputBin", kPTJobScope},
+                                                                       {"Job", kPTJobScope},
+                                                                       {"DocumentInputBin", kPTDocumentScope},
+                                                                       {"PageInputBin", kPTPageScope},
+                                                                       {"InputBin", kPTPageScope},
+                                                                       {"Jobless", kPTPageScope},
+                                                                       {"Documentation", kPTPageScope},
+                                                                       {"PageJobLabel", kPTPageScope},
+                                                                       {"jobInputBin", kPTPageScope}};
     for (const auto& [local, own] : narrowest)
     {
-        for (const Scope scope : {Scope::Page, Scope::Document, Scope::Job})
+        for (const EPrintTicketScope scope : {kPTPageScope, kPTDocumentScope, kPTJobScope})
         {
             EXPECT_EQ(IsWithin(scope, tickets::Keyword(local)), own <= scope) << local;
             EXPECT_EQ(IsWithin(scope, {"urn:vendor:one", local}), own <= scope) << local;
