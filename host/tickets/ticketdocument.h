@@ -25,6 +25,7 @@ struct ExpandedName
     std::string namespaceUri = {};
     std::string local = {};
 
+    // NOLINTNEXTLINE(modernize-use-nullptr): clang-tidy 14 takes the 0 of a comparison for a pointer.
     auto operator<=>(const ExpandedName&) const = default;
 };
 
