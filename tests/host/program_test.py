@@ -274,9 +274,9 @@ class RunTest(ProgramTestCase):
         self.take("plain")
         page, = self.pages_of("in.xps", "--dry-run", "--media", "500x500", "--report", "report.html")
         self.assertEqual(page["replacements"], [{"wanted": "CustomMediaSize 500x500", "taken": letter}])
-        told = f"CustomMediaSize 500x500 is asked for, in whose place the device puts {letter}"
-        self.assertEqual(page["notes"], [told])
-        self.assertIn(told, Path(WORK, "report.html").read_text())
+        shown = f"CustomMediaSize 500x500 is asked for, in whose place the device puts {letter}"
+        self.assertEqual(page["notes"], [shown])
+        self.assertIn(shown, Path(WORK, "report.html").read_text())
         page, = self.pages_of("in.xps", "--dry-run", "--limits", "50x50-100x100")
         self.assertEqual((page["replacements"], page["givenReplacement"]["taken"]), ([], letter))
         self.assertRegex(page["reason"], f"now CustomMediaSize 50x50 \\(the lower limit\\), in whose place the device puts {letter}: for that scaled to \\d+ %$")
@@ -288,8 +288,8 @@ class RunTest(ProgramTestCase):
 
     def test_tells_where_an_option_has_no_effect_and_overrides_on_request(self):
         self.take("mixed")
-        *_, told = self.run_done("run", "in.xps", "--dry-run", "--orientation", "landscape").splitlines()
-        self.assertEqual(told, "--orientation had no effect on 5 of 8 pages: their tickets say otherwise; --override changes those, too")
+        *_, shown = self.run_done("run", "in.xps", "--dry-run", "--orientation", "landscape").splitlines()
+        self.assertEqual(shown, "--orientation had no effect on 5 of 8 pages: their tickets say otherwise; --override changes those, too")
         options = ["--orientation", "ReversePortrait", "--media", "ISOA5", "--override"]
         pages = self.pages_of("in.xps", "-o", "out.xps", *options)
         self.assertEqual({(page["asked"]["orientation"], page["asked"]["media"]["name"]) for page in pages}, {("ReversePortrait", "ISOA5")})
@@ -299,10 +299,10 @@ class RunTest(ProgramTestCase):
 
     def test_the_paper_of_the_locale_is_told_and_can_be_fixed(self):
         self.take("plain")
-        for paper, sheet, told in (("a4", "210x297", False), ("Letter", "216x279", False), (None, "216x279", True)):
+        for paper, sheet, shown in (("a4", "210x297", False), ("Letter", "216x279", False), (None, "216x279", True)):
             printed = self.run_done("run", "in.xps", "--dry-run", "--media", "ISOA3", *(["--paper", paper] if paper else []))
             self.assertIn(f" 297x420 -> {sheet} ", printed)
-            self.assertEqual("the locale chose NorthAmericaLetter for refitted pages; --paper fixes it" in printed, told)
+            self.assertEqual("the locale chose NorthAmericaLetter for refitted pages; --paper fixes it" in printed, shown)
         self.assertIn("misbehavingfilter.dll: does not import GetLocaleInfoW, so --paper has no effect on it",
                       self.assert_refused(2, "run", "in.xps", "--dry-run", "--paper", "A4", "--module", MISBEHAVING))
 

@@ -42,6 +42,6 @@ fi
 # A program that fails without a word.
 printf '#!/bin/sh\nexit 1\n' >"$work/tools/wine"
 chmod +x "$work/tools/wine"
-told=$("$(dirname "$script")/../cmake/wine-run" bin/program.exe 2>&1) && status=1
-[ "$told" = "program: ended with status 1 and no message" ] || { echo "wine-run: $told"; status=1; }
+shown=$("$(dirname "$script")/../cmake/wine-run" bin/program.exe 2>&1) && status=1
+[ "$shown" = "program: ended with status 1 and no message" ] || { echo "wine-run: $shown"; status=1; }
 exit $status

@@ -166,7 +166,7 @@ def names_in(content, element, attribute):
 
 
 def output_fault(given, output):
-    """What is wrong with an output, told by readers of other origin."""
+    """What is wrong with an output, by readers that share no code with ours."""
     after = read_items(output)
     if after is None:
         return "the output is no archive"

@@ -105,7 +105,7 @@ bool HasCom()
     return CoGetApartmentType(&type, &qualifier) != CO_E_NOTINITIALIZED;
 }
 
-// A released filter lets go of some 20 blocks of its own; a ticket's document has hundreds.
+// A released filter frees some 20 blocks of its own; a ticket's document has hundreds.
 TEST(Unload, ReleasesAFilterWhereNothingElseBringsComUp)
 {
     const LoadedLibrary tickets(OFFLINE_TICKET_LIBRARY);
