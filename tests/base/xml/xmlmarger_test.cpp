@@ -57,7 +57,7 @@ TEST(XmlMargerTest, HoldsToItsRules)
     }
 }
 
-// mergedtrees_test checks the merged trees with another XML library.
+// ticket_queries checks the merged trees with another XML library.
 TEST(XmlMargerTest, BringsDeclarationsAndKeepsTheMeaningOfAPrefixOnBothSides)
 {
     for (const std::string name : {"public", "othervendor"})

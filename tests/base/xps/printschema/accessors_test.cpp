@@ -114,7 +114,7 @@ TEST(Accessors, ReadTheirFeatureAndLeaveTheUnknownAlone)
     }
 }
 
-// query_written_ticket checks the file that this test writes, without MSXML.
+// ticket_queries checks the file that this test writes, without MSXML.
 TEST(Ticket, OfAVendorIsReadChangedWrittenAndReadAgain)
 {
     SetPrivatePrefix(L"vnd");
