@@ -22,6 +22,8 @@ else()
                   -Woverloaded-virtual
                   -Wsuggest-override
                   -Werror
+                  # Libraries of Debian 13 deprecate functions whose successors those of Debian 12 do not have.
+                  -Wno-deprecated-declarations
                   # Messages name sources relative to the source tree; the later map is tried first.
                   -fmacro-prefix-map=${PROJECT_SOURCE_DIR}/=
                   -fmacro-prefix-map=${PROJECT_SOURCE_DIR}/src/=)
