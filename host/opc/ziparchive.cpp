@@ -11,13 +11,16 @@ namespace host::opc
 {
 namespace
 {
+// ZIP_ER_TRUNCATED_ZIP of libzip 1.11. Older versions say ZIP_ER_NOZIP.
+constexpr int kTruncatedZip = 35;
+
 std::string DescribeOpeningFault(const std::filesystem::path& path, int code)
 {
     if (auto missing = DescribeMissing(path))
     {
         return *std::move(missing);
     }
-    if (code != ZIP_ER_NOZIP && code != ZIP_ER_INCONS)
+    if (code != ZIP_ER_NOZIP && code != ZIP_ER_INCONS && code != kTruncatedZip)
     {
         return "cannot be opened as a ZIP archive: " + DescribeZipError(code);
     }
