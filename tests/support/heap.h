@@ -33,13 +33,18 @@ inline HeapUse MeasureHeap(HANDLE heap, std::size_t atLeast = 0)
     return use;
 }
 
-/// The use of all heaps of the process, including the runtime's, from which new and the DOM allocate.
-inline HeapUse MeasureHeaps()
+/// All heaps of the process, including the runtime's, from which new and the DOM allocate.
+inline std::vector<HANDLE> GetHeaps()
 {
     std::vector<HANDLE> heaps(GetProcessHeaps(0, nullptr));
     heaps.resize(GetProcessHeaps(static_cast<DWORD>(heaps.size()), heaps.data()));
+    return heaps;
+}
+
+inline HeapUse MeasureHeaps()
+{
     HeapUse use;
-    for (HANDLE heap : heaps)
+    for (HANDLE heap : GetHeaps())
     {
         use = use + MeasureHeap(heap);
     }
