@@ -1,4 +1,4 @@
-#include "host/app/commands.h"
+#include "host/app/commandline.h"
 
 #include <algorithm>
 #include <array>
@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "host/app/console.h"
 #include "host/app/interrupt.h"
 #include "host/app/stopwatch.h"
 #include "host/job/casetable.h"

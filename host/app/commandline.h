@@ -13,6 +13,8 @@
 
 namespace host::app
 {
+class Console;
+
 enum class ExitStatus
 {
     Done = 0,
@@ -62,7 +64,8 @@ struct TicketsCommand
     bool asJson = false;
 };
 
-/// Run a table of cases and compare the outcomes with the expected ones.
+/// Run a table of cases and compare the outcomes with the expected ones. A row that cannot be used is
+/// reported on stderr.
 struct BatchCommand
 {
     /// The table.
@@ -94,4 +97,12 @@ using Command = std::variant<RunCommand, TicketsCommand, BatchCommand, DiffComma
 
 /// Takes the arguments in UTF-8, without the program's name.
 Command ParseCommandLine(const std::vector<std::string>& arguments);
+
+// One function for each command of the program. All throw opc::PackageError for a document and
+// std::runtime_error for any other file or argument that cannot be used; those that run the filter throw
+// InterruptedError after Ctrl-C.
+ExitStatus Execute(const RunCommand& command, Console& console);
+ExitStatus Execute(const TicketsCommand& command, Console& console);
+ExitStatus Execute(const BatchCommand& command, Console& console);
+ExitStatus Execute(const DiffCommand& command, Console& console);
 } // namespace host::app

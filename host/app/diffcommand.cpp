@@ -1,9 +1,10 @@
-#include "host/app/commands.h"
+#include "host/app/commandline.h"
 
 #include <array>
 #include <string>
 
 #include "base/utility/safecoinit.h"
+#include "host/app/console.h"
 #include "host/diff/packagediff.h"
 #include "host/opc/package.h"
 #include "host/xml/text.h"

@@ -5,7 +5,6 @@
 
 #include "base/utility/utf8.h"
 #include "host/app/commandline.h"
-#include "host/app/commands.h"
 #include "host/app/console.h"
 #include "host/app/interrupt.h"
 #include "host/xml/text.h"
@@ -14,6 +13,12 @@ namespace host::app
 {
 namespace
 {
+ExitStatus Execute(const Notice& notice, Console& console)
+{
+    notice.status == ExitStatus::Done ? console.PrintOut(notice.text) : console.PrintError(notice.text);
+    return notice.status;
+}
+
 /// Prints a failure as one line.
 template <typename AnyCommand>
 ExitStatus ExecuteOrReport(const AnyCommand& command, Console& console)
@@ -34,11 +39,6 @@ ExitStatus ExecuteOrReport(const AnyCommand& command, Console& console)
     return ExitStatus::Unusable;
 }
 
-ExitStatus ExecuteOrReport(const Notice& notice, Console& console)
-{
-    notice.status == ExitStatus::Done ? console.PrintOut(notice.text) : console.PrintError(notice.text);
-    return notice.status;
-}
 } // namespace
 } // namespace host::app
 

@@ -1,4 +1,4 @@
-#include "host/app/commands.h"
+#include "host/app/commandline.h"
 
 #include <functional>
 #include <map>
@@ -10,6 +10,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "host/app/console.h"
 #include "host/app/interrupt.h"
 #include "host/app/runreport.h"
 #include "host/app/stopwatch.h"

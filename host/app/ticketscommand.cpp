@@ -1,4 +1,4 @@
-#include "host/app/commands.h"
+#include "host/app/commandline.h"
 
 #include <algorithm>
 #include <array>
@@ -9,6 +9,7 @@
 
 #include "base/logging/errors.h"
 #include "base/utility/utf8.h"
+#include "host/app/console.h"
 #include "host/job/jobenvironment.h"
 #include "host/opc/files.h"
 #include "host/pipeline/effectivetickets.h"
