@@ -1,6 +1,7 @@
 #include "host/diff/packagediff.h"
 
 #include <algorithm>
+#include <array>
 #include <map>
 #include <set>
 
@@ -113,18 +114,8 @@ PartDifference ToDifference(const std::string& part, const std::optional<std::st
 
 const char* NameOf(PartState state)
 {
-    switch (state)
-    {
-    case PartState::Identical:
-        return "identical";
-    case PartState::Changed:
-        return "changed";
-    case PartState::Added:
-        return "added";
-    case PartState::Removed:
-        return "removed";
-    }
-    return "";
+    constexpr std::array names = {"identical", "changed", "added", "removed"};
+    return names.at(static_cast<std::size_t>(state));
 }
 
 void ComparePackages(const Package& one,

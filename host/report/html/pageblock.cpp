@@ -1,6 +1,7 @@
 #include "host/report/html/pageblock.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 #include <vector>
 
@@ -109,14 +110,9 @@ std::string FormatMovement(const PageReport& page)
         html += "<p><b>Transform:</b> ";
         if (const auto& transform = page.details->transform)
         {
-            std::string matrix;
-            for (const double element : *transform)
-            {
-                matrix += (matrix.empty() ? "" : ", ") + xml::FormatNumber(element);
-            }
-            html += CodeOf(matrix) + ", " + DescribeTransform(*transform) + ". The page of " +
-                    FormatPageSize(page.before) + " px becomes one of " + FormatPageSize(page.after) +
-                    " px.</p>";
+            html += CodeOf(FormatMatrix(*transform)) + ", " + DescribeTransform(*transform) +
+                    ". The page of " + FormatPageSize(page.before) + " px becomes one of " +
+                    FormatPageSize(page.after) + " px.</p>";
         }
         else
         {
@@ -150,20 +146,8 @@ std::string FormatDrawings(const PageReport& page)
 
 const char* NameOf(tickets::TicketChange change)
 {
-    switch (change)
-    {
-    case tickets::TicketChange::Same:
-        return "unchanged";
-    case tickets::TicketChange::Changed:
-        return "changed";
-    case tickets::TicketChange::Added:
-        return "added";
-    case tickets::TicketChange::WrittenOut:
-        return "written out as in force";
-    case tickets::TicketChange::Removed:
-        return "removed";
-    }
-    return "";
+    constexpr std::array names = {"unchanged", "changed", "added", "written out as in force", "removed"};
+    return names.at(static_cast<std::size_t>(change));
 }
 
 std::string FormatCell(const tickets::TicketDifference& difference,

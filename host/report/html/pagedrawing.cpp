@@ -26,16 +26,6 @@ std::string DrawBox(const char* what, const MillimetreBox& box)
            Attribute("width", box.width) + Attribute("height", box.height) + "/>";
 }
 
-std::string FormatMatrix(const ContentTransform& transform)
-{
-    std::string text;
-    for (const double element : transform)
-    {
-        text += (text.empty() ? "" : ",") + xml::FormatNumber(element);
-    }
-    return text;
-}
-
 std::string Point(double x, double y)
 {
     return xml::FormatNumber(x) + "," + xml::FormatNumber(y);
@@ -203,18 +193,16 @@ std::string DescribeWayUp(const ContentTransform& transform)
     return y <= 0 ? "up" : "down";
 }
 
-const char* NameTurn(const ContentTransform& transform)
+std::string NameTurn(const ContentTransform& transform)
 {
-    const std::array<double, 4> linear = {transform[0], transform[1], transform[2], transform[3]};
-    if (linear == std::array{0.0, -1.0, 1.0, 0.0})
-    {
-        return "a quarter turn anticlockwise (270 degrees clockwise): ";
-    }
-    if (linear == std::array{0.0, 1.0, -1.0, 0.0})
-    {
-        return "a quarter turn clockwise: ";
-    }
-    return linear == std::array{-1.0, 0.0, 0.0, -1.0} ? "a half turn: " : "";
+    constexpr std::pair<std::array<double, 4>, const char*> turns[] = {
+        {{0, -1, 1, 0}, "a quarter turn anticlockwise (270 degrees clockwise): "},
+        {{0, 1, -1, 0}, "a quarter turn clockwise: "},
+        {{-1, 0, 0, -1}, "a half turn: "}};
+    const auto turn = std::find_if(std::begin(turns), std::end(turns), [&](const auto& each) {
+        return std::equal(each.first.begin(), each.first.end(), transform.begin());
+    });
+    return turn == std::end(turns) ? "" : turn->second;
 }
 
 /// "816 - x", "0.5 y": one coordinate of the result.
@@ -257,10 +245,20 @@ PageDrawings DrawPage(const PageReport& page)
     return drawings;
 }
 
+std::string FormatMatrix(const ContentTransform& transform)
+{
+    std::string text;
+    for (const double element : transform)
+    {
+        text += (text.empty() ? "" : ", ") + xml::FormatNumber(element);
+    }
+    return text;
+}
+
 std::string DescribeTransform(const ContentTransform& transform)
 {
     const auto& [m11, m12, m21, m22, dx, dy] = transform;
-    return NameTurn(transform) + std::string("(x, y) comes to (") + FormatCoordinate(m11, m21, dx) + ", " +
+    return NameTurn(transform) + "(x, y) comes to (" + FormatCoordinate(m11, m21, dx) + ", " +
            FormatCoordinate(m12, m22, dy) + ") px; the content's arrow then points " +
            DescribeWayUp(transform);
 }

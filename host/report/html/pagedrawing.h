@@ -16,6 +16,9 @@ struct PageDrawings
 
 PageDrawings DrawPage(const PageReport& page);
 
+/// "0, -1, 1, 0, 0, 816".
+std::string FormatMatrix(const xps::ContentTransform& transform);
+
 /// What a transform does to the page, in words: "a quarter turn anticlockwise: (x, y) comes to (y, 816 - x)".
 std::string DescribeTransform(const xps::ContentTransform& transform);
 } // namespace host::report::html
