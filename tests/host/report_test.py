@@ -35,6 +35,7 @@ class ReportFileTest(ProgramTestCase):
         self.assertEqual(self.files(), ["in.xps", "out.xps", "plain.xps", "report.html"])
         self.assertTrue(text_of().startswith("<!DOCTYPE html>") and text_of().endswith("</html>\n"))
         self.assertIn("default-src 'none'", text_of())
+        self.assertIn("<td><code>out.xps</code></td>", text_of())
         self.run_done("run", "in.xps", "--dry-run", "--report", "report.html")
         self.assertIn("nothing written", text_of())
         self.assertNotIn("Run again", text_of())
@@ -44,6 +45,7 @@ class ReportFileTest(ProgramTestCase):
             self.take(package)
             self.run_done("run", "in.xps", "--dry-run", "--report", "report.html")
             self.assertEqual(re.findall("<text[^>]*>([^<]*)</text>", text_of()), labels)
+            self.assertIn("Upper limit</th><td>215.9 &#215;&#160;355.6&#160;mm", text_of())
 
     def test_of_a_run_that_fails_says_where_and_why(self):
         page = "/Documents/1/Pages/1.fpage"

@@ -78,6 +78,7 @@ class ReportTest(ProgramTestCase):
     def test_the_filter_and_the_overview_lead_to_the_pages_that_are_wanted(self):
         self.report("sample")
         status = "document.getElementById('shown').textContent"
+        self.assertIn("turned (2) refitted (2) passed (2) only", self.browser.ask("document.getElementById('filter').innerText.replace(/\\s+/g, ' ')"))
         for kind, left in (("passed", ["page-2", "page-4", "page-5"]), ("turned", ["page-4", "page-5"]), ("refitted", []),
                            ("turned", ["page-2", "page-5"])):
             self.browser.click(f"#filter input[value={kind}]")
@@ -140,6 +141,7 @@ class ReportTest(ProgramTestCase):
         self.assertIn("At /Documents/1/Pages/2.fpage", text)
         self.assertIn("is not well-formed: line 3", text)
         self.assertIn("0x00000000  IFixedPage::GetStream  /Documents/1/Pages/2.fpage", text)
+        self.assertNotIn("/Documents/1/Pages/1.fpage", text)
         self.browser.click("#filter input[value=turned]")
         self.assertEqual(self.browser.ask(VISIBLE), ["failed"])
         self.browser.click("a[href='#failed']")
