@@ -9,6 +9,7 @@
 
 #include "embedded/helptexts.h"
 #include "host/job/joboptions.h"
+#include "host/tickets/userticket.h"
 #include "host/xml/text.h"
 
 namespace host::app
@@ -47,6 +48,10 @@ void AddRun(CLI::App& app, RunCommand& command)
     run->add_option("--compression", command.job.compression, "How hard to compress new parts (default: 6)")
         ->type_name("0-9")
         ->check(CLI::Range(0, 9));
+    run->add_flag_callback(
+        "--list-media",
+        [] { throw CLI::CallForVersion(tickets::ListMediaNames(), 0); },
+        "Print the names that --media takes and exit");
     run->add_flag("--trace", command.showsCalls, "Print each pipeline call and its HRESULT on stderr");
     run->add_flag("--json",
                   command.asJson,

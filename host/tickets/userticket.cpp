@@ -55,13 +55,31 @@ constexpr const char* kBuiltInTicket =
     throw std::runtime_error(option + " " + text + ": " + wanted);
 }
 
+/// The names of a feature's options by their ids; empty for one that is no public keyword.
+std::vector<std::string> NamesOf(const printschema::PrintTicketFunctionOption& feature)
+{
+    std::vector<std::string> names;
+    for (const printschema::Qname& known : feature.GetOptionSchema().GetQnames())
+    {
+        const bool isPublic = known.namespaceId == printschema::NamespaceId::Keywords;
+        names.push_back(isPublic ? base::utility::ToUtf8(known.localName) : std::string());
+    }
+    return names;
+}
+
+/// Leaves the names that a user has a reason to choose.
+void RemoveOthers(std::vector<std::string>& names)
+{
+    std::erase_if(names, [](const std::string& each) { return each.empty() || each.starts_with("PS"); });
+}
+
 /// Names what would be taken: all names, if they are few, and the one that was meant most likely.
 [[noreturn]] void RefuseName(const std::string& option,
                              const std::string& name,
                              std::vector<std::string> names,
                              const std::string& otherwise)
 {
-    std::erase_if(names, [](const std::string& each) { return each.empty() || each.starts_with("PS"); });
+    RemoveOthers(names);
     std::string wanted = "is no such option of the Print Schema" + otherwise;
     const std::string nearest = xml::FindNearest(name, names);
     wanted += nearest.empty() ? "" : "; did you mean " + nearest + "?";
@@ -74,6 +92,10 @@ constexpr const char* kBuiltInTicket =
             all += (all.empty() ? "; the names are " : ", ") + each;
         }
         wanted += all;
+    }
+    else if (nearest.empty())
+    {
+        wanted += "; run --list-media prints the names";
     }
     Refuse(option, name, wanted);
 }
@@ -189,18 +211,15 @@ private:
                              const std::string& name,
                              const std::string& otherwise = {})
     {
-        std::vector<std::string> names;
-        for (const printschema::Qname& known : feature.GetOptionSchema().GetQnames())
+        std::vector<std::string> names = NamesOf(feature);
+        const auto found = std::find_if(names.begin(), names.end(), [&](const std::string& each) {
+            return !each.empty() && xml::ToLowerAscii(each) == xml::ToLowerAscii(name);
+        });
+        if (found == names.end())
         {
-            names.push_back(known.namespaceId == printschema::NamespaceId::Keywords
-                                ? base::utility::ToUtf8(known.localName)
-                                : std::string());
-            if (!names.back().empty() && xml::ToLowerAscii(names.back()) == xml::ToLowerAscii(name))
-            {
-                return static_cast<std::int32_t>(names.size()) - 1;
-            }
+            RefuseName(option, name, std::move(names), otherwise);
         }
-        RefuseName(option, name, std::move(names), otherwise);
+        return static_cast<std::int32_t>(found - names.begin());
     }
 
     void Replace(const printschema::PrintTicketFunctionOption& feature)
@@ -280,6 +299,19 @@ std::string MakeUserTicket(const std::optional<std::filesystem::path>& file,
         return bytes;
     }
     return Override(ticket, overrides);
+}
+
+std::string ListMediaNames()
+{
+    std::vector<std::string> names = NamesOf(printschema::MediaSizeData());
+    RemoveOthers(names);
+    std::sort(names.begin(), names.end());
+    std::string text;
+    for (const std::string& name : names)
+    {
+        text += (text.empty() ? "" : "\n") + name;
+    }
+    return text;
 }
 
 std::string OverrideTicket(const std::string& ticket, const TicketOverrides& overrides)

@@ -25,6 +25,9 @@ struct TicketOverrides
 /// initialised on the thread, and MakeUserTicket have taken the overrides.
 std::string OverrideTicket(const std::string& ticket, const TicketOverrides& overrides);
 
+/// The options of PageMediaSize that a user may choose, one a line.
+std::string ListMediaNames();
+
 /// The driver's private namespace prefix where its property bag has none.
 inline constexpr const char* kUsualPrivatePrefix = "ns0000";
 

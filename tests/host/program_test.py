@@ -459,6 +459,8 @@ class FailureTest(ProgramTestCase):
         for command, name in {"run in.xps --dry-run --media": "--media", "run in.xps -o": "--output", "tickets": "IN", "batch": "CASES",
                               "diff": "A"}.items():
             self.assertEqual(self.assert_refused(2, *command.split(), ""), f"{name}: must not be empty; see --help")
+        names = self.run_done("run", "--list-media").splitlines()
+        self.assertEqual((names[0], names == sorted(set(names)), "NorthAmericaLetter" in names), ("BusinessCard", True, True))
         self.assertRegex(self.run_done("--version"), r"^xpsfilterhost \d+\.\d+\.\d+\n$")
 
     def test_an_output_that_cannot_be_is_named_before_the_job_starts(self):
@@ -704,6 +706,7 @@ class BatchTest(ProgramTestCase):
                     "--orientation ISOA4": option, "--media A4": f"{option}, nor a size in millimetres, as 210x297; did you mean ISOA4?"}
         set_ups |= {f"--media={media}": f"--media {media}: {option}, nor a size"
                     for media in ("210x297cm", "210x", "-210x297", "nanx297", "210x2000000.1", "1e3x10", "210,5x297", "0x0")}
+        set_ups["--media=0x0"] += " in millimetres, as 210x297; run --list-media prints the names"
         set_ups |= {f"--limits {limits}": f"--limits {limits}: is not MINWxMINH-MAXWxMAXH in millimetres"
                     for limits in ("76x127", "76x127-215x0", "76x127-215x355cm", "76x127_215x355")}
         set_ups |= {f"--limits {limits}": "has a lower sheet that is wider or higher than the upper one"
