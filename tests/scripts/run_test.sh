@@ -44,4 +44,12 @@ printf '#!/bin/sh\nexit 1\n' >"$work/tools/wine"
 chmod +x "$work/tools/wine"
 shown=$("$(dirname "$script")/../cmake/wine-run" bin/program.exe 2>&1) && status=1
 [ "$shown" = "program: ended with status 1 and no message" ] || { echo "wine-run: $shown"; status=1; }
+
+# A program that an interrupt does not end, in a shorter time than that of people.
+printf '#!/bin/sh\ntrap "" INT\nexec %s 100\n' "$(command -v sleep)" >"$work/tools/wine"
+printf '#!/bin/sh\n' >"$work/tools/sleep"
+chmod +x "$work/tools/sleep"
+ended=0
+shown=$(timeout --preserve-status -s INT -k 20 1 "$(dirname "$script")/../cmake/wine-run" bin/program.exe 2>&1) || ended=$?
+[ "$ended $shown" = "130 program: interrupted" ] || { echo "wine-run, interrupted: $ended $shown"; status=1; }
 exit $status
