@@ -4,7 +4,6 @@
 #include <deque>
 #include <functional>
 #include <limits>
-#include <map>
 #include <mutex>
 #include <string>
 #include <utility>
@@ -14,9 +13,8 @@
 #include "base/utility/comobject.h"
 #include "base/utility/comptr.h"
 #include "base/utility/utf8.h"
-#include "base/utility/variant.h"
+#include "host/pipeline/propertybags.h"
 #include "platform/filterpipeline.h"
-#include "platform/printerextension.h"
 #include "support/printstreams.h"
 #include "support/ticketplatform.h"
 
@@ -424,85 +422,6 @@ private:
     ComPtr<MemoryReadStream> m_bytes;
 };
 
-class PipelineBag final : public PipelineObject<IPrintPipelinePropertyBag>
-{
-public:
-    explicit PipelineBag(PipelineRecord& record) : PipelineObject(record) {}
-
-    void SetText(const wchar_t* name, const wchar_t* text) { Set(name, VT_BSTR, Bstr(text).Detach()); }
-    void SetObject(const wchar_t* name, ComPtr<IUnknown> object, VARTYPE type = VT_UNKNOWN)
-    {
-        Set(name, type, object.Detach());
-    }
-    void SetHandle(const wchar_t* name, HANDLE handle) { Set(name, VT_BYREF, handle); }
-
-    STDMETHODIMP AddProperty(const wchar_t*, const VARIANT*) override { return E_ACCESSDENIED; }
-    STDMETHODIMP GetProperty(const wchar_t* name, VARIANT* value) override
-    {
-        return m_record.Answer("GetProperty " + base::utility::ToUtf8(name), [&] {
-            const auto found = m_values.find(name);
-            if (found == m_values.end())
-            {
-                return kElementNotFound;
-            }
-            if (found->second.Get().vt == VT_BYREF)
-            {
-                *value = found->second.Get();
-                return S_OK;
-            }
-            return VariantCopy(value, const_cast<VARIANT*>(&found->second.Get()));
-        });
-    }
-    STDMETHODIMP_(BOOL) DeleteProperty(const wchar_t*) override { return FALSE; }
-
-private:
-    void Set(const wchar_t* name, VARTYPE type, void* value)
-    {
-        VARIANT* const property = m_values[name].Receive();
-        property->byref = value;
-        property->vt = type;
-    }
-
-    std::map<std::wstring, base::utility::Variant> m_values;
-};
-
-class DriverBag final : public PipelineObject<IPrinterPropertyBag>
-{
-public:
-    explicit DriverBag(PipelineRecord& record) : PipelineObject(record) {}
-    STDMETHODIMP GetString(BSTR name, BSTR* value) override
-    {
-        return m_record.Answer("GetString " + base::utility::ToUtf8(name), [&] {
-            *value = prefix.Length() == 0 ? nullptr : Bstr(prefix).Detach();
-            return S_OK;
-        });
-    }
-    STDMETHODIMP GetInt32(BSTR name, LONG* value) override
-    {
-        // A failing call leaves nothing that is checked.
-        *value = tesselType;
-        return m_record.Enter("GetInt32 " + base::utility::ToUtf8(name));
-    }
-    STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-    STDMETHODIMP GetIDsOfNames(REFIID, OLECHAR**, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
-    STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override
-    {
-        return E_NOTIMPL;
-    }
-    STDMETHODIMP GetBool(BSTR, BOOL*) override { return E_NOTIMPL; }
-    STDMETHODIMP SetBool(BSTR, BOOL) override { return E_NOTIMPL; }
-    STDMETHODIMP SetInt32(BSTR, LONG) override { return E_NOTIMPL; }
-    STDMETHODIMP SetString(BSTR, BSTR) override { return E_NOTIMPL; }
-    STDMETHODIMP GetBytes(BSTR, DWORD*, BYTE**) override { return E_NOTIMPL; }
-    STDMETHODIMP SetBytes(BSTR, DWORD, BYTE*) override { return E_NOTIMPL; }
-    STDMETHODIMP GetReadStream(BSTR, IStream**) override { return E_NOTIMPL; }
-    STDMETHODIMP GetWriteStream(BSTR, IStream**) override { return E_NOTIMPL; }
-
-    Bstr prefix;
-    LONG tesselType = 7;
-};
-
 /// Everything that a filter receives, with every property that it reads. Outlives the filter.
 class Pipeline
 {
@@ -513,9 +432,8 @@ public:
                       ULONG longestTransfer = std::numeric_limits<ULONG>::max())
     {
         record.longestTransfer = longestTransfer;
-        bag->SetObject(L"DriverPropertyBag", ComPtr<IUnknown>(driverBag.Get()));
-        bag->SetObject(L"PerUserPrintTicket",
-                       ComPtr<IUnknown>(MakeCom<TicketFactory>(record, userTicket).Get()));
+        bag->SetObject(L"DriverPropertyBag", driverBag.Get());
+        bag->SetObject(L"PerUserPrintTicket", MakeCom<TicketFactory>(record, userTicket).Get());
         bag->SetText(L"PrinterName", L"printer");
         bag->SetHandle(L"UserSecurityToken", UserToken());
     }
@@ -536,12 +454,26 @@ public:
         return filter.InitializeFilter(communicator.Get(), bag.Get(), control.Get());
     }
 
+    /// What the driver says; nothing by default.
+    void SetDriver(const wchar_t* prefix, LONG pageDescriptionType)
+    {
+        driverBag->SetText(L"QuellmarkNsPrefix", prefix);
+        driverBag->SetNumber(L"QuellmarkTesselType", pageDescriptionType);
+    }
+
     PipelineRecord record;
+    // The property bags are the host's.
+    host::pipeline::CallTrace trace{[this](const host::pipeline::TracedCall& call) {
+        static_cast<void>(
+            record.Enter(std::string(call.method.substr(call.method.find("::") + 2)) + " " + call.subject));
+    }};
     const ComPtr<PartProvider> provider = MakeCom<PartProvider>(record);
     const ComPtr<PartConsumer> consumer = MakeCom<PartConsumer>(record);
     const ComPtr<Communicator> communicator = MakeCom<Communicator>(record, provider, consumer);
     const ComPtr<ManagerControl> control = MakeCom<ManagerControl>(record);
-    const ComPtr<PipelineBag> bag = MakeCom<PipelineBag>(record);
-    const ComPtr<DriverBag> driverBag = MakeCom<DriverBag>(record);
+    const ComPtr<host::pipeline::PipelinePropertyBag> bag =
+        MakeCom<host::pipeline::PipelinePropertyBag>(trace);
+    const ComPtr<host::pipeline::DriverPropertyBag> driverBag =
+        MakeCom<host::pipeline::DriverPropertyBag>(trace);
 };
 } // namespace support

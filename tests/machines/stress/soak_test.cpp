@@ -103,7 +103,7 @@ class LongJob
 public:
     explicit LongJob(int pages) : m_pages(pages)
     {
-        m_pipeline.driverBag->prefix = base::utility::Bstr(L"ns0000");
+        m_pipeline.SetDriver(L"ns0000", 7);
         m_pipeline.Add<support::SequencePart>("sequence");
         m_pipeline.Add<support::DocumentPart>("document");
         m_pipeline.provider->beforePart = [this] { Step(); };

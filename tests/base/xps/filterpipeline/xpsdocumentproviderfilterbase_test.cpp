@@ -83,7 +83,7 @@ TEST_F(PartLoop, OpensTheTicketsBeforeTheReaderAndEndsAtOnceWithoutParts)
 
 TEST_F(PartLoop, TakesAPartForTheFirstKindThatItAnswersToAndCompletesItsTicketByTheOneOfTheDriver)
 {
-    pipeline->driverBag->tesselType = 'L';
+    pipeline->SetDriver(L"", 'L');
     // Bottom up, so that no ticket is completed because of the one above it.
     std::vector<ComPtr<IUnknown>> kinds;
     const auto addWith = [&](IUnknown* kind) {
@@ -108,21 +108,26 @@ TEST_F(PartLoop, TakesAPartForTheFirstKindThatItAnswersToAndCompletesItsTicketBy
 TEST_F(PartLoop, DoesNotStartWithoutWhatTheTicketsAreOpenedWith)
 {
     const HRESULT noHandle = HRESULT_FROM_WIN32(ERROR_INVALID_HANDLE);
-    const wchar_t* const ticket = L"PerUserPrintTicket";
-    const std::pair<std::function<void(support::PipelineBag&)>, HRESULT> cases[] = {
-        {[&](auto& bag) { bag.SetText(ticket, L"ticket"); }, E_NOINTERFACE},
-        {[&](auto& bag) { bag.SetObject(ticket, {}); }, E_NOINTERFACE},
-        {[&](auto& bag) { bag.SetObject(ticket, ComPtr<IUnknown>(pipeline->control.Get())); }, E_NOINTERFACE},
-        {[](auto& bag) { bag.SetHandle(L"PrinterName", nullptr); }, E_INVALIDARG},
-        {[](auto& bag) { bag.SetText(L"PrinterName", L""); }, E_INVALIDARG},
-        {[](auto& bag) { bag.SetText(L"UserSecurityToken", L"token"); }, noHandle},
-        {[](auto& bag) { bag.SetHandle(L"UserSecurityToken", nullptr); }, noHandle},
-    };
-    for (const auto& [change, result] : cases)
+    const struct
     {
-        SCOPED_TRACE(&result - &cases[0].second);
+        const wchar_t* property;
+        std::function<void(host::pipeline::PipelinePropertyBag&, const wchar_t*)> set;
+        HRESULT result;
+    } cases[] = {
+        {L"PerUserPrintTicket", [](auto& bag, auto name) { bag.SetText(name, L"ticket"); }, E_NOINTERFACE},
+        {L"PerUserPrintTicket", [](auto& bag, auto name) { bag.SetObject(name, nullptr); }, E_NOINTERFACE},
+        {L"PerUserPrintTicket", [](auto& bag, auto name) { bag.SetObject(name, &bag); }, E_NOINTERFACE},
+        {L"PrinterName", [](auto& bag, auto name) { bag.SetHandle(name, nullptr); }, E_INVALIDARG},
+        {L"PrinterName", [](auto& bag, auto name) { bag.SetText(name, L""); }, E_INVALIDARG},
+        {L"UserSecurityToken", [](auto& bag, auto name) { bag.SetText(name, L"token"); }, noHandle},
+        {L"UserSecurityToken", [](auto& bag, auto name) { bag.SetHandle(name, nullptr); }, noHandle},
+    };
+    for (const auto& [property, set, result] : cases)
+    {
+        SCOPED_TRACE(&result - &cases[0].result);
         Renew();
-        change(*pipeline->bag);
+        pipeline->bag->DeleteProperty(property);
+        set(*pipeline->bag, property);
         EXPECT_EQ(Start(), result);
         EXPECT_EQ(pipeline->record.Count("RequestReader"), 0);
     }

@@ -106,10 +106,10 @@ TEST_F(XpsFilterBaseTest, KeepsNothingWithoutEveryArgument)
 TEST_F(XpsFilterBaseTest, HandsOnThePrefixOfTheDriver)
 {
     const std::pair<std::function<void(Pipeline&)>, const wchar_t*> cases[] = {
-        {[](Pipeline& given) { given.driverBag->prefix = utility::Bstr(L"qm"); }, L"qm:"},
+        {[](Pipeline& given) { given.SetDriver(L"qm", 7); }, L"qm:"},
+        {[](Pipeline& given) { given.SetDriver(L"", 7); }, L"ns0000:"},
         {[](Pipeline&) {}, L"ns0000:"},
-        {[](Pipeline& given) { given.record.FailCall("GetString QuellmarkNsPrefix", E_FAIL); }, L"ns0000:"},
-        {[](Pipeline& given) { given.record.FailCall("GetProperty DriverPropertyBag", E_FAIL); }, L"ns0000:"},
+        {[](Pipeline& given) { given.bag->DeleteProperty(L"DriverPropertyBag"); }, L"ns0000:"},
     };
     for (const auto& [change, prefix] : cases)
     {
