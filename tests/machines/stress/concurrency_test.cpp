@@ -20,13 +20,13 @@ namespace
 using Seen = std::vector<std::string>;
 
 constexpr std::array kKinds = {
-    JobKind{"ISOA4", "Portrait", nullptr, 7, nullptr},
+    JobKind{"ISOA4", "Portrait", L"", 7, nullptr},
     JobKind{"ISOA4", "Landscape", L"ns0000", 1, "devices/uneven.xml"},
-    JobKind{"ISOA5", "ReversePortrait", nullptr, 'L', nullptr},
+    JobKind{"ISOA5", "ReversePortrait", L"", 'L', nullptr},
     JobKind{"ISOA5", "ReverseLandscape", L"ns0000", 7, "devices/uneven.xml"},
-    JobKind{"NorthAmericaLetter", "Landscape", nullptr, 1, nullptr},
+    JobKind{"NorthAmericaLetter", "Landscape", L"", 1, nullptr},
     JobKind{"NorthAmericaLegal", "Portrait", L"ns0000", 'L', nullptr},
-    JobKind{"JISB5", "Landscape", nullptr, 2, nullptr},
+    JobKind{"JISB5", "Landscape", L"", 2, nullptr},
     JobKind{"NorthAmericaExecutive", "Landscape", L"ns0000", 7, nullptr},
 };
 

@@ -12,8 +12,7 @@
 #include "host/pipeline/filtermodule.h"
 #include "host/ticketservice/ticketservice.h"
 #include "support/filtermodule.h"
-#include "support/pipeline.h"
-#include "support/tickettext.h"
+#include "support/wholejob.h"
 
 // Jobs of the built module over the offline ticket service, as the pipeline runs them.
 namespace stress
@@ -84,23 +83,16 @@ inline std::string TooLarge(const std::string& orientation)
                            support::Feature("PageScaling", "FitApplicationMediaSizeToPageMediaSize"));
 }
 
-/// One run of the filter over parts of every kind, with pages that are passed on, turned, refitted and both.
+/// One run of the filter over a whole job.
 class Job
 {
 public:
     explicit Job(const JobKind& kind)
         : pipeline(support::Ticket(support::MediaFeature(kind.sheet))), m_device(kind.device)
     {
-        pipeline.driverBag->prefix = base::utility::Bstr(kind.prefix);
-        pipeline.driverBag->tesselType = kind.tesselType;
-        pipeline.Add<support::RootPart>();
-        pipeline.Add<support::SequencePart>("sequence");
-        pipeline.Add<support::DocumentPart>("document", Oriented(kind.orientation));
-        pipeline.Add<support::PagePart>("page1", PageOf(kind.sheet));
-        pipeline.Add<support::OtherPart>();
-        pipeline.Add<support::PagePart>("page2", PageOf(kind.orientation), Oriented("Portrait"));
-        pipeline.Add<support::PagePart>("page3", PageOf(kind.sheet), TooLarge("Portrait"));
-        pipeline.Add<support::PagePart>("page4", PageOf(kind.orientation), TooLarge("Landscape"));
+        pipeline.SetDriver(kind.prefix, kind.tesselType);
+        support::AddWholeJob(
+            pipeline, Oriented(kind.orientation), PageOf(std::string(kind.sheet) + kind.orientation));
         EXPECT_EQ(pipeline.Initialize(*filter), S_OK);
     }
 

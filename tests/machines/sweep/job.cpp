@@ -7,8 +7,7 @@
 #include "host/pipeline/filtermodule.h"
 #include "machines/sweep/calls.h"
 #include "support/filtermodule.h"
-#include "support/pipeline.h"
-#include "support/tickettext.h"
+#include "support/wholejob.h"
 
 namespace sweep
 {
@@ -57,41 +56,6 @@ std::string A4(const std::string& further)
     return Ticket(MediaFeature("ISOA4", 210000, 297000) + further);
 }
 
-/// A scaling with its parameters, each as "psk:PageScaling..." of a ScoredProperty.
-std::string CustomScaling()
-{
-    std::string properties;
-    std::string parameters;
-    for (const std::string name : {"OffsetWidth", "OffsetHeight", "ScaleWidth", "ScaleHeight"})
-    {
-        properties += "<psf:ScoredProperty name=\"psk:" + name +
-                      "\"><psf:ParameterRef name=\"psk:PageScaling" + name + "\"/></psf:ScoredProperty>";
-        parameters += "<psf:ParameterInit name=\"psk:PageScaling" + name +
-                      "\"><psf:Value xsi:type=\"xsd:integer\">100</psf:Value></psf:ParameterInit>";
-    }
-    return Feature("PageScaling", "Custom", properties) + parameters;
-}
-
-/// A job that uses every path through the module: parts of every kind, and pages that are turned, with and
-/// without a ticket of their own, refitted, and passed.
-void AddWholeJob(Pipeline& pipeline)
-{
-    const std::string landscape = Feature("PageOrientation", "Landscape");
-    const std::string feed =
-        R"(<psf:Property name="psk:FeedDirection"><psf:Value>psk:LongEdgeFirst</psf:Value></psf:Property>)";
-    pipeline.driverBag->prefix = base::utility::Bstr(L"ns0000");
-    pipeline.Add<support::RootPart>();
-    pipeline.Add<support::SequencePart>("sequence");
-    pipeline.Add<support::DocumentPart>("document", A4(landscape));
-    pipeline.Add<support::PagePart>("turned by its document", kPage);
-    pipeline.Add<support::OtherPart>();
-    pipeline.Add<support::PagePart>("turned by itself", kPage, A4(landscape + CustomScaling()));
-    pipeline.Add<support::DocumentPart>("document without ticket");
-    pipeline.Add<support::PagePart>(
-        "refitted", kPage, Ticket(Feature("PageScaling", "FitApplicationMediaSizeToPageMediaSize")));
-    pipeline.Add<support::PagePart>("passed", kPage, A4(Feature("PageInputBin", "AutoSelect", feed)));
-}
-
 /// A ticket with a sheet outside the printer's limits.
 std::string UserTicket()
 {
@@ -131,8 +95,8 @@ void RunWholeJob(const LoadedLibrary& module, const Fault& fault, Outcome& outco
     constexpr ULONG kShort = 61;
     Watch& watch = Watch::Get();
     Pipeline pipeline(UserTicket(), fault.areStreamsShort ? kShort : std::numeric_limits<ULONG>::max());
-    AddWholeJob(pipeline);
-    pipeline.driverBag->prefix = base::utility::Bstr(L"ns0000");
+    pipeline.SetDriver(L"ns0000", 7);
+    support::AddWholeJob(pipeline, A4(Feature("PageOrientation", "Landscape")), kPage);
     watch.Adopt(pipeline.communicator.Get(), FindInterface(__uuidof(IInterFilterCommunicator)));
     watch.Adopt(pipeline.bag.Get(), FindInterface(__uuidof(IPrintPipelinePropertyBag)));
     watch.Adopt(pipeline.control.Get(), FindInterface(__uuidof(IPrintPipelineManagerControl)));
