@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <cctype>
 #include <fstream>
+#include <functional>
 #include <map>
 #include <sstream>
 #include <string_view>
+#include <type_traits>
 
 #include "base/utility/utf8.h"
 
@@ -208,125 +210,99 @@ std::string InterfaceArgument(const Call& call)
     return asked == nullptr ? "unknown" : asked->name;
 }
 
-// The words of the table.
-const std::map<std::string_view, Failing> kFailings = {{"never", Failing::Never},
-                                                       {"result", Failing::Result},
-                                                       {"acting", Failing::ResultAfterActing},
-                                                       {"no-memory", Failing::NoMemory},
-                                                       {"memory", Failing::ResultOfMemory},
-                                                       {"error", Failing::Error},
-                                                       {"status", Failing::Status}};
-
-using Act = void (*)(Call&, const HandOver&);
-
-const std::map<std::string_view, Act> kActsBefore = {{"gives", &GiveArgument},
-                                                     {"leaves", &Leave},
-                                                     {"clears", &ClearVariant},
-                                                     {"adds-reference", &AddReference},
-                                                     {"releases", &Release},
-                                                     {"adopts", &Adopt}};
-
-const std::map<std::string_view, Act> kActsAfter = {{"takes", &TakeResult},
-                                                    {"makes", &TakeMade},
-                                                    {"enters", &Enter},
-                                                    {"text", &TakeText},
-                                                    {"variant", &TakeVariant},
-                                                    {"asked", &TakeAsked},
-                                                    {"late-import", &ReplaceLateImport},
-                                                    {"asks-printer", &AskPrinter},
-                                                    {"ends-operation", &EndOperation}};
-
-const std::map<std::string_view, bool (*)(const Call&)> kConditions = {
-    {"operator-new", [](const Call& call) { return Watch::Get().IsOperatorNew(call); }},
-    // Null gives null without an allocation.
-    {"text-given", [](const Call& call) { return call.arguments[0] != 0; }},
-    {"token-given", [](const Call& call) { return call.arguments[1] != 0; }},
-    {"utf8", [](const Call& call) { return call.arguments[0] == CP_UTF8; }}};
-
-const std::map<std::string_view, std::string (*)(const Call&)> kDetails = {
-    {"by-name", &TextArgument}, {"by-interface", &InterfaceArgument}};
-
-const std::map<std::string_view, const char* (*)(const Call&)> kStages = {
-    {"begins-nothing", [](const Call&) -> const char* { return kNothing; }},
-    {"writes-ticket", [](const Call&) -> const char* { return kWritten; }},
-    {"queries", &StageOfQuery},
-    // The texts that are keys of cached imageable areas: a page's ticket, then the ticket made from it.
-    {"remembers-text", &After<kWritten, kWritten>},
-    {"saves-ticket", &After<kCapabilities, kRequested>},
-    {"prepares-queries", &After<kRequested, kRequested>}};
-
 struct Table
 {
     std::map<std::string, Function> imports;
     std::map<std::string, Interface> interfaces;
 };
 
-/// Applies the meaning of a word; false if the word is not among these.
-template <typename Meaning>
-bool Understand(const std::map<std::string_view, Meaning>& words, const std::string& word, Meaning& meaning)
+using Act = void (*)(Call&, const HandOver&);
+using Meaning = std::function<void(Function&, HandOver)>;
+
+template <typename Value>
+Meaning Set(Value Function::*member, std::type_identity_t<Value> value)
 {
-    const auto found = words.find(word);
-    if (found != words.end())
-    {
-        meaning = found->second;
-    }
-    return found != words.end();
+    return [=](Function& function, const HandOver&) { function.*member = value; };
 }
 
-/// The text after the first colon of a word such as "takes:memory", "text:1" or "IPrintReadStream:1:a-page".
-HandOver ReadHandOver(std::istringstream& pieces)
+Meaning Add(std::vector<HandOver> Function::*list, Act act)
 {
-    HandOver handOver;
-    for (std::string piece; std::getline(pieces, piece, ':');)
-    {
-        if (std::isdigit(static_cast<unsigned char>(piece.front())) != 0)
-        {
-            handOver.argument = std::stoul(piece);
-        }
-        else
-        {
-            std::replace(piece.begin(), piece.end(), '-', ' ');
-            handOver.kind = piece;
-        }
-    }
-    return handOver;
+    return [=](Function& function, HandOver what) {
+        what.act = act;
+        (function.*list).push_back(std::move(what));
+    };
 }
 
-/// Reads a line without the slot of a method.
+// The words of the table. Any other names an interface.
+const std::map<std::string_view, Meaning> kWords = {
+    {"never", Set(&Function::failing, Failing::Never)},
+    {"result", Set(&Function::failing, Failing::Result)},
+    {"acting", Set(&Function::failing, Failing::ResultAfterActing)},
+    {"no-memory", Set(&Function::failing, Failing::NoMemory)},
+    {"memory", Set(&Function::failing, Failing::ResultOfMemory)},
+    {"error", Set(&Function::failing, Failing::Error)},
+    {"status", Set(&Function::failing, Failing::Status)},
+    {"gives", Add(&Function::before, &GiveArgument)},
+    {"leaves", Add(&Function::before, &Leave)},
+    {"clears", Add(&Function::before, &ClearVariant)},
+    {"adds-reference", Add(&Function::before, &AddReference)},
+    {"releases", Add(&Function::before, &Release)},
+    {"adopts", Add(&Function::before, &Adopt)},
+    {"takes", Add(&Function::after, &TakeResult)},
+    {"makes", Add(&Function::after, &TakeMade)},
+    {"enters", Add(&Function::after, &Enter)},
+    {"text", Add(&Function::after, &TakeText)},
+    {"variant", Add(&Function::after, &TakeVariant)},
+    {"asked", Add(&Function::after, &TakeAsked)},
+    {"late-import", Add(&Function::after, &ReplaceLateImport)},
+    {"asks-printer", Add(&Function::after, &AskPrinter)},
+    {"ends-operation", Add(&Function::after, &EndOperation)},
+    {"operator-new",
+     Set(&Function::mayFail, [](const Call& call) { return Watch::Get().IsOperatorNew(call); })},
+    // Null gives null without an allocation.
+    {"text-given", Set(&Function::mayFail, [](const Call& call) { return call.arguments[0] != 0; })},
+    {"token-given", Set(&Function::mayFail, [](const Call& call) { return call.arguments[1] != 0; })},
+    {"utf8", Set(&Function::mayFail, [](const Call& call) { return call.arguments[0] == CP_UTF8; })},
+    {"by-name", Set(&Function::detail, &TextArgument)},
+    {"by-interface", Set(&Function::detail, &InterfaceArgument)},
+    {"begins-nothing", Set(&Function::stage, [](const Call&) -> const char* { return kNothing; })},
+    {"writes-ticket", Set(&Function::stage, [](const Call&) -> const char* { return kWritten; })},
+    {"queries", Set(&Function::stage, &StageOfQuery)},
+    // The texts that are keys of cached imageable areas: a page's ticket, then the ticket made from it.
+    {"remembers-text", Set(&Function::stage, &After<kWritten, kWritten>)},
+    {"saves-ticket", Set(&Function::stage, &After<kCapabilities, kRequested>)},
+    {"prepares-queries", Set(&Function::stage, &After<kRequested, kRequested>)},
+    {"callback", Set(&Function::isCallback, true)}};
+
+/// Reads a line without the slot of a method. A word may have an argument's index and a kind behind it, such
+/// as "takes:memory", "text:1" or "IPrintReadStream:1:a-page".
 Function ReadFunction(std::istream& line, Table& table)
 {
     Function function;
-    std::string word;
-    line >> function.name >> word;
-    if (!Understand(kFailings, word, function.failing))
+    line >> function.name;
+    for (std::string text; line >> text;)
     {
-        Watch::Get().Complain(function.name + " fails by something unknown: " + word);
-    }
-    while (line >> word)
-    {
-        std::istringstream pieces(word);
+        std::istringstream pieces(text);
+        std::string word;
         std::getline(pieces, word, ':');
-        HandOver handOver = ReadHandOver(pieces);
-        if (word == "callback")
+        HandOver what;
+        for (std::string piece; std::getline(pieces, piece, ':');)
         {
-            function.isCallback = true;
+            if (std::isdigit(static_cast<unsigned char>(piece.front())) != 0)
+            {
+                what.argument = std::stoul(piece);
+            }
+            else
+            {
+                std::replace(piece.begin(), piece.end(), '-', ' ');
+                what.kind = piece;
+            }
         }
-        else if (Understand(kActsBefore, word, handOver.act))
-        {
-            handOver.type = word == "adopts" ? &table.interfaces[handOver.kind] : nullptr;
-            function.before.push_back(handOver);
-        }
-        else if (Understand(kActsAfter, word, handOver.act))
-        {
-            function.after.push_back(handOver);
-        }
-        else if (!Understand(kConditions, word, function.mayFail) &&
-                 !Understand(kDetails, word, function.detail) && !Understand(kStages, word, function.stage))
-        {
-            handOver.act = &TakeObject;
-            handOver.type = &table.interfaces[word];
-            function.after.push_back(handOver);
-        }
+        const auto known = kWords.find(word);
+        what.type = known == kWords.end() ? &table.interfaces[word]
+                    : word == "adopts"    ? &table.interfaces[what.kind]
+                                          : nullptr;
+        (known == kWords.end() ? Add(&Function::after, &TakeObject) : known->second)(function, what);
     }
     return function;
 }
