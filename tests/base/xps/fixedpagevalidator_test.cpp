@@ -257,21 +257,12 @@ TEST_F(FixedPageValidatorTest, GivesAPageWithoutATicketANewOne)
 
 TEST_F(FixedPageValidatorTest, NamesTheNewTicketAfterTheOldOneAndACount)
 {
-    // The names are compared without the count in them.
-    const std::pair<std::string, std::string> cases[] = {
-        {"/Documents/1/Metadata/Page1_PT.xml", "/Documents/1/Metadata\\pagevalidator__Page1_PT.xml"},
-        {"\\Metadata\\a.xml", "\\Metadata\\pagevalidator__a.xml"},
-        {"/Metadata\\a.xml", "/Metadata\\pagevalidator__a.xml"},
-        {"/a.xml", "\\pagevalidator__a.xml"},
-        {"a.xml", "a.xml\\pagevalidator__a.xml"},
-        {"/Metadata/", "/Metadata\\pagevalidator__"},
-        // A page without a ticket.
-        {"", ".xml\\pagevalidator__.xml"},
-    };
     mediaSize.SetSize(kA3);
     int previous = 0;
-    for (const auto& [oldName, expected] : cases)
+    for (const auto& row : support::LoadTable("newticketnames.txt"))
     {
+        const std::string& oldName = row.at(0);
+        const std::string& expected = row.at(1);
         const auto page = MakeCom<PagePart>(pipeline->record, "page", kPage);
         const auto old = MakeCom<support::TicketPart>(pipeline->record, oldName, Ticket({}));
         page->ticket = ComPtr<IPartPrintTicket>(oldName.empty() ? nullptr : old.Get());

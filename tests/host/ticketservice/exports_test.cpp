@@ -142,25 +142,13 @@ TEST_F(Exports, RefuseABadTicketWithItsReason)
     {
         nested = "<psf:Feature name='a'>" + nested + "</psf:Feature>";
     }
-    const std::string option = "<psf:Feature name='a'><psf:Option><psf:Property/></psf:Option></psf:Feature>";
-    const std::string wrongRoot = "the root is not the Print Schema's PrintTicket";
-    const std::pair<std::string, std::string> cases[] = {
-        {"no markup", "is not well-formed: line "},
-        {"<!DOCTYPE r [<!ENTITY e 'x'>]>" + kOpen + "&e;" + kClose, "declares a document type"},
-        {"<PrintTicket version='1'/>", wrongRoot},
-        {"<psf:PrintCapabilities version='1' " + kPsf + "/>", wrongRoot},
-        {"<psf:PrintTicket xmlns:psf='https" + std::string(tickets::kFrameworkNamespace.substr(4)) + "'/>",
-         wrongRoot},
-        {"<psf:PrintTicket version='2' " + kPsf + "/>", "the version is not 1"},
-        {kOpen + "<psf:Feature/>" + kClose, "a Feature has no name"},
-        {kOpen + "<psf:Feature name='x:PageFold'/>" + kClose, "\"x:PageFold\" is no name"},
-        {kOpen + "<psf:ParameterInit name='psf:'/>" + kClose, "\"psf:\" is no name"},
-        {kOpen + option + kClose, "a Property has no name"},
-        {kOpen + nested + kClose, "the elements are nested too deeply"},
-        {std::string((16U << 20U) + 1, ' '), "the document is larger than 16 MB"},
-    };
-    for (const auto& [ticket, reason] : cases)
+    auto cases = ReadTable("badtickets.txt");
+    cases.push_back({"the elements are nested too deeply", kOpen + nested + kClose});
+    cases.push_back({"the document is larger than 16 MB", std::string((16U << 20U) + 1, ' ')});
+    for (const auto& row : cases)
     {
+        const std::string& reason = row.at(0);
+        const std::string& ticket = row.at(1);
         for (const auto& [answer, code] : {std::pair(Merge(ticket, &base, kPTJobScope), kTicketFormat),
                                            std::pair(Merge(base, &ticket, kPTJobScope), kDeltaFormat),
                                            std::pair(GetCapabilities(&ticket), kTicketFormat)})

@@ -10,44 +10,18 @@ namespace host::ticketservice
 {
 namespace
 {
-/// A delta of tests/data/merge over base.xml, and the ticket of tests/data/merge/expected that it makes.
-struct MergeCase
-{
-    const char* delta;
-    EPrintTicketScope scope;
-    HRESULT result;
-    const char* expected;
-};
-
-constexpr MergeCase kMergeCases[] = {
-    {nullptr, kPTJobScope, S_PT_NO_CONFLICT, "base"},
-    {"levels", kPTJobScope, S_PT_NO_CONFLICT, "levels.job"},
-    {"levels", kPTDocumentScope, S_PT_NO_CONFLICT, "levels.document"},
-    {"levels", kPTPageScope, S_PT_NO_CONFLICT, "levels.page"},
-    // The stamp still refers to the scaling's horizontal offset, and nothing ever did to PageUnreferred.
-    {"scalingnone", kPTPageScope, S_PT_NO_CONFLICT, "scalingnone"},
-    {"scalevalue", kPTPageScope, S_PT_NO_CONFLICT, "scalevalue"},
-    {"otherprefixes", kPTJobScope, S_PT_NO_CONFLICT, "otherprefixes"},
-    {"notoffered", kPTJobScope, S_PT_CONFLICT_RESOLVED, "notoffered"},
-    {"customwithin", kPTPageScope, S_PT_NO_CONFLICT, "customwithin"},
-    {"customnarrow", kPTPageScope, S_PT_CONFLICT_RESOLVED, "customrefused"},
-    {"customlong", kPTPageScope, S_PT_CONFLICT_RESOLVED, "customrefused"},
-    {"beyondlimits", kPTPageScope, S_PT_CONFLICT_RESOLVED, "beyondlimits"},
-    {"duplicates", kPTJobScope, S_PT_NO_CONFLICT, "duplicates"},
-};
-
 TEST(Merge, GivesTheExpectedTicketAndOfThatTheSameAgain)
 {
     const std::string base = ReadData("merge/base.xml");
-    for (const auto& [deltaName, scope, result, expected] : kMergeCases)
+    for (const auto& row : ReadTable("merge/cases.txt"))
     {
-        SCOPED_TRACE(expected);
-        const std::string delta =
-            deltaName == nullptr ? "" : ReadData("merge/" + std::string(deltaName) + ".xml");
-        const Answer answer = Merge(base, deltaName == nullptr ? nullptr : &delta, scope);
-        EXPECT_EQ(answer.hr, result);
+        SCOPED_TRACE(row.at(3));
+        const auto scope = static_cast<EPrintTicketScope>(std::stoi(row[1]));
+        const std::string delta = row[0].empty() ? "" : ReadData("merge/" + row[0] + ".xml");
+        const Answer answer = Merge(base, row[0].empty() ? nullptr : &delta, scope);
+        EXPECT_EQ(answer.hr, row[2] == "yes" ? S_PT_CONFLICT_RESOLVED : S_PT_NO_CONFLICT);
         EXPECT_EQ(answer.message, "");
-        EXPECT_EQ(answer.document, ReadJoined("merge/expected/" + std::string(expected) + ".xml"));
+        EXPECT_EQ(answer.document, ReadJoined("merge/expected/" + row[3] + ".xml"));
         const Answer again = Merge(answer.document, nullptr, scope);
         EXPECT_EQ(again.hr, S_PT_NO_CONFLICT);
         EXPECT_EQ(again.document, answer.document);

@@ -8,6 +8,7 @@
 
 #include "base/utility/utf8.h"
 #include "base/xps/printschema/keywordlists.h"
+#include "support/table.h"
 #include "support/thrown.h"
 #include "support/tickets.h"
 
@@ -82,30 +83,15 @@ TEST(MediaSizeData, ReadsTurnsAndWritesEveryOption)
 
 TEST(MediaSizeData, NamesASizeByTheFirstOptionThatHasIt)
 {
-    const struct
+    for (const auto& row : support::LoadTable("mediasizenames.txt"))
     {
-        std::int32_t before;
         MediaSize size;
-        std::int32_t after;
-    } cases[] = {
-        {9, {297000, 210000}, 10},
-        {9, {250000, 353000}, 25},
-        {9, {200000, 200000}, 0},
-        {1, {200000, 200000}, 1},
-        {-1, {200000, 200000}, 0},
-        {500, {200000, 200000}, 500},
-        {1, {215900, 279400}, 94},
-        {9, {0, 0}, 9},
-        {9, {215900, 279401}, 0},
-        {9, {-1, -1}, 0},
-    };
-    for (const auto& row : cases)
-    {
+        std::istringstream(row.at(1)) >> size.widthMicrometres >> size.heightMicrometres;
         MediaSizeData data;
-        data.PrintTicketFunctionOption::SetOptionId(row.before);
-        data.SetSize(row.size);
-        EXPECT_EQ(data.GetOptionIdOrNone(), row.after) << row.before << ' ' << row.size.widthMicrometres;
-        EXPECT_EQ(data.GetSize(), row.size);
+        data.PrintTicketFunctionOption::SetOptionId(std::stoi(row[0]));
+        data.SetSize(size);
+        EXPECT_EQ(data.GetOptionIdOrNone(), std::stoi(row.at(2))) << row[0] << ": " << row[1];
+        EXPECT_EQ(data.GetSize(), size);
     }
 }
 
