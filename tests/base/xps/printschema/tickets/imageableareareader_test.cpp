@@ -8,7 +8,6 @@
 #include "base/utility/bstr.h"
 #include "base/xps/printschema/mediasizedata.h"
 #include "support/failures.h"
-#include "support/heap.h"
 #include "support/printstreams.h"
 #include "support/table.h"
 #include "support/ticketplatform.h"
@@ -169,24 +168,6 @@ TEST(ImageableAreaReader, DoesNotHoldOnToLargeTickets)
         askedFor(width, 100'000);
     }
     EXPECT_EQ(askedFor(1, 100'000), 3 + 20 + 1);
-}
-
-TEST(ImageableAreaReader, LeavesNoCopyOfATicketBehind)
-{
-    CannedProvider provider;
-    provider.answer = E_NOTIMPL;
-    ImageableAreaReader reader(provider);
-    const auto blocksAfter = [&](int pages) {
-        for (int page = 0; page < pages; ++page)
-        {
-            provider.pageTicket = MakeTicket(Feature("PageResolution", "Option" + std::to_string(page)));
-            reader.Read(kA4, kPortrait);
-        }
-        return static_cast<int>(tests::CountHeapBlocks());
-    };
-    const int before = blocksAfter(100);
-    // Wine 8 leaks a few blocks for each feature that is written.
-    EXPECT_LT((blocksAfter(300) - before) / 300, 10);
 }
 
 TEST(ImageableAreaReader, FailsWithoutMemoryOrPageTicket)
