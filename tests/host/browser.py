@@ -1,13 +1,9 @@
 """A headless Chromium, driven over its debugging pipe with nothing but Python's own library."""
 
-import fcntl
 import json
-import os
-import select
 import shutil
 import subprocess
 import tempfile
-import time
 
 EXECUTABLE = shutil.which("chromium")
 FLAGS = ["--headless", "--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run", "--disable-sync",
@@ -19,21 +15,12 @@ class Browser:
     """Remembers what a page complains of and asks the network for, from its opening on."""
 
     def __enter__(self):
-        # The browser reads commands from descriptor 3 and answers on 4: keep clear of both until it has them.
-        ends = [fcntl.fcntl(end, fcntl.F_DUPFD_CLOEXEC, 10) for pair in (os.pipe(), os.pipe()) for end in pair]
-        their_input, self.commands, self.answers, their_output = ends
         self.profile = tempfile.mkdtemp()
-
-        def hand_over():
-            os.dup2(their_input, 3)
-            os.dup2(their_output, 4)
-
-        self.process = subprocess.Popen([EXECUTABLE, *FLAGS, f"--user-data-dir={self.profile}", "about:blank"],
-                                        stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
-                                        preexec_fn=hand_over, pass_fds=(3, 4))
-        os.close(their_input)
-        os.close(their_output)
-        self.pending, self.last, self.session = b"", 0, None
+        # The browser reads commands from descriptor 3 and answers on 4.
+        self.process = subprocess.Popen(["sh", "-c", 'exec "$@" 3<&0 4>&1 </dev/null >/dev/null 2>&1', "sh", EXECUTABLE, *FLAGS,
+                                         f"--user-data-dir={self.profile}", "about:blank"],
+                                        stdin=subprocess.PIPE, stdout=subprocess.PIPE)
+        self.last, self.session = 0, None
         self.complaints, self.requests, self.events = [], [], []
         target = next(target for target in self.call("Target.getTargets")["targetInfos"] if target["type"] == "page")
         self.session = self.call("Target.attachToTarget", targetId=target["targetId"], flatten=True)["sessionId"]
@@ -46,23 +33,18 @@ class Browser:
         try:
             self.call("Browser.close")
             self.process.wait(timeout=10)
-        except (OSError, EOFError, subprocess.TimeoutExpired):
+        except (OSError, ValueError, subprocess.TimeoutExpired):
             self.process.kill()
             self.process.wait()
-        os.close(self.commands)
-        os.close(self.answers)
+        self.process.stdin.close()
+        self.process.stdout.close()
         shutil.rmtree(self.profile, ignore_errors=True)
 
     def receive(self):
-        deadline = time.monotonic() + 60
-        while b"\0" not in self.pending:
-            if not select.select([self.answers], [], [], max(0, deadline - time.monotonic()))[0]:
-                raise TimeoutError("the browser does not answer")
-            data = os.read(self.answers, 1 << 20)
-            if not data:
-                raise EOFError("the browser has gone")
-            self.pending += data
-        message, _, self.pending = self.pending.partition(b"\0")
+        message = bytearray()
+        # The end of the stream is no message either: the browser has gone.
+        while (byte := self.process.stdout.read(1)) not in (b"\0", b""):
+            message += byte
         return json.loads(message)
 
     def take(self, event):
@@ -80,7 +62,8 @@ class Browser:
         message = {"id": self.last, "method": method, "params": parameters}
         if self.session:
             message["sessionId"] = self.session
-        os.write(self.commands, json.dumps(message).encode() + b"\0")
+        self.process.stdin.write(json.dumps(message).encode() + b"\0")
+        self.process.stdin.flush()
         while True:
             answer = self.receive()
             if answer.get("id") == self.last:
