@@ -86,23 +86,16 @@ class Package:
 
 
 def write_document(name, pages):
-    """A package of one document with this markup in its pages."""
-    schema, xps = "http://schemas.openxmlformats.org/package/2006", "http://schemas.microsoft.com/xps/2005/06"
-    types = "".join(f'<Default Extension="{extension}" ContentType="{kind}"/>' for extension, kind in {
-        "rels": "application/vnd.openxmlformats-package.relationships+xml",
-        "fdseq": "application/vnd.ms-package.xps-fixeddocumentsequence+xml",
-        "fdoc": "application/vnd.ms-package.xps-fixeddocument+xml",
-        "fpage": "application/vnd.ms-package.xps-fixedpage+xml"}.items())
-    links = "".join(f'<PageContent Source="{number}.fpage"/>' for number in range(len(pages)))
-    with zipfile.ZipFile(Path(WORK, name), "w") as archive:
-        archive.writestr("[Content_Types].xml", f'<Types xmlns="{schema}/content-types">{types}</Types>')
-        archive.writestr("_rels/.rels", f'<Relationships xmlns="{schema}/relationships"><Relationship Id="a" Target="/a.fdseq" '
-                                        f'Type="{xps}/fixedrepresentation"/></Relationships>')
-        archive.writestr("a.fdseq", f'<FixedDocumentSequence xmlns="{xps}"><DocumentReference Source="a.fdoc"/>'
-                                    '</FixedDocumentSequence>')
-        archive.writestr("a.fdoc", f'<FixedDocument xmlns="{xps}">{links}</FixedDocument>')
+    """The package "plain" with this markup in its pages."""
+    links = "".join(f'<PageContent Source="Pages/{number}.fpage"/>' for number in range(len(pages)))
+    with zipfile.ZipFile(Path(PACKAGES, "plain.xps")) as plain, zipfile.ZipFile(Path(WORK, name), "w") as archive:
+        for item in plain.namelist():
+            if item.endswith(".fdoc"):
+                archive.writestr(item, f'<FixedDocument xmlns="http://schemas.microsoft.com/xps/2005/06">{links}</FixedDocument>')
+            elif ".fpage" not in item:
+                archive.writestr(item, plain.read(item))
         for number, page in enumerate(pages):
-            archive.writestr(f"{number}.fpage", page)
+            archive.writestr(f"Documents/1/Pages/{number}.fpage", page)
 
 
 def resolve(folder, target):
