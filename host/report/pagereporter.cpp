@@ -158,7 +158,14 @@ PageReport PageReporter::Describe(const pipeline::SentPart& sent)
 
 void PageReporter::TakeNewTicket(const std::string& ticket, PageReport& page)
 {
-    page.given = tickets::ReadSheetFacts(ticket);
+    if (ticket != m_newTicket)
+    {
+        m_given = tickets::ReadSheetFacts(ticket);
+        m_newArea = m_wantsDetails ? AnswerOrNone([&] { return m_tickets->ReadImageableArea(ticket); })
+                                   : std::nullopt;
+        m_newTicket = ticket;
+    }
+    page.given = m_given;
     if (IsRefitted(page))
     {
         page.givenOrigin = FindGivenOrigin(page);
@@ -166,11 +173,6 @@ void PageReporter::TakeNewTicket(const std::string& ticket, PageReport& page)
     }
     if (page.details)
     {
-        if (ticket != m_newTicket)
-        {
-            m_newArea = AnswerOrNone([&] { return m_tickets->ReadImageableArea(ticket); });
-            m_newTicket = ticket;
-        }
         page.details->newTicket = ticket;
         page.details->areaAfter = m_newArea;
     }
