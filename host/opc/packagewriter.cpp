@@ -11,7 +11,7 @@ namespace
 {
 constexpr std::string_view kRelationshipsType = "application/vnd.openxmlformats-package.relationships+xml";
 
-/// In bytes. A smaller content is compressed when the package is written: a thread costs more than it saves.
+/// In bytes. For a smaller content a thread costs more than it saves.
 constexpr std::uint64_t kLargeContent = 65536;
 } // namespace
 
@@ -49,7 +49,7 @@ PartContent PackageWriter::NewContent(std::string_view bytes)
 void PackageWriter::ReplacePart(const PartName& part, PartContent content)
 {
     Require(part);
-    m_changes[part] = StartToCompress(std::move(content));
+    m_changes[part] = Keep(std::move(content));
 }
 
 void PackageWriter::AddPart(const PartName& part, std::string_view contentType, PartContent content)
@@ -58,7 +58,7 @@ void PackageWriter::AddPart(const PartName& part, std::string_view contentType, 
     {
         throw PackageError(m_source.Path(), part.Text(), "is in the package already");
     }
-    m_changes[part] = StartToCompress(std::move(content));
+    m_changes[part] = Keep(std::move(content));
     m_removed.erase(part);
     if (!m_source.Has(part))
     {
@@ -115,27 +115,38 @@ void PackageWriter::Commit(const WriteListener& listener)
 bool PackageWriter::Exists(const PartName& part) const
 {
     const auto change = m_changes.find(part);
-    return change != m_changes.end() ? change->second.valid() : m_source.Has(part);
+    return change != m_changes.end() ? change->second != nullptr : m_source.Has(part);
 }
 
-PackageWriter::Compressing PackageWriter::StartToCompress(PartContent content)
+PackageWriter::Content PackageWriter::Keep(PartContent content)
 {
-    // There may be one for each page of the document.
-    content.SpillAll();
+    const auto compressed = std::make_shared<CompressedContent>(NewContent());
+    if (!m_archive)
+    {
+        return compressed;
+    }
     const bool isLarge = content.Size() >= kLargeContent;
-    auto work = [source = std::move(content), empty = NewContent(), level = m_compression]() mutable {
-        return std::make_shared<const CompressedContent>(Compress(source, std::move(empty), level));
+    auto compress = [source = std::move(content), compressed, level = m_compression] {
+        *compressed = Compress(source, std::move(compressed->deflated), level);
     };
-    if (!isLarge)
+    if (isLarge)
     {
-        return std::async(std::launch::deferred, std::move(work));
+        FinishCompressing();
+        m_compressing = std::async(std::launch::async, std::move(compress));
     }
-    if (m_latest.valid())
+    else
     {
-        m_latest.wait();
+        compress();
     }
-    m_latest = std::async(std::launch::async, std::move(work));
-    return m_latest;
+    return compressed;
+}
+
+void PackageWriter::FinishCompressing()
+{
+    if (m_compressing.valid())
+    {
+        m_compressing.get();
+    }
 }
 
 void PackageWriter::Require(const PartName& part) const
@@ -201,11 +212,11 @@ void PackageWriter::WriteItems()
     struct NewItem
     {
         std::string name;
-        Compressing content;
+        Content content;
     };
     // What becomes of items of the source, by their index; those without content are left out.
     std::map<std::size_t, NewItem> changed;
-    const auto change = [&](const StoredPart& stored, const Compressing& content) {
+    const auto change = [&](const StoredPart& stored, const Content& content) {
         for (const std::size_t item : stored.items)
         {
             changed[item];
@@ -222,8 +233,9 @@ void PackageWriter::WriteItems()
     }
     if (m_typesChanged)
     {
-        change(m_source.ContentTypesStream(), StartToCompress(NewContent(m_contentTypes.Serialize())));
+        change(m_source.ContentTypesStream(), Keep(NewContent(m_contentTypes.Serialize())));
     }
+    FinishCompressing();
 
     ZipWriter& writer = m_archive.value();
     const auto& items = m_source.Archive().Items();
@@ -234,16 +246,16 @@ void PackageWriter::WriteItems()
         {
             writer.Copy(m_source.Archive(), index);
         }
-        else if (found->second.content.valid())
+        else if (found->second.content != nullptr)
         {
-            writer.Add(found->second.name, found->second.content.get(), items[index].modified);
+            writer.Add(found->second.name, found->second.content, items[index].modified);
         }
     }
     // The source's time and not the current one, so that the same job gives the same bytes.
     const std::time_t modified = items[m_source.ContentTypesStream().items.front()].modified;
     for (const PartName& part : m_added)
     {
-        writer.Add(part.Text().substr(1), m_changes.at(part).get(), modified);
+        writer.Add(part.Text().substr(1), m_changes.at(part), modified);
     }
 }
 } // namespace host::opc

@@ -22,11 +22,12 @@ namespace host::opc
 /// A new package made of an existing one and of changes to it. What is not changed is copied as it is stored,
 /// item by item in the same order; a changed part takes the place of its first item; new parts follow.
 ///
-/// Changes are collected, the contents in a temporary file beside the target, and written by Commit. A large
-/// content is compressed meanwhile on a thread of its own, one at a time; a failure there is Commit's. A
-/// writer that is destroyed without Commit, or whose Commit throws, leaves the target as it was and no other
-/// file. Without a target there is nothing to commit; the temporary file lies where the system keeps such
-/// files. Called on one thread. What it throws for the target is a FileError that names it.
+/// Changes are collected, the contents compressed in a temporary file beside the target, and written by
+/// Commit. A large content is compressed on a thread of its own, one at a time; a failure there is thrown by
+/// the next change or Commit. A writer that is destroyed without Commit, or whose Commit throws, leaves the
+/// target as it was and no other file. Without a target there is nothing to commit; the temporary file lies
+/// where the system keeps such files. Called on one thread. What it throws for the target is a FileError that
+/// names it.
 class PackageWriter
 {
 public:
@@ -62,23 +63,25 @@ public:
     void Commit(const WriteListener& listener = [](double) {});
 
 private:
-    using Compressing = std::shared_future<std::shared_ptr<const CompressedContent>>;
+    using Content = std::shared_ptr<const CompressedContent>;
 
     bool Exists(const PartName& part) const;
     void Require(const PartName& part) const;
     void Drop(const PartName& part);
     void DropRelationshipsToRemovedParts();
     void StoreRelationships();
-    Compressing StartToCompress(PartContent content);
+    Content Keep(PartContent content);
+    void FinishCompressing();
     void WriteItems();
 
     const Package& m_source;
     std::shared_ptr<SpillFile> m_spill;
     int m_compression;
-    Compressing m_latest;
+    // The large content that is being compressed; not valid for none.
+    std::future<void> m_compressing;
     std::optional<ZipWriter> m_archive;
     // A change without content removes the part.
-    std::map<PartName, Compressing> m_changes;
+    std::map<PartName, Content> m_changes;
     std::vector<PartName> m_added;
     std::set<PartName> m_removed;
     std::map<PartName, Relationships> m_relationships;

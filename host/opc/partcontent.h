@@ -62,8 +62,8 @@ struct CompressedContent
 {
     PartContent deflated;
     /// In bytes, of what was compressed.
-    std::uint64_t size;
-    std::uint32_t crc;
+    std::uint64_t size = 0;
+    std::uint32_t crc = 0;
 };
 
 /// Compresses `content` into an empty one, at a level from 0, as it is, to 9. Throws FileError when the spill
