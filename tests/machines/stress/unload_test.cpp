@@ -163,7 +163,8 @@ TEST(Unload, LeavesNothingBehind)
     const Holdings kept = GrowthOf("loaded and used", times, false);
     const Holdings unloaded = GrowthOf("loaded, used and unloaded", times, true);
     constexpr long long blockRoom = 10;
-    constexpr long long byteRoom = 2048;
+    // Two or three groups: a thread may need one more than those before it.
+    constexpr long long byteRoom = 16'384;
     EXPECT_LE(unloaded.handles, 0);
     EXPECT_LE(unloaded.tlsIndexes, 0);
     EXPECT_LE(unloaded.heapBlocks, kept.heapBlocks + blockRoom);
