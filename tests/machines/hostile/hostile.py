@@ -143,7 +143,9 @@ class Judge:
         self.bin, self.work = Path(options.bin).resolve(), Path(options.work).resolve()
         prefix = os.environ.get("WINEPREFIX") or Path(options.runner).resolve().parent.parent / "build" / "wineprefix"
         self.drive = Path(prefix) / "drive_c"
-        self.variables = {**os.environ, "WINEPREFIX": str(prefix), "WINEDLLOVERRIDES": "mscoree,mshtml="}
+        # As cmake/wine-run sets them.
+        self.variables = {**os.environ, "WINEPREFIX": str(prefix), "WINEDLLOVERRIDES": "mscoree,mshtml=",
+                          "XDG_RUNTIME_DIR": os.environ.get("XDG_RUNTIME_DIR", str(prefix))}
         self.generator = Generator(Path(options.packages))
         self.counts = collections.defaultdict(collections.Counter)
         self.failures, self.peaks, self.times = [], [], []
