@@ -120,7 +120,7 @@ bool PackageWriter::Exists(const PartName& part) const
 
 PackageWriter::Content PackageWriter::Keep(PartContent content)
 {
-    const auto compressed = std::make_shared<CompressedContent>(NewContent());
+    const auto compressed = std::make_shared<CompressedContent>(CompressedContent{NewContent()});
     if (!m_archive)
     {
         return compressed;
