@@ -42,7 +42,7 @@ public:
     virtual void After(Call& call) = 0;
 
     /// The thunk calls the original through this member, by its offset.
-    void* const original;
+    void* original;
 
 protected:
     explicit Hook(void* replaced);

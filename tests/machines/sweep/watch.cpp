@@ -146,6 +146,8 @@ void* Watch::Import(const std::string& name, void* original, const Function& fun
     {
         hook = std::make_unique<FunctionHook>(original, nullptr, function);
     }
+    // The library may have gone with the module, and be back at another address.
+    hook->original = original;
     return hook->Entry();
 }
 
