@@ -84,6 +84,10 @@ class Browser:
             event = self.receive()
             if "method" in event:
                 self.take(event)
+        if scripts:
+            # Parts with content-visibility have no text before they are drawn.
+            self.call("Runtime.evaluate", awaitPromise=True,
+                      expression="new Promise(done => requestAnimationFrame(() => requestAnimationFrame(done)))")
 
     def ask(self, expression):
         """The value of an expression of JavaScript in the page."""
