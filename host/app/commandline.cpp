@@ -48,6 +48,7 @@ void AddRun(CLI::App& app, RunCommand& command)
     run->add_option("--compression", command.job.compression, "How hard to compress new parts (default: 6)")
         ->type_name("0-9")
         ->check(CLI::Range(0, 9));
+    // Ends the parsing with a text, as --version does.
     run->add_flag_callback(
         "--list-media",
         [] { throw CLI::CallForVersion(tickets::ListMediaNames(), 0); },

@@ -38,7 +38,6 @@ ExitStatus ExecuteOrReport(const AnyCommand& command, Console& console)
     }
     return ExitStatus::Unusable;
 }
-
 } // namespace
 } // namespace host::app
 

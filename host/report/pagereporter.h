@@ -64,7 +64,7 @@ private:
     std::optional<opc::PartName> m_askedBy;
     std::optional<PageReport> m_asked;
     // The last new ticket, what it says and its area: many pages get the same one.
-    std::string m_newTicket;
+    std::optional<std::string> m_newTicket;
     tickets::SheetFacts m_given;
     std::optional<base::xps::printschema::ImageableArea> m_newArea;
     // The last new ticket of a refitted page, likewise.

@@ -68,7 +68,7 @@ std::vector<std::string> NamesOf(const printschema::PrintTicketFunctionOption& f
 }
 
 /// Leaves the names that a user has a reason to choose.
-void RemoveOthers(std::vector<std::string>& names)
+void RemoveUnusual(std::vector<std::string>& names)
 {
     std::erase_if(names, [](const std::string& each) { return each.empty() || each.starts_with("PS"); });
 }
@@ -79,7 +79,7 @@ void RemoveOthers(std::vector<std::string>& names)
                              std::vector<std::string> names,
                              const std::string& otherwise)
 {
-    RemoveOthers(names);
+    RemoveUnusual(names);
     std::string wanted = "is no such option of the Print Schema" + otherwise;
     const std::string nearest = xml::FindNearest(name, names);
     wanted += nearest.empty() ? "" : "; did you mean " + nearest + "?";
@@ -304,7 +304,7 @@ std::string MakeUserTicket(const std::optional<std::filesystem::path>& file,
 std::string ListMediaNames()
 {
     std::vector<std::string> names = NamesOf(printschema::MediaSizeData());
-    RemoveOthers(names);
+    RemoveUnusual(names);
     std::sort(names.begin(), names.end());
     std::string text;
     for (const std::string& name : names)
